@@ -1,0 +1,113 @@
+// Drives X programs as a user would: starts them, finds their windows, moves the pointer and types through XTEST,
+// waits for conditions and takes screenshots. Used by the X tests, the benchmarks and the demonstration of ./run.
+#pragma once
+
+#include <X11/Xlib.h>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+#include <sys/types.h>
+
+namespace drive {
+
+using Milliseconds = std::chrono::milliseconds;
+constexpr Milliseconds patience{15000};
+
+// Polls until condition() is true, at most for timeout. True when it became so.
+bool waitUntil(const std::function<bool()>& condition, Milliseconds timeout = patience);
+
+// A child process. The destructor ends it (SIGTERM, then SIGKILL) and reaps it.
+class Process {
+public:
+    // environment: additions to the present one; an empty value removes the variable.
+    explicit Process(std::vector<std::string> command, std::map<std::string, std::string> environment = {});
+    ~Process();
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+
+    pid_t pid() const { return child; }
+    bool running();
+    // Exit status when it has ended by itself within timeout; 128 + n for signal n.
+    std::optional<int> wait(Milliseconds timeout = patience);
+    void signal(int number);
+    // All that it has written to standard error (standard output) so far.
+    std::string errors() const;
+    std::string output() const;
+
+private:
+    pid_t child = -1;
+    std::optional<int> status;
+    std::string outputPath, errorPath;
+    void poll(int options);
+};
+
+struct Rect {
+    int x = 0, y = 0, width = 0, height = 0;
+};
+
+struct Pixel {
+    unsigned char red = 0, green = 0, blue = 0;
+    friend bool operator==(const Pixel&, const Pixel&) = default;
+};
+
+// A picture of a part of the screen.
+struct Picture {
+    int width = 0, height = 0;
+    std::vector<Pixel> pixels; // row by row
+    const Pixel& at(int x, int y) const { return pixels[static_cast<size_t>(y) * width + x]; }
+    // Writes a PNG file; false when it cannot.
+    bool save(const std::string& path) const;
+};
+
+class Screen {
+public:
+    Screen(); // opens $DISPLAY; throws std::runtime_error
+    ~Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    Display* x() { return display; }
+    Window root() const;
+
+    // A viewable window whose title (_NET_WM_NAME, else WM_NAME) contains text; None when there is none in time.
+    Window findTitle(const std::string& text, Milliseconds timeout = patience);
+    Window findTitleNow(const std::string& text);
+    // The owner of the selection IMAGE_WINDOW_<number>.
+    Window findImageWindow(int number, Milliseconds timeout = patience);
+    std::string title(Window window);
+    bool viewable(Window window);
+    // Position on the screen and size, without the window manager's frame.
+    Rect geometry(Window window);
+    // As geometry(), with the window manager's frame.
+    Rect frameGeometry(Window window);
+
+    // Bytes of a property, empty when it has none.
+    std::string property(Window window, const char* name);
+
+    // Pointer and keys by XTEST, in pixels of window (root: of the screen).
+    void moveTo(Window window, int x, int y);
+    void press(unsigned button = 1);
+    void release(unsigned button = 1);
+    void click(Window window, int x, int y, unsigned button = 1);
+    void doubleClick(Window window, int x, int y);
+    // Press, motion in steps, release.
+    void drag(Window window, int x0, int y0, int x1, int y1, int steps = 10, unsigned button = 1);
+    void keyDown(KeySym key);
+    void keyUp(KeySym key);
+    void key(KeySym key);
+    // Types ASCII text with Shift where needed.
+    void type(const std::string& text);
+
+    Picture capture(const Rect& area);
+    Picture capture(Window window); // what the screen shows where the window is
+    Picture captureScreen();
+
+private:
+    Display* display;
+};
+
+} // namespace drive
