@@ -1,1 +1,393 @@
 #include "tests/support/Drive.h"
+
+#include <X11/XKBlib.h>
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
+#include <png.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace drive {
+
+namespace {
+
+constexpr Milliseconds pollInterval{5};
+
+// A window that we look at may be gone by the time the request arrives.
+int ignoreError(Display*, XErrorEvent*)
+{
+    return 0;
+}
+
+std::string readFile(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::string makeTemporary(const char* kind)
+{
+    std::string path = std::string("/tmp/drive-") + kind + "-XXXXXX";
+    const int file = mkstemp(path.data());
+    if (file < 0)
+        throw std::runtime_error("cannot make a temporary file");
+    close(file);
+    return path;
+}
+
+std::vector<std::string> mergedEnvironment(const std::map<std::string, std::string>& additions)
+{
+    std::vector<std::string> merged;
+    for (char** entry = environ; *entry; ++entry) {
+        const std::string text = *entry;
+        if (!additions.contains(text.substr(0, text.find('='))))
+            merged.push_back(text);
+    }
+    for (const auto& [name, value] : additions)
+        if (!value.empty())
+            merged.push_back(name + "=" + value);
+    return merged;
+}
+
+std::vector<char*> pointers(std::vector<std::string>& texts)
+{
+    std::vector<char*> result;
+    for (std::string& text : texts)
+        result.push_back(text.data());
+    result.push_back(nullptr);
+    return result;
+}
+
+} // namespace
+
+bool waitUntil(const std::function<bool()>& condition, Milliseconds timeout)
+{
+    const auto end = std::chrono::steady_clock::now() + timeout;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        std::this_thread::sleep_for(pollInterval);
+    }
+    return true;
+}
+
+Process::Process(std::vector<std::string> command, std::map<std::string, std::string> environment)
+    : outputPath(makeTemporary("out")), errorPath(makeTemporary("err"))
+{
+    std::vector<std::string> variables = mergedEnvironment(environment);
+    const std::vector<char*> arguments = pointers(command), settings = pointers(variables);
+    child = fork();
+    if (child < 0)
+        throw std::runtime_error("cannot start " + command.front());
+    if (child > 0)
+        return;
+    dup2(open(outputPath.c_str(), O_WRONLY | O_TRUNC), STDOUT_FILENO);
+    dup2(open(errorPath.c_str(), O_WRONLY | O_TRUNC), STDERR_FILENO);
+    execvpe(arguments[0], arguments.data(), settings.data());
+    std::fprintf(stderr, "cannot run %s: %s\n", arguments[0], std::strerror(errno));
+    _exit(127);
+}
+
+Process::~Process()
+{
+    if (running()) {
+        kill(child, SIGTERM);
+        if (!wait(Milliseconds{3000})) {
+            kill(child, SIGKILL);
+            poll(0);
+        }
+    }
+    unlink(outputPath.c_str());
+    unlink(errorPath.c_str());
+}
+
+void Process::poll(int options)
+{
+    int code = 0;
+    if (!status && waitpid(child, &code, options) == child)
+        status = WIFEXITED(code) ? WEXITSTATUS(code) : 128 + WTERMSIG(code);
+}
+
+bool Process::running()
+{
+    poll(WNOHANG);
+    return !status;
+}
+
+std::optional<int> Process::wait(Milliseconds timeout)
+{
+    waitUntil([this] { return !running(); }, timeout);
+    return status;
+}
+
+void Process::signal(int number)
+{
+    if (running())
+        kill(child, number);
+}
+
+std::string Process::errors() const
+{
+    return readFile(errorPath);
+}
+
+std::string Process::output() const
+{
+    return readFile(outputPath);
+}
+
+bool Picture::save(const std::string& path) const
+{
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = static_cast<png_uint_32>(width);
+    image.height = static_cast<png_uint_32>(height);
+    image.format = PNG_FORMAT_RGB;
+    return png_image_write_to_file(&image, path.c_str(), 0, pixels.data(), 0, nullptr) != 0;
+}
+
+Screen::Screen() : display(XOpenDisplay(nullptr))
+{
+    if (!display)
+        throw std::runtime_error("cannot open the display");
+    XSetErrorHandler(ignoreError);
+}
+
+Screen::~Screen()
+{
+    XCloseDisplay(display);
+}
+
+Window Screen::root() const
+{
+    return DefaultRootWindow(display);
+}
+
+std::string Screen::property(Window window, const char* name)
+{
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0, left = 0;
+    unsigned char* data = nullptr;
+    const int result = XGetWindowProperty(display, window, XInternAtom(display, name, False), 0, 1 << 20,
+                                          False, AnyPropertyType, &type, &format, &count, &left, &data);
+    if (result != Success || !data)
+        return {};
+    const size_t unit = format == 32 ? sizeof(long) : static_cast<size_t>(format) / 8;
+    std::string bytes(reinterpret_cast<char*>(data), count * unit);
+    XFree(data);
+    return bytes;
+}
+
+std::string Screen::title(Window window)
+{
+    const std::string modern = property(window, "_NET_WM_NAME");
+    return modern.empty() ? property(window, "WM_NAME") : modern;
+}
+
+bool Screen::viewable(Window window)
+{
+    XWindowAttributes attributes;
+    return XGetWindowAttributes(display, window, &attributes) && attributes.map_state == IsViewable;
+}
+
+namespace {
+
+// Depth first, so that a client's window is found below its frame; frames carry no title of their own.
+Window searchTree(Screen& screen, Window window, const std::string& text)
+{
+    if (screen.title(window).find(text) != std::string::npos && screen.viewable(window))
+        return window;
+    Window rootWindow = None, parent = None, *children = nullptr, found = None;
+    unsigned count = 0;
+    if (!XQueryTree(screen.x(), window, &rootWindow, &parent, &children, &count))
+        return None;
+    for (unsigned i = count; i > 0 && found == None; --i)
+        found = searchTree(screen, children[i - 1], text);
+    if (children)
+        XFree(children);
+    return found;
+}
+
+} // namespace
+
+Window Screen::findTitleNow(const std::string& text)
+{
+    return searchTree(*this, root(), text);
+}
+
+Window Screen::findTitle(const std::string& text, Milliseconds timeout)
+{
+    Window found = None;
+    waitUntil([&] { return (found = findTitleNow(text)) != None; }, timeout);
+    return found;
+}
+
+Window Screen::findImageWindow(int number, Milliseconds timeout)
+{
+    const Atom selection = XInternAtom(display, ("IMAGE_WINDOW_" + std::to_string(number)).c_str(), False);
+    Window owner = None;
+    waitUntil(
+        [&] {
+            owner = XGetSelectionOwner(display, selection);
+            return owner != None && viewable(owner);
+        },
+        timeout);
+    return owner;
+}
+
+Rect Screen::geometry(Window window)
+{
+    XWindowAttributes attributes;
+    if (!XGetWindowAttributes(display, window, &attributes))
+        return {};
+    int x = 0, y = 0;
+    Window child = None;
+    XTranslateCoordinates(display, window, root(), 0, 0, &x, &y, &child);
+    return {x, y, attributes.width, attributes.height};
+}
+
+Rect Screen::frameGeometry(Window window)
+{
+    Window top = window, parent = window, rootWindow = None, *children = nullptr;
+    unsigned count = 0;
+    while (XQueryTree(display, top, &rootWindow, &parent, &children, &count)) {
+        if (children)
+            XFree(children);
+        if (parent == rootWindow || parent == None)
+            break;
+        top = parent;
+    }
+    return geometry(top);
+}
+
+void Screen::moveTo(Window window, int x, int y)
+{
+    int rootX = x, rootY = y;
+    Window child = None;
+    XTranslateCoordinates(display, window, root(), x, y, &rootX, &rootY, &child);
+    XTestFakeMotionEvent(display, DefaultScreen(display), rootX, rootY, CurrentTime);
+    XSync(display, False);
+}
+
+void Screen::press(unsigned button)
+{
+    XTestFakeButtonEvent(display, button, True, CurrentTime);
+    XSync(display, False);
+}
+
+void Screen::release(unsigned button)
+{
+    XTestFakeButtonEvent(display, button, False, CurrentTime);
+    XSync(display, False);
+}
+
+void Screen::click(Window window, int x, int y, unsigned button)
+{
+    moveTo(window, x, y);
+    press(button);
+    release(button);
+}
+
+void Screen::doubleClick(Window window, int x, int y)
+{
+    click(window, x, y);
+    click(window, x, y);
+}
+
+void Screen::drag(Window window, int x0, int y0, int x1, int y1, int steps, unsigned button)
+{
+    moveTo(window, x0, y0);
+    press(button);
+    for (int i = 1; i <= steps; ++i)
+        moveTo(window, x0 + (x1 - x0) * i / steps, y0 + (y1 - y0) * i / steps);
+    release(button);
+}
+
+void Screen::keyDown(KeySym key)
+{
+    XTestFakeKeyEvent(display, XKeysymToKeycode(display, key), True, CurrentTime);
+    XSync(display, False);
+}
+
+void Screen::keyUp(KeySym key)
+{
+    XTestFakeKeyEvent(display, XKeysymToKeycode(display, key), False, CurrentTime);
+    XSync(display, False);
+}
+
+void Screen::key(KeySym key)
+{
+    keyDown(key);
+    keyUp(key);
+}
+
+void Screen::type(const std::string& text)
+{
+    for (const char character : text) {
+        const KeySym symbol = static_cast<unsigned char>(character);
+        const KeyCode code = XKeysymToKeycode(display, symbol);
+        const bool shifted = XkbKeycodeToKeysym(display, code, 0, 0) != symbol;
+        if (shifted)
+            keyDown(XK_Shift_L);
+        key(symbol);
+        if (shifted)
+            keyUp(XK_Shift_L);
+    }
+}
+
+Picture Screen::capture(const Rect& area)
+{
+    const int screenWidth = DisplayWidth(display, DefaultScreen(display));
+    const int screenHeight = DisplayHeight(display, DefaultScreen(display));
+    const int left = std::max(area.x, 0), top = std::max(area.y, 0);
+    Picture picture;
+    picture.width = std::min(area.x + area.width, screenWidth) - left;
+    picture.height = std::min(area.y + area.height, screenHeight) - top;
+    if (picture.width <= 0 || picture.height <= 0)
+        return {};
+    XImage* image = XGetImage(display, root(), left, top, static_cast<unsigned>(picture.width),
+                              static_cast<unsigned>(picture.height), AllPlanes, ZPixmap);
+    if (!image)
+        return {};
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x) {
+            const unsigned long value = XGetPixel(image, x, y);
+            picture.pixels.push_back({static_cast<unsigned char>(value >> 16),
+                                      static_cast<unsigned char>(value >> 8),
+                                      static_cast<unsigned char>(value)});
+        }
+    XDestroyImage(image);
+    return picture;
+}
+
+Picture Screen::capture(Window window)
+{
+    return capture(geometry(window));
+}
+
+Picture Screen::captureScreen()
+{
+    return capture(Rect{0, 0, DisplayWidth(display, DefaultScreen(display)),
+                        DisplayHeight(display, DefaultScreen(display))});
+}
+
+} // namespace drive

@@ -1,5 +1,6 @@
-// Drives X programs as a user would: starts them, finds their windows, moves the pointer and types through XTEST,
-// waits for conditions and takes screenshots. Used by the X tests, the benchmarks and the demonstration of ./run.
+// Drives X programs as a user would: starts them, finds their windows, moves the pointer and types through
+// XTEST, waits for conditions and takes screenshots. Used by the X tests, the benchmarks and the
+// demonstration of ./run.
 #pragma once
 
 #include <X11/Xlib.h>
@@ -9,8 +10,8 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <vector>
 #include <sys/types.h>
+#include <vector>
 
 namespace drive {
 
@@ -73,7 +74,8 @@ public:
     Display* x() { return display; }
     Window root() const;
 
-    // A viewable window whose title (_NET_WM_NAME, else WM_NAME) contains text; None when there is none in time.
+    // A viewable window whose title (_NET_WM_NAME, else WM_NAME) contains text; None when there is none in
+    // time.
     Window findTitle(const std::string& text, Milliseconds timeout = patience);
     Window findTitleNow(const std::string& text);
     // The owner of the selection IMAGE_WINDOW_<number>.
