@@ -254,6 +254,41 @@ Window Screen::findImageWindow(int number, Milliseconds timeout)
     return owner;
 }
 
+namespace {
+
+void collectLeaves(Screen& screen, Window window, std::vector<Window>& found)
+{
+    Window rootWindow = None, parent = None, *children = nullptr;
+    unsigned count = 0;
+    if (!screen.viewable(window) || !XQueryTree(screen.x(), window, &rootWindow, &parent, &children, &count))
+        return;
+    if (count == 0)
+        found.push_back(window);
+    for (unsigned i = 0; i < count; ++i)
+        collectLeaves(screen, children[i], found);
+    if (children)
+        XFree(children);
+}
+
+} // namespace
+
+std::vector<Window> Screen::leaves(Window window)
+{
+    std::vector<Window> found;
+    collectLeaves(*this, window, found);
+    // Controls of one row differ in height, so rows are told apart by their centres, to within half a
+    // control.
+    constexpr int rowHeight = 16;
+    std::map<Window, Rect> places;
+    for (const Window leaf : found)
+        places[leaf] = geometry(leaf);
+    const auto row = [&](Window leaf) { return (places[leaf].y + places[leaf].height / 2) / rowHeight; };
+    std::sort(found.begin(), found.end(), [&](Window a, Window b) {
+        return row(a) != row(b) ? row(a) < row(b) : places[a].x < places[b].x;
+    });
+    return found;
+}
+
 Rect Screen::geometry(Window window)
 {
     XWindowAttributes attributes;
@@ -305,6 +340,25 @@ void Screen::click(Window window, int x, int y, unsigned button)
     moveTo(window, x, y);
     press(button);
     release(button);
+}
+
+void Screen::clickCentre(Window window, unsigned button)
+{
+    const Rect place = geometry(window);
+    click(window, place.width / 2, place.height / 2, button);
+}
+
+void Screen::requestClose(Window window)
+{
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    event.xclient.data.l[1] = CurrentTime;
+    XSendEvent(display, window, False, NoEventMask, &event);
+    XSync(display, False);
 }
 
 void Screen::doubleClick(Window window, int x, int y)

@@ -87,6 +87,10 @@ public:
     // As geometry(), with the window manager's frame.
     Rect frameGeometry(Window window);
 
+    // The viewable windows without children below window, top to bottom and left to right: the controls of a
+    // Motif window, label by label and button by button.
+    std::vector<Window> leaves(Window window);
+
     // Bytes of a property, empty when it has none.
     std::string property(Window window, const char* name);
 
@@ -95,6 +99,9 @@ public:
     void press(unsigned button = 1);
     void release(unsigned button = 1);
     void click(Window window, int x, int y, unsigned button = 1);
+    void clickCentre(Window window, unsigned button = 1);
+    // Asks the window to close as the window manager's close button does (WM_DELETE_WINDOW).
+    void requestClose(Window window);
     void doubleClick(Window window, int x, int y);
     // Press, motion in steps, release.
     void drag(Window window, int x0, int y0, int x1, int y1, int steps = 10, unsigned button = 1);
