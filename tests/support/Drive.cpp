@@ -276,16 +276,20 @@ std::vector<Window> Screen::leaves(Window window)
 {
     std::vector<Window> found;
     collectLeaves(*this, window, found);
-    // Controls of one row differ in height, so rows are told apart by their centres, to within half a
-    // control.
-    constexpr int rowHeight = 16;
     std::map<Window, Rect> places;
     for (const Window leaf : found)
         places[leaf] = geometry(leaf);
-    const auto row = [&](Window leaf) { return (places[leaf].y + places[leaf].height / 2) / rowHeight; };
-    std::sort(found.begin(), found.end(), [&](Window a, Window b) {
-        return row(a) != row(b) ? row(a) < row(b) : places[a].x < places[b].x;
-    });
+    const auto centre = [&](Window leaf) { return places[leaf].y + places[leaf].height / 2; };
+    std::sort(found.begin(), found.end(), [&](Window a, Window b) { return centre(a) < centre(b); });
+
+    // Controls of one row differ in height, but hardly in the height of their centres.
+    constexpr int sameRow = 8;
+    for (auto first = found.begin(); first != found.end();) {
+        const auto next = std::find_if(first, found.end(),
+                                       [&](Window leaf) { return centre(leaf) - centre(*first) > sameRow; });
+        std::sort(first, next, [&](Window a, Window b) { return places[a].x < places[b].x; });
+        first = next;
+    }
     return found;
 }
 
