@@ -13,6 +13,9 @@
 
 namespace protocol {
 
+constexpr int maxWindowNumber = 9999;
+constexpr std::size_t maxWavelengths = 1024;
+
 struct WavelengthDisplay {
     bool displayed = false;
     int colorIndex = 0;               // 0 white, 1 red, 2 green, 3 yellow, 4 blue, 5 magenta, 6 cyan
@@ -32,6 +35,7 @@ struct DisplayRecord {
     friend bool operator==(const DisplayRecord&, const DisplayRecord&) = default;
 };
 
+// A range that is not finite or reversed is written as unknown.
 std::vector<std::byte> encodeDisplay(const DisplayRecord& record);
 
 // Nothing when the bytes are not a whole record of this version with every value in range.

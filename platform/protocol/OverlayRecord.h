@@ -28,9 +28,17 @@ struct OverlayCommand {
 
 constexpr std::size_t overlayRecordSize = 64;
 
+// What a valid command holds at most; a command beyond is skipped by the decoder.
+constexpr std::int32_t annotationColor = 7;
+constexpr std::int32_t maxOverlayWidth = 255;
+constexpr std::int32_t maxOverlayDash = 255;
+constexpr float maxOverlayCoordinate = 1e9F;
+
+// overlayRecordSize bytes.
 std::vector<std::byte> encodeOverlay(const OverlayCommand& command);
 
-// Decodes every whole valid record in bytes; records that are no command are skipped and counted in bad.
+// Decodes every whole valid record in bytes; records that are no command are skipped and counted in bad, an
+// incomplete one at the end included.
 std::vector<OverlayCommand> decodeOverlays(std::span<const std::byte> bytes, int& bad);
 
 } // namespace protocol
