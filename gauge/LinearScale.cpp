@@ -1,0 +1,115 @@
+#include "gauge/LinearScaleP.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+const double nought = 0.0;
+const double one = 1.0;
+
+#define SCALE_FIELD(name) XtOffsetOf(LinearScaleRec, scale.name)
+
+XtResource resources[] = {
+    {XmNx,                      XmCPosition,           XmRPosition,    sizeof(Position),       SCALE_FIELD(x),              XmRImmediate,   nullptr                          },
+    {XmNy,                      XmCPosition,           XmRPosition,    sizeof(Position),       SCALE_FIELD(y),              XmRImmediate,   nullptr                          },
+    {XmNwidth,                  XmCWidth,              XmRDimension,   sizeof(Dimension),      SCALE_FIELD(width),          XmRImmediate,   nullptr                          },
+    {XmNheight,                 XmCHeight,             XmRDimension,   sizeof(Dimension),      SCALE_FIELD(height),         XmRImmediate,   nullptr                          },
+    {XmNxrtGaAllowTransform,    "XrtGaAllowTransform", XmRBoolean,     sizeof(Boolean),        SCALE_FIELD(allowTransform),
+     XmRImmediate,                                                                                                                          reinterpret_cast<XtPointer>(True)},
+    {XmNxrtGaDebug,             "XrtGaDebug",          XmRBoolean,     sizeof(Boolean),        SCALE_FIELD(debug),          XmRImmediate,   nullptr                          },
+    {XmNxrtGaDirection,         "XrtGaDirection",      XmRInt,         sizeof(int),            SCALE_FIELD(direction),      XmRImmediate,
+     reinterpret_cast<XtPointer>(XRTGA_ASCENDING)                                                                                                                            },
+    {XmNxrtGaOrientation,       "XrtGaOrientation",    XmRInt,         sizeof(int),            SCALE_FIELD(orientation),    XmRImmediate,
+     reinterpret_cast<XtPointer>(XRTGA_HORIZONTAL)                                                                                                                           },
+    {XmNxrtGaMax,               "XrtGaMax",            XmRXrtGaDouble, sizeof(double),         SCALE_FIELD(max),            XmRXrtGaDouble,
+     const_cast<double*>(&one)                                                                                                                                               },
+    {XmNxrtGaMin,               "XrtGaMin",            XmRXrtGaDouble, sizeof(double),         SCALE_FIELD(min),            XmRXrtGaDouble,
+     const_cast<double*>(&nought)                                                                                                                                            },
+    {XmNxrtGaTransformCallback, XmCCallback,           XmRCallback,    sizeof(XtCallbackList),
+     SCALE_FIELD(transformCallback),                                                                                        XmRCallback,    nullptr                          },
+};
+
+LinearScaleRec* asScale(Widget widget)
+{
+    return reinterpret_cast<LinearScaleRec*>(widget);
+}
+
+void classInitialize()
+{
+    registerDoubleConverter();
+}
+
+void initialize(Widget, Widget created, ArgList, Cardinal*)
+{
+    if (LinearGaugeRec* gauge = gaugeOf(created))
+        gaugeAdopt(gauge, created);
+}
+
+void destroy(Widget widget)
+{
+    if (LinearGaugeRec* gauge = gaugeOf(widget))
+        gaugeRelease(gauge, widget);
+}
+
+// The bits are compared, padding included: the old record is a copy of this one, and a range of NaN is no
+// change of a range of NaN.
+Boolean setValues(Widget old, Widget, Widget widget, ArgList, Cardinal*)
+{
+    bool changed = std::memcmp(&asScale(old)->scale, &asScale(widget)->scale, sizeof(LinearScalePart)) != 0;
+    if (!changed)
+        return False;
+    if (LinearGaugeRec* gauge = gaugeOf(widget))
+        gaugeChanged(gauge);
+    return False;
+}
+
+} // namespace
+
+LinearScaleClassRec linearScaleClassRec = {
+    .object_class = {.superclass = reinterpret_cast<WidgetClass>(&objectClassRec),
+                     .class_name = "XmXrtGaLinearScale",
+                     .widget_size = sizeof(LinearScaleRec),
+                     .class_initialize = classInitialize,
+                     .class_part_initialize = nullptr,
+                     .class_inited = False,
+                     .initialize = initialize,
+                     .initialize_hook = nullptr,
+                     .obj1 = nullptr,
+                     .obj2 = nullptr,
+                     .obj3 = 0,
+                     .resources = resources,
+                     .num_resources = XtNumber(resources),
+                     .xrm_class = NULLQUARK,
+                     .obj4 = False,
+                     .obj5 = 0,
+                     .obj6 = False,
+                     .obj7 = False,
+                     .destroy = destroy,
+                     .obj8 = nullptr,
+                     .obj9 = nullptr,
+                     .set_values = setValues,
+                     .set_values_hook = nullptr,
+                     .obj10 = nullptr,
+                     .get_values_hook = nullptr,
+                     .obj11 = nullptr,
+                     .version = XtVersion,
+                     .callback_private = nullptr,
+                     .obj12 = nullptr,
+                     .obj13 = nullptr,
+                     .obj14 = nullptr,
+                     .extension = nullptr},
+    .scale_class = {.extension = nullptr                       },
+};
+
+WidgetClass xmXrtGaLinearScaleObjectClass = reinterpret_cast<WidgetClass>(&linearScaleClassRec);
+
+XRectangle scaleArea(const LinearScaleRec* scale, const LinearGaugeRec* gauge)
+{
+    const LinearScalePart& part = scale->scale;
+    auto filled = [](Dimension size, Position start, Dimension whole) {
+        return size != 0 ? size : static_cast<Dimension>(std::max(0, whole - start));
+    };
+    return {part.x, part.y, filled(part.width, part.x, gauge->core.width),
+            filled(part.height, part.y, gauge->core.height)};
+}

@@ -1,0 +1,276 @@
+#include "gauge/LinearScaleP.h"
+#include "gauge/TickP.h"
+#include "gauge/ticklayout.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+constexpr int markDistance = 2; // pixels between a mark and its label
+
+// The first font of the gauge's render table. Labels of digits are placed by the height of the digits; a
+// font's own ascent and descent hold room for accents and would push them off centre.
+struct LabelFont {
+    XmRenderTable table;
+    int digitHeight;
+    int digitWidth;
+};
+
+struct LabelText {
+    XmString text;
+
+    explicit LabelText(const std::string& label)
+        : text(XmStringCreateLocalized(const_cast<char*>(label.c_str())))
+    {
+    }
+    ~LabelText() { XmStringFree(text); }
+    LabelText(const LabelText&) = delete;
+    LabelText& operator=(const LabelText&) = delete;
+};
+
+int digitHeightOf(XmFontListEntry entry, int ascent)
+{
+    XmFontType type;
+    XtPointer font = XmFontListEntryGetFont(entry, &type);
+    if (font && type == XmFONT_IS_FONT) {
+        int direction, fontAscent, fontDescent;
+        XCharStruct digit;
+        XTextExtents(static_cast<XFontStruct*>(font), "0", 1, &direction, &fontAscent, &fontDescent, &digit);
+        return digit.ascent;
+    }
+    if (font && type == XmFONT_IS_FONTSET) {
+        XRectangle ink, logical;
+        XmbTextExtents(static_cast<XFontSet>(font), "0", 1, &ink, &logical);
+        return ink.height;
+    }
+    return ascent * 3 / 4; // scalable fonts: digits are as high as capital letters
+}
+
+LabelFont labelFontOf(const LinearGaugeRec* gauge)
+{
+    LabelFont font = {gauge->gauge.renderTable, 0, 0};
+    LabelText digit("0");
+    font.digitWidth = XmStringWidth(font.table, digit.text);
+    XmFontContext context;
+    if (XmFontListInitFontContext(&context, font.table)) {
+        if (XmFontListEntry entry = XmFontListNextEntry(context))
+            font.digitHeight = digitHeightOf(entry, XmStringBaseline(font.table, digit.text));
+        XmFontListFreeFontContext(context);
+    }
+    if (font.digitHeight <= 0)
+        font.digitHeight = XmStringHeight(font.table, digit.text);
+    return font;
+}
+
+// A part of the gauge at right angles to the axis, in gauge pixels; end is not included.
+struct Span {
+    int begin;
+    int end;
+
+    int size() const { return end - begin; }
+};
+
+// An axis as it lies in its gauge. "Across" is x on a vertical axis and y on a horizontal one.
+struct Axis {
+    bool vertical;
+    int start;        // of the scale along the axis, gauge pixels
+    int length;       // of the scale along the axis
+    Span marks;       // across
+    Span labels;      // across: room beside the marks
+    int labelMiddle;  // across: where the labels are wanted
+    bool labelsFirst; // they stand before (left of, above) the marks
+};
+
+int across(double extent, int origin, int thickness)
+{
+    return static_cast<int>(std::lround(std::clamp(origin + extent * thickness, -32768.0, 32767.0)));
+}
+
+Axis axisOf(const TickPart& tick, const LinearGaugeRec* gauge)
+{
+    const auto* scale = reinterpret_cast<const LinearScaleRec*>(tick.scale);
+    const XRectangle area = scaleArea(scale, gauge);
+    Axis axis;
+    axis.vertical = scale->scale.orientation == XRTGA_VERTICAL;
+    axis.start = axis.vertical ? area.y : area.x;
+    axis.length = axis.vertical ? area.height : area.width;
+    const int origin = axis.vertical ? area.x : area.y;
+    const int thickness = axis.vertical ? area.width : area.height;
+    const int whole = axis.vertical ? gauge->core.width : gauge->core.height;
+    axis.marks.begin = across(std::min(tick.innerExtent, tick.outerExtent), origin, thickness);
+    axis.marks.end = across(std::max(tick.innerExtent, tick.outerExtent), origin, thickness);
+    axis.labelMiddle = across(tick.labelExtent, origin, thickness);
+    const int marksMiddle2 = axis.marks.begin + axis.marks.end;
+    axis.labelsFirst =
+        2 * axis.labelMiddle != marksMiddle2 ? 2 * axis.labelMiddle < marksMiddle2 : marksMiddle2 >= whole;
+    axis.labels = axis.labelsFirst ? Span{0, std::min(whole, axis.marks.begin - markDistance)}
+                                   : Span{std::max(0, axis.marks.end + markDistance), whole};
+    return axis;
+}
+
+gauge::AxisRequest requestOf(const TickRec* object, const Axis& axis, const LabelFont& font)
+{
+    const TickPart& tick = object->tick;
+    const LinearScalePart& scale = reinterpret_cast<const LinearScaleRec*>(tick.scale)->scale;
+    gauge::AxisRequest request;
+    request.min = scale.min;
+    request.max = scale.max;
+    request.offset = tick.offset;
+    request.length = axis.length;
+    request.vertical = axis.vertical;
+    request.flipped = axis.vertical == (scale.direction == XRTGA_ASCENDING);
+    request.series = {tick.increment, tick.start, tick.stop};
+    request.align = tick.automatic;
+    request.rangePrecision =
+        tick.precisionUseDefault == XRTGA_PRECISION_BY_RANGE ||
+        (tick.precisionUseDefault == XRTGA_PRECISION_IF_DEFAULT && tick.precision == gauge::defaultPrecision);
+    request.precision = tick.precision;
+    request.labels = tick.drawLabels;
+    request.tickWidth = tick.width;
+    request.gap = axis.vertical ? font.digitHeight : 2 * font.digitWidth;
+    request.labelRoom = axis.vertical ? axis.labels.size() : axis.length / 3;
+    request.measure = [&axis, &font, full = tick.labelFunc != nullptr](const std::string& label) {
+        LabelText text(label);
+        int width = XmStringWidth(font.table, text.text);
+        int height = full ? XmStringHeight(font.table, text.text) : font.digitHeight;
+        return axis.vertical ? gauge::LabelSize{height, width} : gauge::LabelSize{width, height};
+    };
+    if (tick.labelFunc) {
+        request.labelFunc = [object](double value) {
+            char* text =
+                object->tick.labelFunc(reinterpret_cast<Widget>(const_cast<TickRec*>(object)), value);
+            std::string label = text ? text : "";
+            XtFree(text);
+            return label;
+        };
+    }
+    return request;
+}
+
+// --- Colour
+
+double brightness(const XColor& colour)
+{
+    return (0.299 * colour.red + 0.587 * colour.green + 0.114 * colour.blue) / 65535.0;
+}
+
+bool showsOn(const XColor& colour, const XColor& ground)
+{
+    return std::fabs(brightness(colour) - brightness(ground)) >= 0.3;
+}
+
+// The server is asked for the colours once per combination, not with every drawing.
+Pixel colourOf(TickRec* object, const LinearGaugeRec* gauge)
+{
+    TickPart& tick = object->tick;
+    const Pixel ground = gauge->core.background_pixel;
+    const Pixel fallback = gauge->primitive.foreground;
+    if (tick.colourKnown && tick.colourOn == ground && tick.colourElse == fallback)
+        return tick.colour;
+    XColor colours[3] = {};
+    colours[0].pixel = tick.background;
+    colours[1].pixel = fallback;
+    colours[2].pixel = ground;
+    XQueryColors(gauge->core.screen->display, gauge->core.colormap, colours, 3);
+    Screen* screen = gauge->core.screen;
+    Pixel extreme = brightness(colours[2]) > 0.5 ? BlackPixelOfScreen(screen) : WhitePixelOfScreen(screen);
+    tick.colour = showsOn(colours[0], colours[2])   ? tick.background
+                  : showsOn(colours[1], colours[2]) ? fallback
+                                                    : extreme;
+    tick.colourOn = ground;
+    tick.colourElse = fallback;
+    tick.colourKnown = True;
+    return tick.colour;
+}
+
+// --- Drawing
+
+struct Canvas {
+    Display* display;
+    Drawable drawable;
+    GC gc;
+};
+
+void drawMarks(const Canvas& canvas, const Axis& axis, const gauge::TickLayout& layout, int lineWidth)
+{
+    const int size = axis.marks.size();
+    lineWidth = std::min(lineWidth, axis.length);
+    if (size <= 0 || lineWidth <= 0)
+        return;
+    for (const gauge::Tick& tick : layout.ticks) {
+        int along = axis.start + std::clamp(tick.pixel - lineWidth / 2, 0, axis.length - lineWidth);
+        if (axis.vertical)
+            XFillRectangle(canvas.display, canvas.drawable, canvas.gc, axis.marks.begin, along, size,
+                           lineWidth);
+        else
+            XFillRectangle(canvas.display, canvas.drawable, canvas.gc, along, axis.marks.begin, lineWidth,
+                           size);
+    }
+}
+
+// The labels of a vertical axis form a column, aligned at the side of the marks and as far off the edges as
+// the wanted middle and the room allow.
+Span labelColumn(const Axis& axis, int size)
+{
+    int begin = axis.labelMiddle - size / 2;
+    begin = std::max(std::min(begin, axis.labels.end - size), axis.labels.begin);
+    return {begin, begin + size};
+}
+
+void drawLabels(const Canvas& canvas, const Axis& axis, const gauge::TickLayout& layout,
+                const LabelFont& font, bool digitsOnly)
+{
+    int widest = 0;
+    for (const gauge::Tick& tick : layout.ticks)
+        widest = std::max(widest, tick.label.empty() ? 0 : tick.size.across);
+    const Span column = labelColumn(axis, widest);
+    for (const gauge::Tick& tick : layout.ticks) {
+        if (tick.label.empty())
+            continue;
+        LabelText text(tick.label);
+        int along = axis.start + tick.labelStart;
+        int acrossStart = axis.labelsFirst ? column.end - tick.size.across : column.begin;
+        int x = axis.vertical ? acrossStart : along;
+        int y = axis.vertical ? along : acrossStart;
+        if (digitsOnly)
+            y += font.digitHeight - XmStringBaseline(font.table, text.text);
+        XmStringDraw(canvas.display, canvas.drawable, font.table, text.text, canvas.gc, x, y,
+                     axis.vertical ? tick.size.across : tick.size.along, XmALIGNMENT_BEGINNING,
+                     XmSTRING_DIRECTION_L_TO_R, nullptr);
+    }
+}
+
+} // namespace
+
+void drawTicks(TickRec* object, const LinearGaugeRec* gauge, Drawable drawable, GC gc)
+{
+    const TickPart& tick = object->tick;
+    if (!tick.isShowing || !tick.scale)
+        return;
+    const Canvas canvas = {gauge->core.screen->display, drawable, gc};
+    const LabelFont font = labelFontOf(gauge);
+    const Axis axis = axisOf(tick, gauge);
+    const gauge::TickLayout layout = gauge::layoutTicks(requestOf(object, axis, font));
+    XSetForeground(canvas.display, gc, colourOf(object, gauge));
+    drawMarks(canvas, axis, layout, tick.width);
+    drawLabels(canvas, axis, layout, font, tick.labelFunc == nullptr);
+    if (gauge->gauge.debug)
+        std::fprintf(stderr, "%s: %zu ticks, increment %g from %g to %g\n",
+                     XtName(reinterpret_cast<Widget>(object)), layout.ticks.size(), layout.series.increment,
+                     layout.series.start, layout.series.stop);
+}
+
+gauge::TickSeries computedSeries(const TickRec* object)
+{
+    const TickPart& tick = object->tick;
+    Widget parent = object->object.parent;
+    if (!tick.scale || !XtIsSubclass(parent, xmXrtGaLinearGaugeWidgetClass))
+        return {tick.increment, tick.start, tick.stop};
+    const auto* gauge = reinterpret_cast<const LinearGaugeRec*>(parent);
+    const LabelFont font = labelFontOf(gauge);
+    const Axis axis = axisOf(tick, gauge);
+    return gauge::layoutTicks(requestOf(object, axis, font)).series;
+}

@@ -1,0 +1,60 @@
+// Instance and class records of the tick object, a child object of the linear gauge. For the gauge's own
+// files.
+#ifndef GAUGE_TICKP_H
+#define GAUGE_TICKP_H
+
+#include "gauge/LinearGaugeP.h"
+#include "gauge/ticklayout.h"
+
+#include <X11/ObjectP.h>
+
+struct TickClassPart {
+    XtPointer extension;
+};
+
+struct TickClassRec {
+    ObjectClassPart object_class;
+    TickClassPart tick_class;
+};
+
+struct TickPart {
+    Widget scale;
+    double increment; // these three: the largest finite double when not set
+    double start;
+    double stop;
+    double offset;
+    double innerExtent;
+    double outerExtent;
+    double labelExtent;
+    XrtGaLabelFunc labelFunc;
+    int precision;
+    int precisionUseDefault;
+    int tickType;
+    Dimension width;
+    Boolean automatic;
+    Boolean drawLabels;
+    Boolean isShowing;
+    Pixel background;
+
+    Pixel colour; // of marks and labels: background where that shows on the gauge
+    Pixel colourOn;
+    Pixel colourElse;
+    Boolean
+        colourKnown; // for this background, on this background of the gauge and with this foreground of it
+};
+
+struct TickRec {
+    ObjectPart object;
+    TickPart tick;
+};
+
+extern TickClassRec tickClassRec;
+
+// Draws the marks and labels of one tick object into a drawable that shows the whole gauge. Changes the GC's
+// foreground and font.
+void drawTicks(TickRec* tick, const LinearGaugeRec* gauge, Drawable drawable, GC gc);
+
+// Increment, start and stop as they are drawn.
+gauge::TickSeries computedSeries(const TickRec* tick);
+
+#endif
