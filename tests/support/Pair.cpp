@@ -1,0 +1,133 @@
+#include "tests/support/Pair.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <stdexcept>
+
+namespace drive {
+
+namespace {
+
+void require(bool condition, const std::string& sentence)
+{
+    if (!condition)
+        throw std::runtime_error(sentence);
+}
+
+std::vector<std::string> command(const std::filesystem::path& program,
+                                 const std::vector<std::string>& arguments)
+{
+    std::vector<std::string> result{program};
+    result.insert(result.end(), arguments.begin(), arguments.end());
+    return result;
+}
+
+// The number in the viewer's first line "window N: FILE".
+int firstWindowNumber(Process& viewer)
+{
+    int number = 0;
+    waitUntil([&] {
+        return std::sscanf(viewer.output().c_str(), "window %d:", &number) == 1 || !viewer.running();
+    });
+    require(number > 0, "imagewindow showed no image: " + viewer.errors());
+    return number;
+}
+
+Window toplevel(Screen& screen, Window window)
+{
+    Window rootWindow = None, parent = window, *children = nullptr;
+    unsigned count = 0;
+    while (screen.property(window, "WM_STATE").empty()) {
+        if (!XQueryTree(screen.x(), window, &rootWindow, &parent, &children, &count) || parent == rootWindow)
+            return None;
+        if (children)
+            XFree(children);
+        window = parent;
+    }
+    return window;
+}
+
+Window largestLeaf(Screen& screen, Window window)
+{
+    Window largest = None;
+    int area = 0;
+    for (const Window leaf : screen.leaves(window)) {
+        const Rect place = screen.geometry(leaf);
+        if (place.width * place.height > area) {
+            area = place.width * place.height;
+            largest = leaf;
+        }
+    }
+    return largest;
+}
+
+} // namespace
+
+Pair::Pair(Screen& onScreen, const std::filesystem::path& bin, const PairOptions& options)
+    : screen(onScreen), viewer(command(bin / "imagewindow", options.viewerArguments), options.environment)
+{
+    number = firstWindowNumber(viewer);
+    canvas = screen.findImageWindow(number);
+    require(canvas != None, "the image window does not appear");
+    viewerWindow = toplevel(screen, canvas);
+
+    tool = std::make_unique<Process>(command(bin / "lineprofile", {std::to_string(number)}),
+                                     options.environment);
+    waitUntil([&] {
+        return (toolWindow = screen.findTitleNow("Arbitrary Line Profile")) != None || !tool->running();
+    });
+    require(toolWindow != None, "the line profile tool does not appear: " + tool->errors());
+    waitUntilCalm(screen);
+    plot = largestLeaf(screen, toolWindow);
+}
+
+Window Pair::button(Button which)
+{
+    const std::vector<Window> leaves = screen.leaves(toolWindow);
+    constexpr size_t buttonCount = Help + 1;
+    require(leaves.size() >= buttonCount, "the tool window has no button row");
+    return leaves[leaves.size() - buttonCount + which];
+}
+
+Window Pair::message()
+{
+    const std::vector<Window> leaves = screen.leaves(toolWindow);
+    constexpr size_t buttonCount = Help + 1;
+    require(leaves.size() > buttonCount, "the tool window has no message line");
+    return leaves[leaves.size() - buttonCount - 1];
+}
+
+protocol::DisplayRecord Pair::display()
+{
+    const std::string bytes = screen.property(canvas, "_IW_DISPLAY");
+    const auto record = protocol::decodeDisplay(std::as_bytes(std::span(bytes)));
+    require(record.has_value(), "the image window does not tell what it shows");
+    return *record;
+}
+
+protocol::WindowPosition Pair::canvasOf(double x, double y, int panel)
+{
+    return protocol::windowFromData(display().geometry, {x, y, panel});
+}
+
+void Pair::dragSegment(double x0, double y0, double x1, double y1, int steps)
+{
+    const auto start = canvasOf(x0, y0), end = canvasOf(x1, y1);
+    screen.drag(canvas, static_cast<int>(start.x), static_cast<int>(start.y), static_cast<int>(end.x),
+                static_cast<int>(end.y), steps);
+}
+
+bool waitUntilCalm(Screen& screen)
+{
+    constexpr int looks = 5;
+    Picture last = screen.captureScreen();
+    int equal = 0;
+    return waitUntil([&] {
+        Picture now = screen.captureScreen();
+        equal = now.pixels == last.pixels ? equal + 1 : 0;
+        last = std::move(now);
+        return equal >= looks;
+    });
+}
+
+} // namespace drive

@@ -1,0 +1,51 @@
+// Both programs side by side: imagewindow on image files and lineprofile on its first window, for end-to-end
+// tests, benchmarks and the demonstration. Data coordinates are those of the image, as in
+// platform/protocol/Geometry.h.
+#pragma once
+
+#include "platform/protocol/DisplayRecord.h"
+#include "tests/support/Drive.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace drive {
+
+struct PairOptions {
+    std::vector<std::string> viewerArguments; // image files and options
+    std::map<std::string, std::string> environment;
+};
+
+class Pair {
+public:
+    // Starts the programs in the folder bin and waits for both windows; throws std::runtime_error with what
+    // the program said when one does not appear.
+    Pair(Screen& screen, const std::filesystem::path& bin, const PairOptions& options);
+
+    Screen& screen;
+    Process viewer;
+    int number = 0; // window number
+    Window canvas = None;
+    Window viewerWindow = None; // the toplevel around the canvas
+    std::unique_ptr<Process> tool;
+    Window toolWindow = None;
+    Window plot = None; // the plot's drawing area
+
+    // Controls of the tool's button row.
+    enum Button { Done, Save, SavedLabel, SavedCount, Clear, Write, Help };
+    Window button(Button which);
+    // The message line's text field.
+    Window message();
+
+    // What the viewer publishes; throws when it is not to be had.
+    protocol::DisplayRecord display();
+    // Canvas pixel in the middle of the image pixel (x, y).
+    protocol::WindowPosition canvasOf(double x, double y, int panel = 0);
+    void dragSegment(double x0, double y0, double x1, double y1, int steps = 10);
+};
+
+// Waits until the screen stays the same for some looks in a row: the programs have drawn all they had to.
+// False when it never does.
+bool waitUntilCalm(Screen& screen);
+
+} // namespace drive
