@@ -97,6 +97,16 @@ Window Pair::message()
     return leaves[leaves.size() - buttonCount - 1];
 }
 
+void Pair::closeImageWindows()
+{
+    constexpr int mostWindows = 50;
+    for (int i = 1; i <= mostWindows; ++i) {
+        const Window canvasOfWindow = screen.findImageWindow(i, Milliseconds{0});
+        if (canvasOfWindow != None)
+            screen.requestClose(toplevel(screen, canvasOfWindow));
+    }
+}
+
 protocol::DisplayRecord Pair::display()
 {
     const std::string bytes = screen.property(canvas, "_IW_DISPLAY");

@@ -37,6 +37,9 @@ public:
     // The message line's text field.
     Window message();
 
+    // Closes every image window of the display as the window manager's close button does.
+    void closeImageWindows();
+
     // What the viewer publishes; throws when it is not to be had.
     protocol::DisplayRecord display();
     // Canvas pixel in the middle of the image pixel (x, y).

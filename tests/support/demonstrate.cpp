@@ -1,9 +1,10 @@
 // Shows the two programs at work on the present display: opens images, starts the line profile tool on the
 // first one, drives both through XTEST as a user would, and leaves a picture of both windows. Status 0 only
 // if all worked.
-#include "tests/support/Pair.h"
-
+// CLI11 first: its enumerators carry names that Xlib defines as macros.
 #include <CLI/CLI.hpp>
+
+#include "tests/support/Pair.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -67,10 +68,8 @@ void demonstrate(const Options& options)
 
     screen.clickCentre(pair.button(drive::Pair::Done));
     require(pair.tool->wait() == 0, "the line profile tool did not end well: " + pair.tool->errors());
-    screen.requestClose(pair.viewerWindow);
-    require(drive::waitUntil([&] { return screen.findTitleNow("Arbitrary Line Profile") == None; }),
-            "the tool window is still there");
-    pair.viewer.signal(SIGTERM);
+    pair.closeImageWindows();
+    require(pair.viewer.wait() == 0, "imagewindow did not end well: " + pair.viewer.errors());
 }
 
 } // namespace
