@@ -34,9 +34,9 @@ int iwlWindowNumberOf(Window canvas);
 // connection.
 Window iwlClientWindow();
 
-enum class Change { None, Display, Closed };
+enum class Change { Nothing, Display, Closed };
 
-// To be called for every PropertyNotify and DestroyNotify of an attached canvas; other events give None.
+// To be called for every PropertyNotify and DestroyNotify of an attached canvas; other events give Nothing.
 // Display: the published record was read again and something in it is different. Closed: the canvas is gone.
 Change iwlHandleEvent(const XEvent& event);
 

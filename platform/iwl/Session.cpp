@@ -1,0 +1,202 @@
+#include "platform/iwl/Session.h"
+
+#include "platform/iwl/Slots.h"
+#include "platform/protocol/XProtocol.h"
+
+#include <IWL.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+// The session: one connection and the attached windows, for the life of the process. Entry 0 is unused.
+Display* connection = nullptr;
+Window clientWindow = None;
+std::array<std::unique_ptr<iwl::Slot>, IW_MAX_SLOTS + 1> slots;
+
+Window makeClientWindow()
+{
+    XSetWindowAttributes attributes = {};
+    attributes.override_redirect = True;
+    return XCreateWindow(connection, DefaultRootWindow(connection), -1, -1, 1, 1, 0, 0, InputOnly,
+                         CopyFromParent, CWOverrideRedirect, &attributes);
+}
+
+// Throws std::runtime_error with one sentence when the window cannot be attached.
+std::unique_ptr<iwl::Slot> attach(int windowNumber)
+{
+    const Window canvas = protocol::findImageWindow(connection, windowNumber);
+    if (canvas == None)
+        throw std::runtime_error("there is no image window " + std::to_string(windowNumber));
+    auto record = protocol::readDisplay(connection, canvas);
+    if (!record)
+        throw std::runtime_error("image window " + std::to_string(windowNumber) +
+                                 " does not tell what it shows");
+    iwl::SlotImage image(*record);
+    return std::make_unique<iwl::Slot>(
+        iwl::Slot{windowNumber, canvas, false, std::move(*record), std::move(image), {}, {}, 0, false});
+}
+
+bool canvasExists(Window canvas)
+{
+    protocol::ErrorTrap trap(connection);
+    Window root;
+    int x, y;
+    unsigned width, height, border, depth;
+    return XGetGeometry(connection, canvas, &root, &x, &y, &width, &height, &border, &depth) != 0;
+}
+
+Change applyRecord(iwl::Slot& slot, const protocol::DisplayRecord& record)
+{
+    if (record == slot.record)
+        return Change::Nothing;
+    slot.record = record;
+    slot.stageOrigin.reset();
+    slot.image.follow(record);
+    return Change::Display;
+}
+
+template<class Action> void forSlotsOf(Window canvas, Action action)
+{
+    for (auto& slot : slots)
+        if (slot && slot->canvas == canvas && !slot->closed)
+            action(*slot);
+}
+
+Change canvasClosed(Window canvas)
+{
+    Change change = Change::Nothing;
+    forSlotsOf(canvas, [&](iwl::Slot& slot) {
+        slot.closed = true;
+        change = Change::Closed;
+    });
+    return change;
+}
+
+} // namespace
+
+namespace iwl {
+
+Slot* slotAt(int slot)
+{
+    return slot >= 1 && slot <= IW_MAX_SLOTS ? slots[slot].get() : nullptr;
+}
+
+void detach(int slot)
+{
+    if (slotAt(slot))
+        slots[slot].reset();
+}
+
+} // namespace iwl
+
+Display* iwlDisplay()
+{
+    return connection;
+}
+
+std::string iwlProgramName()
+{
+    return program_invocation_short_name;
+}
+
+Window iwlClientWindow()
+{
+    return clientWindow;
+}
+
+std::vector<IwlWindow> iwlWindows()
+{
+    std::vector<IwlWindow> windows;
+    for (int slot = 1; slot <= IW_MAX_SLOTS; ++slot)
+        if (slots[slot])
+            windows.push_back({slot, slots[slot]->windowNumber, slots[slot]->canvas});
+    return windows;
+}
+
+int iwlSlotOf(Window canvas)
+{
+    for (int slot = 1; slot <= IW_MAX_SLOTS; ++slot)
+        if (slots[slot] && slots[slot]->canvas == canvas)
+            return slot;
+    return 0;
+}
+
+int iwlWindowNumberOf(Window canvas)
+{
+    const int slot = iwlSlotOf(canvas);
+    return slot ? slots[slot]->windowNumber : 0;
+}
+
+Change iwlRefresh(Window canvas)
+{
+    if (iwlSlotOf(canvas) == 0)
+        return Change::Nothing;
+    const auto record = protocol::readDisplay(connection, canvas);
+    if (!record)
+        return canvasExists(canvas) ? Change::Nothing : canvasClosed(canvas);
+    Change change = Change::Nothing;
+    forSlotsOf(canvas, [&](iwl::Slot& slot) { change = std::max(change, applyRecord(slot, *record)); });
+    return change;
+}
+
+Change iwlHandleEvent(const XEvent& event)
+{
+    if (event.type == DestroyNotify)
+        return canvasClosed(event.xdestroywindow.window);
+    if (event.type != PropertyNotify)
+        return Change::Nothing;
+    const XPropertyEvent& property = event.xproperty;
+    const protocol::Atoms& atoms = protocol::atoms(connection);
+    if (property.atom == atoms.overlay && property.state == PropertyDelete)
+        forSlotsOf(property.window, iwl::overlaysTaken);
+    const bool published = property.atom == atoms.display && property.state == PropertyNewValue;
+    return published ? iwlRefresh(property.window) : Change::Nothing;
+}
+
+int IWAttach(int argc, char** argv)
+{
+    if (connection)
+        return 1;
+    if (argc > 0 && argv && argv[0] && *argv[0]) {
+        const char* slash = std::strrchr(argv[0], '/');
+        program_invocation_short_name = slash ? argv[0] + (slash - argv[0]) + 1 : argv[0];
+    }
+    connection = XOpenDisplay(nullptr);
+    if (!connection) {
+        std::fprintf(stderr, "%s: cannot open the X display \"%s\"\n", program_invocation_short_name,
+                     XDisplayName(nullptr));
+        std::exit(-1);
+    }
+    protocol::installErrorHandler(program_invocation_short_name);
+    clientWindow = makeClientWindow();
+    return 1;
+}
+
+int IWAttachWin(int slot, int windowNumber, const char* mode)
+{
+    try {
+        if (!connection || slot < 1 || slot > IW_MAX_SLOTS || slots[slot])
+            throw std::runtime_error("slot " + std::to_string(slot) + " cannot take an image window");
+        if (!mode || std::strcmp(mode, "ro") != 0)
+            throw std::runtime_error("image windows can only be attached with mode \"ro\"");
+        slots[slot] = attach(windowNumber);
+        return 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, error.what());
+        return 0;
+    }
+}
+
+Window IWRtWID(int slot)
+{
+    const iwl::Slot* attached = iwl::slotAt(slot);
+    return attached ? attached->canvas : None;
+}

@@ -1,0 +1,114 @@
+#include "platform/iwl/SlotImage.h"
+
+#include "platform/iwl/Session.h"
+
+#include <cstdio>
+#include <sys/stat.h>
+
+namespace iwl {
+namespace {
+
+// Nothing when there is no such file.
+std::optional<FileIdentity> identify(const std::string& path)
+{
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0)
+        return std::nullopt;
+    return FileIdentity{status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size),
+                        status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
+}
+
+bool sameFile(const FileIdentity& a, const FileIdentity& b)
+{
+    return a.device == b.device && a.inode == b.inode;
+}
+
+bool showsImage(const protocol::DisplayRecord& record, const image::ImageInfo& info)
+{
+    const bool size = record.geometry.imageWidth == info.width &&
+                      record.geometry.imageHeight == info.height &&
+                      record.wavelengths.size() == static_cast<std::size_t>(info.sizeW);
+    // The file of a scratch window may still lack the section on display.
+    const bool section = record.z < info.sizeZ && record.t < info.sizeT && record.p < info.sizeP;
+    return size && (section || record.scratchSize > 0);
+}
+
+} // namespace
+
+SlotImage::SlotImage(const protocol::DisplayRecord& record) : shown(record)
+{
+    load();
+}
+
+// Leaves the present file in place when the new one is no good.
+void SlotImage::load()
+{
+    readable = false;
+    positioned.reset();
+    identity = identify(shown.path).value_or(FileIdentity{});
+    auto opened = image::ImageFile::open(shown.path);
+    if (!showsImage(shown, opened->info()))
+        throw image::ImageError(shown.path +
+                                " is not the image that the window shows: its dimensions differ.");
+    file = std::move(opened);
+    readable = true;
+}
+
+bool SlotImage::reload()
+{
+    try {
+        load();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", iwlProgramName().c_str(), error.what());
+    }
+    return readable;
+}
+
+void SlotImage::follow(const protocol::DisplayRecord& record)
+{
+    const bool other = record.path != shown.path;
+    shown = record;
+    if (other)
+        reload();
+    else
+        readable = showsImage(shown, file->info()) || reload();
+}
+
+// A file that was replaced is opened again, and so is one that has grown and lacked the section. One version
+// is tried once.
+bool SlotImage::refreshFor(const image::SectionIndex& section)
+{
+    const auto now = identify(shown.path);
+    if (!now || *now == identity)
+        return readable;
+    const bool replaced = !sameFile(*now, identity);
+    return replaced || !readable || !file->hasSection(section) ? reload() : readable;
+}
+
+bool SlotImage::position(const image::SectionIndex& section)
+{
+    positioned.reset();
+    if (!refreshFor(section) || !contains(section) || !file->hasSection(section))
+        return false;
+    positioned = section;
+    return true;
+}
+
+bool SlotImage::read(const image::PixelRect& rect, std::span<float> out)
+{
+    return readable && positioned && file->read(*positioned, rect, out);
+}
+
+bool SlotImage::contains(const image::SectionIndex& section) const
+{
+    const auto& size = info();
+    return section.z >= 0 && section.z < size.sizeZ && section.w >= 0 && section.w < size.sizeW &&
+           section.t >= 0 && section.t < size.sizeT && section.p >= 0 && section.p < size.sizeP;
+}
+
+std::optional<double> SlotImage::extendedHeader(const image::SectionIndex& section, int field) const
+{
+    return contains(section) ? file->extendedHeader(section, field) : std::nullopt;
+}
+
+} // namespace iwl

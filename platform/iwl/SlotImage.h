@@ -1,0 +1,58 @@
+// The image file behind an attached window: opened by the path that the window publishes, followed when the
+// window shows another file or the file is replaced on disk, and read section by section. Indices and frame
+// as in ImageFile.h.
+#pragma once
+
+#include "platform/image/ImageFile.h"
+#include "platform/protocol/DisplayRecord.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace iwl {
+
+// What tells one version of a file from another.
+struct FileIdentity {
+    std::uint64_t device = 0, inode = 0, size = 0;
+    std::int64_t modifiedSeconds = 0, modifiedNanoseconds = 0;
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+class SlotImage {
+public:
+    // Throws image::ImageError when the file cannot be opened or is not the image of the record.
+    explicit SlotImage(const protocol::DisplayRecord& record);
+
+    // Of the newest file that could be opened.
+    const image::ImageInfo& info() const { return file->info(); }
+
+    // Opens the record's file when it is another one; a failure is told on standard error and makes the reads
+    // fail.
+    void follow(const protocol::DisplayRecord& record);
+
+    // Chooses the section for read(). False when the file does not hold it, or the file has been replaced by
+    // one that is not the image on display.
+    bool position(const image::SectionIndex& section);
+    // False when no section is chosen, the rectangle is not inside the image or the data cannot be read.
+    bool read(const image::PixelRect& rect, std::span<float> out);
+
+    // Whether the wavelength, position and so on are within the dimensions.
+    bool contains(const image::SectionIndex& section) const;
+    std::optional<double> extendedHeader(const image::SectionIndex& section, int field) const;
+
+private:
+    void load();
+    bool reload();
+    bool refreshFor(const image::SectionIndex& section);
+
+    protocol::DisplayRecord shown;
+    std::unique_ptr<image::ImageFile> file;
+    FileIdentity identity; // of the version that was last tried
+    bool readable = false; // file is what the record shows
+    std::optional<image::SectionIndex> positioned;
+};
+
+} // namespace iwl
