@@ -77,6 +77,8 @@ std::optional<WavelengthDisplay> getWavelength(ByteReader& in)
     wavelength.rangeMin = in.f32();
     wavelength.rangeMax = in.f32();
     wavelength.topImage = in.i32();
+    if (!wavelength.rangeKnown)
+        wavelength.rangeMin = wavelength.rangeMax = 0;
     const bool good = displayed <= 1 && known <= 1 && reserved == 0 && wavelength.colorIndex <= 6 &&
                       validRange(wavelength) && within(wavelength.topImage, 0, maxExtent);
     return good ? std::optional(wavelength) : std::nullopt;
