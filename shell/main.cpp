@@ -1,0 +1,6 @@
+#include "shell/startUp.h"
+
+int main(int argc, char** argv)
+{
+    return runTool(argc, argv);
+}
