@@ -1,0 +1,62 @@
+#include "tests/support/recording/Recording.h"
+
+#include "tests/support/recording/Note.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+namespace recording {
+
+Script script;
+std::vector<std::string> calls;
+std::map<long, WMEventProc> handlers;
+std::map<std::string, Widget> widgets;
+std::map<std::string, XtCallbackProc> actions;
+State state;
+
+void reset()
+{
+    script = {};
+    calls.clear();
+    handlers.clear();
+    widgets.clear();
+    actions.clear();
+    state = {};
+}
+
+std::vector<std::string> callsOf(const std::vector<std::string>& prefixes)
+{
+    std::vector<std::string> found;
+    std::ranges::copy_if(calls, std::back_inserter(found), [&](const std::string& call) {
+        return std::ranges::any_of(prefixes, [&](const auto& prefix) { return call.starts_with(prefix); });
+    });
+    return found;
+}
+
+std::vector<std::string> takeCalls()
+{
+    return std::exchange(calls, {});
+}
+
+std::string text(const char* value)
+{
+    return value ? '"' + std::string(value) + '"' : "0";
+}
+
+std::string text(float value)
+{
+    char buffer[64];
+    std::snprintf(buffer, sizeof buffer, "%g", double{value});
+    return buffer;
+}
+
+std::string text(Widget widget)
+{
+    for (const auto& [name, known] : widgets)
+        if (known == widget)
+            return name;
+    return widget ? "widget" : "0";
+}
+
+} // namespace recording
