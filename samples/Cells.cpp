@@ -12,7 +12,9 @@ enum Stream : std::uint64_t {
     LabelStream,
     MitoStream,
     VesicleStream,
-    FibreStream
+    FibreStream,
+    OutlineStream,
+    NucleusStream
 };
 
 constexpr double stepMicrons = 0.05; // along a filament, half a pixel
@@ -22,13 +24,15 @@ constexpr double stepMicrons = 0.05; // along a filament, half a pixel
 Specimen::Specimen(std::uint64_t seed) : seed(seed)
 {
     placeCells();
+    mapOutlines();
+    addNuclei();
     growMicrotubules();
 }
 
 // Best-candidate sampling on the repeating field: every new cell takes the spot farthest from the others.
 void Specimen::placeCells()
 {
-    constexpr int cellCount = 6, candidates = 12;
+    constexpr int cellCount = 6, candidates = 30;
     Random random{seed, CellStream};
     for (int i = 0; i < cellCount; ++i) {
         Cell best;
@@ -53,37 +57,78 @@ void Specimen::placeCells()
         best.driftX = random.normal() * 0.22;
         best.driftY = random.normal() * 0.22;
         best.staining = random.uniform(0.75, 1.25);
-        addNucleus(best, random);
         all.push_back(best);
     }
 }
 
-void Specimen::addNucleus(Cell& cell, Random& random) const
+void Specimen::addNuclei()
 {
-    Nucleus& n = cell.nucleus;
-    n.a = random.uniform(5.9, 7.2);
-    n.b = n.a * random.uniform(0.72, 0.9);
-    n.c = random.uniform(1.7, 2.0);
-    n.centre = {cell.x + random.normal() * 0.8, cell.y + random.normal() * 0.8, n.c + 0.3};
-    const double turn = random.uniform();
-    n.cosine = cosineOfTurns(turn);
-    n.sine = sineOfTurns(turn);
-    n.texture = random.bits();
-    const int nucleolusCount = 2 + random.below(3);
-    for (int k = 0; k < nucleolusCount; ++k) {
-        const double where = random.uniform(), r = 0.6 * std::sqrt(random.uniform());
-        n.nucleoli.push_back({
-            {n.a * r * cosineOfTurns(where), n.b * r * sineOfTurns(where), random.uniform(-0.5, 0.5)},
-            random.uniform(0.7, 1.25)
-        });
+    for (int cell = 0; cell < static_cast<int>(all.size()); ++cell) {
+        Random random{seed, NucleusStream, static_cast<std::uint64_t>(cell)};
+        Nucleus& n = all[cell].nucleus;
+        n.a = random.uniform(5.9, 7.2);
+        n.b = n.a * random.uniform(0.72, 0.9);
+        n.c = random.uniform(1.7, 2.0);
+        n.centre = {all[cell].x + random.normal() * 0.8, all[cell].y + random.normal() * 0.8, n.c + 0.3};
+        const double turn = random.uniform();
+        n.cosine = cosineOfTurns(turn);
+        n.sine = sineOfTurns(turn);
+        n.texture = random.bits();
+        fitNucleus(cell);
+        const int nucleolusCount = 2 + random.below(3);
+        for (int k = 0; k < nucleolusCount; ++k) {
+            const double where = random.uniform(), r = 0.6 * std::sqrt(random.uniform());
+            const double x = n.a * r * cosineOfTurns(where), y = n.b * r * sineOfTurns(where);
+            n.nucleoli.push_back({
+                {x, y, random.uniform(-0.5, 0.5)},
+                random.uniform(0.7, 1.25)
+            });
+        }
+        placeCentrosome(cell, random);
     }
-    const double side = random.uniform(), reach = std::max(n.a, n.b) + 0.3;
-    cell.centrosome = {n.centre.x + reach * cosineOfTurns(side), n.centre.y + reach * sineOfTurns(side), 1.6};
 }
 
-double Specimen::depthInCell(int index, double x, double y) const
+// Shrinks the nucleus until it is inside its cell.
+void Specimen::fitNucleus(int cell)
 {
-    const Cell& cell = all[index];
+    constexpr int directions = 24;
+    Nucleus& n = all[cell].nucleus;
+    const auto clearance = [&] {
+        double least = fieldPeriod;
+        for (int i = 0; i < directions; ++i) {
+            const double u = n.a * cosineOfTurns(i / double{directions});
+            const double v = n.b * sineOfTurns(i / double{directions});
+            least = std::min(least, depthInCell(cell, n.centre.x + u * n.cosine - v * n.sine,
+                                                n.centre.y + u * n.sine + v * n.cosine));
+        }
+        return least;
+    };
+    while (n.a > 2.5 && clearance() < 0.6) {
+        n.a *= 0.95;
+        n.b *= 0.95;
+    }
+}
+
+// Beside the nucleus, where the cell has room.
+void Specimen::placeCentrosome(int cell, Random& random)
+{
+    constexpr int tries = 5;
+    const Nucleus& n = all[cell].nucleus;
+    double best = -fieldPeriod;
+    for (int i = 0; i < tries; ++i) {
+        const double side = random.uniform(), reach = n.a + 0.3;
+        const Vec3 at{n.centre.x + reach * cosineOfTurns(side), n.centre.y + reach * sineOfTurns(side), 1.6};
+        const double depth = depthInCell(cell, at.x, at.y);
+        if (depth > best) {
+            best = depth;
+            all[cell].centrosome = at;
+        }
+    }
+}
+
+// Distance to the outline of a cell that has no neighbours.
+double Specimen::depthAlone(const Cell& cell, double x, double y) const
+{
     const double dx = wrapDistance(x - cell.x), dy = wrapDistance(y - cell.y);
     const double r = std::sqrt(dx * dx + dy * dy);
     const double c = r > 0 ? dx / r : 1, s = r > 0 ? dy / r : 0;
@@ -94,29 +139,68 @@ double Specimen::depthInCell(int index, double x, double y) const
         ck = next;
         outline += ck * cell.lobeCosine[k] + sk * cell.lobeSine[k];
     }
-    double depth = cell.radius * outline - r;
-    for (const Cell& other : all) {
-        if (&other == &cell)
-            continue;
-        const double ox = wrapDistance(x - other.x), oy = wrapDistance(y - other.y);
-        // Neighbours meet half way, with a narrow gap between the membranes.
-        depth = std::min(depth, (std::sqrt(ox * ox + oy * oy) - r) / 2 - 0.2);
+    return cell.radius * outline - r;
+}
+
+// Neighbours meet half way, with a narrow gap between the membranes; waves that repeat with the field keep
+// the borders from being straight.
+void Specimen::mapOutlines()
+{
+    struct Wave {
+        double kx, ky, phase, microns;
+    };
+    Random random{seed, OutlineStream};
+    std::array<std::vector<Wave>, 2> waves;
+    for (std::vector<Wave>& axis : waves) {
+        for (int k = 0; k < 5; ++k) {
+            const double kx = 1 + random.below(6), ky = random.below(13) - 6;
+            axis.push_back({kx, ky, random.uniform(), random.uniform(0.4, 1.1)});
+        }
     }
-    return depth;
+    const auto shift = [&waves](int axis, double u, double v) {
+        double sum = 0;
+        for (const Wave& w : waves[axis])
+            sum += w.microns * sineOfTurns(w.kx * u + w.ky * v + w.phase);
+        return sum;
+    };
+    outlines.reserve(fieldPixels * fieldPixels);
+    for (int i = 0; i < fieldPixels * fieldPixels; ++i) {
+        const double u = (i % fieldPixels) / double{fieldPixels}, v = (i / fieldPixels) / double{fieldPixels};
+        outlines.push_back(
+            placeAmongCells(u * fieldPeriod + shift(0, u, v), v * fieldPeriod + shift(1, u, v)));
+    }
+}
+
+Specimen::Place Specimen::placeAmongCells(double x, double y) const
+{
+    int nearest = 0;
+    double best = 1e9, second = 1e9;
+    for (int i = 0; i < static_cast<int>(all.size()); ++i) {
+        const double dx = wrapDistance(x - all[i].x), dy = wrapDistance(y - all[i].y);
+        const double distance = std::sqrt(dx * dx + dy * dy);
+        if (distance < best) {
+            second = best;
+            best = distance;
+            nearest = i;
+        } else {
+            second = std::min(second, distance);
+        }
+    }
+    return {nearest, std::min(depthAlone(all[nearest], x, y), (second - best) / 2 - 0.2)};
 }
 
 Specimen::Place Specimen::locate(double x, double y) const
 {
-    int nearest = 0;
-    double best = 1e9;
-    for (int i = 0; i < static_cast<int>(all.size()); ++i) {
-        const double dx = wrapDistance(x - all[i].x), dy = wrapDistance(y - all[i].y);
-        if (dx * dx + dy * dy < best) {
-            best = dx * dx + dy * dy;
-            nearest = i;
-        }
-    }
-    return {nearest, depthInCell(nearest, x, y)};
+    const auto pixel = [](double microns) {
+        return static_cast<int>(std::floor(microns / pixelMicrons + 0.5)) & (fieldPixels - 1);
+    };
+    return outlines[pixel(y) * fieldPixels + pixel(x)];
+}
+
+double Specimen::depthInCell(int cell, double x, double y) const
+{
+    const Place place = locate(x, y);
+    return place.cell == cell ? place.depth : -std::max(0.0, place.depth) - 0.2;
 }
 
 double Specimen::height(int index, double x, double y, double depth) const
@@ -187,6 +271,8 @@ Specimen::Path Specimen::grow(Random& random, int cell, PathPoint start) const
     const Nucleus& nucleus = all[cell].nucleus;
     const double length = random.uniform(5, 26), level = random.uniform(0.1, 0.8);
     const bool over = random.uniform() < 0.35;
+    const double margin = random.uniform(0.3, 2.2); // of the edge, where it turns
+    double alongEdge = random.uniform(0, 5);        // how far it then goes on
     double curvature = random.normal() * 0.006;
     Path path;
     for (double done = 0; done < length; done += stepMicrons) {
@@ -194,7 +280,8 @@ Specimen::Path Specimen::grow(Random& random, int cell, PathPoint start) const
         turns += curvature * stepMicrons + random.normal() * 0.0008;
         const double c = cosineOfTurns(turns), s = sineOfTurns(turns);
         const double depth = depthInCell(cell, at.x + 0.6 * c, at.y + 0.6 * s);
-        if (depth < 0.5) {
+        if (depth < margin) {
+            alongEdge -= stepMicrons;
             const double left = depthInCell(cell, at.x - 0.6 * s, at.y + 0.6 * c);
             const double right = depthInCell(cell, at.x + 0.6 * s, at.y - 0.6 * c);
             turns += left > right ? 0.012 : -0.012;
@@ -202,7 +289,7 @@ Specimen::Path Specimen::grow(Random& random, int cell, PathPoint start) const
         at.x += c * stepMicrons;
         at.y += s * stepMicrons;
         const double here = depthInCell(cell, at.x, at.y);
-        if (here < 0.12)
+        if (here < 0.12 || alongEdge < 0)
             break;
         const double flat = inNucleus(nucleus, at.x, at.y, nucleus.centre.z).radius;
         const double rise = nucleus.c * std::sqrt(std::max(0.0, 1.1 - flat * flat)) + 0.2;

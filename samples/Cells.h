@@ -65,7 +65,8 @@ public:
     explicit Specimen(std::uint64_t seed);
 
     const std::vector<Cell>& cells() const { return all; }
-    // The cell that owns (x, y), and the distance to its outline: positive inside, negative outside.
+    // The cell that owns (x, y), and the distance to its outline in microns: positive inside, negative
+    // outside. To the nearest pixel.
     struct Place {
         int cell = 0;
         double depth = 0;
@@ -87,7 +88,12 @@ private:
     };
     using Path = std::vector<PathPoint>;
     void placeCells();
-    void addNucleus(Cell& cell, Random& random) const;
+    double depthAlone(const Cell& cell, double x, double y) const;
+    void mapOutlines();
+    Place placeAmongCells(double x, double y) const;
+    void addNuclei();
+    void fitNucleus(int cell);
+    void placeCentrosome(int cell, Random& random);
     void growMicrotubules();
     Path grow(Random& random, int cell, PathPoint start) const;
     PathPoint tubuleStart(Random& random, int cell, bool branch) const;
@@ -100,6 +106,7 @@ private:
 
     std::uint64_t seed;
     std::vector<Cell> all;
+    std::vector<Place> outlines;            // per pixel of the field
     std::vector<std::vector<Path>> tubules; // per cell
 };
 

@@ -300,26 +300,31 @@ Field::Image Field::focus(const Slices& slices, int section, const Channel& chan
 
 Segment Field::segmentAcrossNuclei()
 {
+    constexpr double beyond = 9; // microns past both centres, so that the line ends outside the nuclei
+    constexpr int margin = 8;
     Segment best{size.width / 8, size.height / 8, size.width * 7 / 8, size.height * 7 / 8};
-    double bestScore = 1e9;
-    const std::vector<Cell>& cells = specimen(0).cells();
-    const auto toPixel = [](double microns, int origin) { return microns / pixelMicrons - origin; };
-    for (const Cell& a : cells) {
-        for (const Cell& b : cells) {
+    double nearest = 1e9; // of the line's middle to the image's
+    const auto pixel = [](double microns, int origin) {
+        return static_cast<int>(std::floor(microns / pixelMicrons + 0.5)) - origin;
+    };
+    const auto inside = [this](int x, int y) {
+        return x >= margin && y >= margin && x < size.width - margin && y < size.height - margin;
+    };
+    for (const Cell& a : specimen(0).cells()) {
+        for (const Cell& b : specimen(0).cells()) {
             const Vec3 &from = a.nucleus.centre, &to = b.nucleus.centre;
-            const double dx = to.x - from.x, dy = to.y - from.y, length = std::hypot(dx, dy);
-            if (dx <= 0 || length < 14)
+            const double dx = to.x - from.x, dy = to.y - from.y, length = std::sqrt(dx * dx + dy * dy);
+            if (dx <= 0 || length < 12 || length > 30)
                 continue;
-            const double beyond = 10 / length; // microns past both centres: the line ends outside the nuclei
-            const double x0 = toPixel(from.x - dx * beyond, originX),
-                         y0 = toPixel(from.y - dy * beyond, originY);
-            const double x1 = toPixel(to.x + dx * beyond, originX), y1 = toPixel(to.y + dy * beyond, originY);
-            const bool inside = std::min({x0, x1, y0, y1}) >= 8 && std::max(x0, x1) < size.width - 8 &&
-                                std::max(y0, y1) < size.height - 8;
-            if (inside && length < bestScore) {
-                bestScore = length;
-                best = {static_cast<int>(x0), static_cast<int>(y0), static_cast<int>(x1),
-                        static_cast<int>(y1)};
+            const double ux = dx / length * beyond, uy = dy / length * beyond;
+            const Segment line{pixel(from.x - ux, originX), pixel(from.y - uy, originY),
+                               pixel(to.x + ux, originX), pixel(to.y + uy, originY)};
+            const double offX = (line.x0 + line.x1 - size.width) / 2.0;
+            const double offY = (line.y0 + line.y1 - size.height) / 2.0;
+            const double distance = std::sqrt(offX * offX + offY * offY);
+            if (inside(line.x0, line.y0) && inside(line.x1, line.y1) && distance < nearest) {
+                nearest = distance;
+                best = line;
             }
         }
     }

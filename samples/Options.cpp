@@ -126,7 +126,7 @@ void addImageOptions(CLI::App& app, Options& o, Choices& choices)
     };
     app.add_option("--pattern", o.pattern, "field, ramp or planes, see below (field)")
         ->transform(CLI::CheckedTransformer(patterns).description(""));
-    app.add_option("--seed", o.seed, "Another seed makes another field (1)");
+    app.add_option("--seed", o.seed, "Another seed makes another field (10)");
     addChoice(app, "--pixel-type", choices.type, typeTable,
               "bit, uint8, int8, uint16, int16, uint32, int32, float or double (uint16)");
     app.add_option("--order", o.order, "Order of the planes, as OME names it (XYCZT)")

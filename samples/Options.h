@@ -34,7 +34,7 @@ struct Options {
     FieldSize size{fieldPixels, fieldPixels, 5};
     int channels = 4, times = 3, positions = 1;
     PatternKind pattern = PatternKind::Field;
-    std::uint64_t seed = 1;
+    std::uint64_t seed = 10;
     PixelType pixelType = PixelType::UInt16;
     Flavor flavor = Flavor::Ome;
     Rgb rgb = Rgb::No;
