@@ -1,0 +1,50 @@
+// Push buttons of a row.
+#include "platform/include/WMEnh.h"
+#include "platform/wmenh/FieldRegistry.h"
+#include "platform/wmenh/Help.h"
+#include "platform/wmenh/MainWindow.h"
+#include "platform/wmenh/Toolkit.h"
+
+#include <Xm/PushB.h>
+
+#include <string>
+
+using namespace wmenh;
+
+namespace {
+
+Widget addButton(const char* label, XtCallbackProc activated, XtPointer clientData)
+{
+    const Label text(label);
+    const Widget button =
+        XtVaCreateWidget("button", xmPushButtonWidgetClass, currentRows().parent(), XmNlabelString,
+                         text.get(), XmNmarginWidth, 8, XmNmarginHeight, 4, nullptr);
+    if (activated)
+        XtAddCallback(button, XmNactivateCallback, activated, clientData);
+    currentRows().add(button);
+    return button;
+}
+
+} // namespace
+
+Widget WMAddFuncButton(const char* label, XtCallbackProc activated, XtPointer clientData, int, int)
+{
+    return addButton(label, activated, clientData);
+}
+
+Widget WMAddDoneButton(const char* label, XtCallbackProc activated, XtPointer clientData, int, int)
+{
+    return addButton(label, activated, clientData);
+}
+
+Widget WMAddHelpButton(const char* topic)
+{
+    const Widget button = addButton("Help", nullptr, nullptr);
+    Field field{.control = button};
+    field.take = [name = std::string(topic)] {
+        showHelp(name);
+        return false;
+    };
+    XtAddCallback(button, XmNactivateCallback, fieldChanged, &bindField(std::move(field)));
+    return button;
+}

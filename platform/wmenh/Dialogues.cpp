@@ -1,0 +1,210 @@
+#include "platform/wmenh/Dialogues.h"
+
+#include "platform/include/WMEnh.h"
+#include "platform/wmenh/MainWindow.h"
+#include "platform/wmenh/Toolkit.h"
+
+#include <Xm/DialogS.h>
+#include <Xm/MessageB.h>
+#include <Xm/Protocols.h>
+#include <Xm/Text.h>
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace wmenh {
+namespace {
+
+constexpr int textColumns = 76;
+constexpr int mostLines = 24;                // a longer text scrolls
+constexpr size_t mostText = size_t{1} << 16; // characters of a dialogue's text
+constexpr size_t mostWarnings = 5;           // on the screen at a time
+
+bool centerNext = false;
+
+struct Warning {
+    std::string text;
+    Widget dialogue;
+};
+// On the screen, the oldest first.
+std::vector<Warning> warnings;
+
+bool mainWindowShown()
+{
+    const Widget shell = mainShell();
+    XWindowAttributes attributes;
+    return shell && XtIsRealized(shell) &&
+           XGetWindowAttributes(XtDisplay(shell), XtWindow(shell), &attributes) &&
+           attributes.map_state == IsViewable;
+}
+
+// Map callback of a dialogue: its size is known, its window not yet shown.
+void centerOnScreen(Widget dialogue, XtPointer, XtPointer)
+{
+    Dimension width = 0, height = 0;
+    XtVaGetValues(dialogue, XmNwidth, &width, XmNheight, &height, nullptr);
+    const Screen* const screen = XtScreen(dialogue);
+    const int x = std::max(0, (WidthOfScreen(screen) - width) / 2);
+    const int y = std::max(0, (HeightOfScreen(screen) - height) / 2);
+    XtVaSetValues(dialogue, XmNx, x, XmNy, y, nullptr);
+    placeShell(XtParent(dialogue), x, y);
+}
+
+enum class Kind { Error, Question, Warning };
+
+// A text that would not fit on the screen goes into a scrolled field of the dialogue.
+void addScrolledText(Widget dialogue, const std::string& text)
+{
+    Arg args[] = {
+        {const_cast<char*>(XmNeditMode),              XmMULTI_LINE_EDIT},
+        {const_cast<char*>(XmNeditable),              False            },
+        {const_cast<char*>(XmNcursorPositionVisible), False            },
+        {const_cast<char*>(XmNrows),                  mostLines        },
+        {const_cast<char*>(XmNcolumns),               textColumns + 2  },
+        {const_cast<char*>(XmNscrollHorizontal),      False            }
+    };
+    const Widget field = XmCreateScrolledText(dialogue, const_cast<char*>("text"), args, XtNumber(args));
+    XmTextSetString(field, const_cast<char*>(text.c_str()));
+    XtManageChild(field);
+}
+
+Widget makeMessage(Kind kind, std::string_view message)
+{
+    const std::string text = wrapText(localeText(message.substr(0, mostText)), textColumns);
+    const bool scrolled = lineCount(text) > mostLines;
+    const auto create = kind == Kind::Error      ? XmCreateErrorDialog
+                        : kind == Kind::Question ? XmCreateQuestionDialog
+                                                 : XmCreateWarningDialog;
+    const Widget dialogue = create(dialogueParent(), const_cast<char*>("dialogue"), nullptr, 0);
+    const XmString label = XmStringCreateLocalized(const_cast<char*>(scrolled ? "" : text.c_str()));
+    XtVaSetValues(dialogue, XmNmessageString, label, XmNautoUnmanage, False, nullptr);
+    XmStringFree(label);
+    if (scrolled)
+        addScrolledText(dialogue, text);
+    XtUnmanageChild(XmMessageBoxGetChild(dialogue, XmDIALOG_HELP_BUTTON));
+    return dialogue;
+}
+
+// What the user has answered a modal dialogue.
+struct Answer {
+    bool given = false;
+    bool yes = false;
+};
+
+void answerYes(Widget, XtPointer data, XtPointer)
+{
+    *static_cast<Answer*>(data) = {true, true};
+}
+
+void answerNo(Widget, XtPointer data, XtPointer)
+{
+    *static_cast<Answer*>(data) = {true, false};
+}
+
+bool runModal(Widget dialogue, const char* title)
+{
+    Answer answer;
+    XtVaSetValues(dialogue, XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, nullptr);
+    XtAddCallback(dialogue, XmNokCallback, answerYes, &answer);
+    XtAddCallback(dialogue, XmNcancelCallback, answerNo, &answer);
+    prepareDialogue(dialogue, title, answerNo, &answer);
+    XtManageChild(dialogue);
+    runUntil(answer.given);
+    destroyDialogue(dialogue);
+    return answer.yes;
+}
+
+void endWarning(Widget, XtPointer data, XtPointer)
+{
+    const auto dialogue = static_cast<Widget>(data);
+    std::erase_if(warnings, [dialogue](const Warning& w) { return w.dialogue == dialogue; });
+    destroyDialogue(dialogue);
+}
+
+std::string format(const char* pattern, va_list arguments)
+{
+    va_list again;
+    va_copy(again, arguments);
+    const int length = vsnprintf(nullptr, 0, pattern, again);
+    va_end(again);
+    std::string text(static_cast<size_t>(std::max(length, 0)) + 1, '\0');
+    vsnprintf(text.data(), text.size(), pattern, arguments);
+    text.pop_back();
+    return text;
+}
+
+} // namespace
+
+Widget dialogueParent()
+{
+    return toolkit().shell;
+}
+
+void prepareDialogue(Widget dialogue, const char* title, XtCallbackProc closed, XtPointer clientData)
+{
+    const Label name(title);
+    const bool center = centerNext || !mainWindowShown();
+    centerNext = false;
+    XtVaSetValues(dialogue, XmNdialogTitle, name.get(), XmNdefaultPosition, !center, nullptr);
+    if (center)
+        XtAddCallback(dialogue, XmNmapCallback, centerOnScreen, nullptr);
+    const Widget shell = XtParent(dialogue);
+    XtVaSetValues(shell, XmNdeleteResponse, XmDO_NOTHING, nullptr);
+    XmAddWMProtocolCallback(shell, XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False), closed,
+                            clientData);
+}
+
+void destroyDialogue(Widget dialogue)
+{
+    XtUnmanageChild(dialogue);
+    XtDestroyWidget(XtParent(dialogue));
+}
+
+} // namespace wmenh
+
+using namespace wmenh;
+
+void WMConfirmError(const char* pattern, ...)
+{
+    va_list arguments;
+    va_start(arguments, pattern);
+    const std::string text = format(pattern, arguments);
+    va_end(arguments);
+    const Widget dialogue = makeMessage(Kind::Error, text);
+    XtUnmanageChild(XmMessageBoxGetChild(dialogue, XmDIALOG_CANCEL_BUTTON));
+    runModal(dialogue, "Error");
+}
+
+int WMConfirm(const char* text)
+{
+    const Widget dialogue = makeMessage(Kind::Question, text);
+    const Label yes("Yes"), no("No");
+    XtVaSetValues(dialogue, XmNokLabelString, yes.get(), XmNcancelLabelString, no.get(), XmNdefaultButtonType,
+                  XmDIALOG_CANCEL_BUTTON, nullptr);
+    return runModal(dialogue, "Question") ? 1 : 0;
+}
+
+void WMShowWarning(const char* text)
+{
+    const auto same = std::find_if(warnings.begin(), warnings.end(),
+                                   [text](const Warning& warning) { return warning.text == text; });
+    if (same != warnings.end())
+        return;
+    if (warnings.size() == mostWarnings)
+        endWarning(nullptr, warnings.front().dialogue, nullptr);
+    const Widget dialogue = makeMessage(Kind::Warning, text);
+    XtUnmanageChild(XmMessageBoxGetChild(dialogue, XmDIALOG_CANCEL_BUTTON));
+    XtAddCallback(dialogue, XmNokCallback, endWarning, dialogue);
+    XtAddCallback(dialogue, XmNcancelCallback, endWarning, dialogue);
+    prepareDialogue(dialogue, "Warning", endWarning, dialogue);
+    warnings.push_back({text, dialogue});
+    XtManageChild(dialogue);
+}
+
+void WMSetCenterOnScreen(int on)
+{
+    centerNext = on != 0;
+}

@@ -1,0 +1,252 @@
+// The modal chooser of a file to write, an XmFileSelectionBox. It starts in the folder that the program names
+// when a file can be written there, else in the one remembered from last time, and a button leads to the
+// latter. A name without an extension gets that of the filter. What cannot be taken is said in the dialogue,
+// which then stays.
+#include "platform/include/IWL.h"
+#include "platform/include/WMEnh.h"
+#include "platform/wmenh/ChooserPaths.h"
+#include "platform/wmenh/Dialogues.h"
+#include "platform/wmenh/Toolkit.h"
+
+#include <Xm/FileSB.h>
+#include <Xm/Label.h>
+#include <Xm/PushB.h>
+#include <Xm/TextF.h>
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <unistd.h>
+
+using namespace wmenh;
+
+namespace {
+
+// Configuration keys of the next chooser, empty: nothing is remembered.
+std::string directoryKey, extensionKey;
+
+struct Chooser {
+    Widget box = nullptr;
+    Widget complaint = nullptr;
+    int capacity = 0;
+    std::string extension;  // appended to names that have none
+    std::string remembered; // folder of last time, empty when there is none
+    std::string name;       // what the user has in the name field
+    bool ended = false;
+    std::string path; // chosen, empty when cancelled
+};
+
+struct XtFreeText {
+    void operator()(char* text) const { XtFree(text); }
+};
+using XtText = std::unique_ptr<char, XtFreeText>;
+
+std::string plainKey(const char* key)
+{
+    std::string plain = key ? key : "";
+    while (!plain.empty() && plain.back() == ':')
+        plain.pop_back();
+    return plain;
+}
+
+std::string configured(const std::string& key)
+{
+    const char* const value = key.empty() ? nullptr : IWGetConfig(key.c_str());
+    return value ? value : "";
+}
+
+bool usableFolder(const std::string& folder)
+{
+    std::error_code error;
+    return !folder.empty() && std::filesystem::is_directory(folder, error) &&
+           access(folder.c_str(), W_OK) == 0;
+}
+
+std::string textOf(XmString string)
+{
+    const XtText text(static_cast<char*>(
+        XmStringUnparse(string, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL)));
+    return text ? text.get() : "";
+}
+
+std::string stringResource(Widget widget, const char* resource)
+{
+    XmString value = nullptr;
+    XtVaGetValues(widget, resource, &value, nullptr);
+    const std::string text = value ? textOf(value) : "";
+    XmStringFree(value);
+    return text;
+}
+
+// File names are bytes in the encoding of the locale already.
+class PathString {
+public:
+    explicit PathString(const std::string& text)
+        : string(XmStringCreateLocalized(const_cast<char*>(text.c_str())))
+    {
+    }
+    ~PathString() { XmStringFree(string); }
+    PathString(const PathString&) = delete;
+    PathString& operator=(const PathString&) = delete;
+    XmString get() const { return string; }
+
+private:
+    XmString string;
+};
+
+Widget nameField(const Chooser& chooser)
+{
+    return XmFileSelectionBoxGetChild(chooser.box, XmDIALOG_TEXT);
+}
+
+std::string folderOf(const Chooser& chooser)
+{
+    return stringResource(chooser.box, XmNdirectory);
+}
+
+void showName(const Chooser& chooser)
+{
+    const Widget field = nameField(chooser);
+    XmTextFieldSetString(field, const_cast<char*>(chooser.name.c_str()));
+    XmTextFieldSetInsertionPosition(field, XmTextFieldGetLastPosition(field));
+}
+
+void complain(const Chooser& chooser, const std::string& sentence)
+{
+    const Label text(wrapText(sentence, 60));
+    XtVaSetValues(chooser.complaint, XmNlabelString, text.get(), nullptr);
+}
+
+// The box forgets the name when it goes to another folder; the user wants to keep it.
+void goTo(Chooser& chooser, const std::string& folder)
+{
+    const PathString directory(folder);
+    XtVaSetValues(chooser.box, XmNdirectory, directory.get(), nullptr);
+    showName(chooser);
+}
+
+void okPressed(Widget, XtPointer data, XtPointer)
+{
+    Chooser& chooser = *static_cast<Chooser*>(data);
+    const XtText typed(XmTextFieldGetString(nameField(chooser)));
+    std::string path = pathFromName(folderOf(chooser), typed.get());
+    std::error_code error;
+    if (*typed && std::filesystem::is_directory(path, error)) {
+        chooser.name.clear();
+        complain(chooser, "");
+        goTo(chooser, path);
+        return;
+    }
+    if (path.ends_with('/') == false)
+        path = withExtension(path, chooser.extension);
+    const std::string sentence = complaintAbout(path, chooser.capacity);
+    complain(chooser, sentence);
+    if (!sentence.empty())
+        return;
+    chooser.path = path;
+    chooser.ended = true;
+}
+
+void cancelPressed(Widget, XtPointer data, XtPointer)
+{
+    static_cast<Chooser*>(data)->ended = true;
+}
+
+void lastFolderPressed(Widget, XtPointer data, XtPointer)
+{
+    Chooser& chooser = *static_cast<Chooser*>(data);
+    goTo(chooser, chooser.remembered);
+}
+
+void addLastFolderButton(Chooser& chooser)
+{
+    const Label label("Last Folder"), tip("Go to the folder of the file\nthat was written last");
+    const Widget button =
+        XtVaCreateManagedWidget("lastFolder", xmPushButtonWidgetClass, chooser.box, XmNlabelString,
+                                label.get(), XmNtoolTipString, tip.get(), nullptr);
+    XtAddCallback(button, XmNactivateCallback, lastFolderPressed, &chooser);
+}
+
+void makeBox(Chooser& chooser, const char* title, const std::string& folder, const std::string& filter)
+{
+    const PathString directory(folder), pattern(filter.empty() ? "*" : filter);
+    const Label save("Save"), name("File name"), empty("");
+    Arg args[] = {
+        {const_cast<char*>(XmNdirectory),            reinterpret_cast<XtArgVal>(directory.get())},
+        {const_cast<char*>(XmNpattern),              reinterpret_cast<XtArgVal>(pattern.get())  },
+        {const_cast<char*>(XmNokLabelString),        reinterpret_cast<XtArgVal>(save.get())     },
+        {const_cast<char*>(XmNselectionLabelString), reinterpret_cast<XtArgVal>(name.get())     },
+        {const_cast<char*>(XmNpathMode),             XmPATH_MODE_RELATIVE                       },
+        {const_cast<char*>(XmNfileFilterStyle),      XmFILTER_HIDDEN_FILES                      },
+        {const_cast<char*>(XmNautoUnmanage),         False                                      },
+        {const_cast<char*>(XmNtextColumns),          56                                         },
+        {const_cast<char*>(XmNlistVisibleItemCount), 14                                         },
+        {const_cast<char*>(XmNdialogStyle),          XmDIALOG_FULL_APPLICATION_MODAL            }
+    };
+    chooser.box =
+        XmCreateFileSelectionDialog(dialogueParent(), const_cast<char*>("chooser"), args, XtNumber(args));
+    XtUnmanageChild(XmFileSelectionBoxGetChild(chooser.box, XmDIALOG_HELP_BUTTON));
+    chooser.complaint = XtVaCreateManagedWidget("complaint", xmLabelWidgetClass, chooser.box, XmNlabelString,
+                                                empty.get(), XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+    if (usableFolder(chooser.remembered))
+        addLastFolderButton(chooser);
+    XtAddCallback(chooser.box, XmNokCallback, okPressed, &chooser);
+    XtAddCallback(chooser.box, XmNcancelCallback, cancelPressed, &chooser);
+    prepareDialogue(chooser.box, title, cancelPressed, &chooser);
+}
+
+void remember(const std::string& path)
+{
+    if (!directoryKey.empty())
+        IWSetConfig(directoryKey.c_str(), directoryPart(path).c_str());
+    if (!extensionKey.empty() && !extensionOf(path).empty())
+        IWSetConfig(extensionKey.c_str(), extensionOf(path).c_str());
+    if (!directoryKey.empty() || !extensionKey.empty())
+        IWSaveUserConfig();
+}
+
+void copyOut(char* buffer, const std::string& text, int capacity)
+{
+    if (buffer && text.size() < static_cast<size_t>(capacity))
+        memcpy(buffer, text.c_str(), text.size() + 1);
+}
+
+} // namespace
+
+void WMSetGetFileSrc(const char* directoryName, const char* extensionName)
+{
+    directoryKey = plainKey(directoryName);
+    extensionKey = plainKey(extensionName);
+}
+
+int WMInlineFileChooser(const char* title, char* directory, char* filter, int capacity, int,
+                        char* defaultName, char* path, int, int, int)
+{
+    Chooser chooser;
+    chooser.capacity = capacity;
+    chooser.remembered = configured(directoryKey);
+    chooser.extension = extensionOf(filter);
+    if (chooser.extension.empty())
+        chooser.extension = configured(extensionKey);
+    chooser.name = defaultName;
+    const std::string folder = usableFolder(directory)            ? directory
+                               : usableFolder(chooser.remembered) ? chooser.remembered
+                                                                  : nearestDirectory(directory);
+    makeBox(chooser, title, nearestDirectory(folder), filter);
+    XtManageChild(chooser.box);
+    showName(chooser);
+    XmProcessTraversal(nameField(chooser), XmTRAVERSE_CURRENT);
+    runUntil(chooser.ended);
+    const std::string pattern = stringResource(chooser.box, XmNpattern);
+    destroyDialogue(chooser.box);
+    if (chooser.path.empty())
+        return 0;
+    copyOut(path, chooser.path, capacity);
+    copyOut(directory, directoryPart(chooser.path), capacity);
+    copyOut(defaultName, lastPart(chooser.path), capacity);
+    copyOut(filter, pattern, capacity);
+    remember(chooser.path);
+    return 1;
+}

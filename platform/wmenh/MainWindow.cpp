@@ -1,0 +1,171 @@
+#include "platform/wmenh/MainWindow.h"
+
+#include "platform/include/WMEnh.h"
+#include "platform/iwl/Session.h"
+#include "platform/wmenh/Toolkit.h"
+
+#include <Xm/Form.h>
+#include <Xm/Protocols.h>
+#include <Xm/Separator.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+
+namespace wmenh {
+namespace {
+
+constexpr int margin = 10;
+constexpr int smallestCanvas = 120; // pixels: what a plot keeps when the user makes the window small
+
+// The one main window. Rows refer to widgets of the shell, which lives as long as the process.
+bool shellResize = false;
+Widget frame = nullptr;
+std::optional<RowLayout> mainRows, messageRows;
+bool inMessageArea = false;
+bool closed = false;
+
+void closeWindow(Widget, XtPointer, XtPointer)
+{
+    closed = true;
+}
+
+Widget makeForm(Widget parent, const char* name)
+{
+    // The policy keeps the user's size when a control asks for more or less room later.
+    return XtVaCreateWidget(name, xmFormWidgetClass, parent, XmNmarginWidth, margin, XmNmarginHeight, margin,
+                            XmNhorizontalSpacing, 0, XmNverticalSpacing, 0, XmNresizePolicy, XmRESIZE_GROW,
+                            nullptr);
+}
+
+// Keeps the user from making the window so small that controls are cut off. The attachments that a program
+// makes after WMDisplay count, so this runs from the main loop.
+void limitSize(XtPointer, XtIntervalId*)
+{
+    const Widget shell = mainShell();
+    if (!shell || !mainRows)
+        return;
+    Dimension height = 0;
+    XtVaGetValues(shell, XmNheight, &height, nullptr);
+    int width = mainRows->neededWidth(smallestCanvas);
+    if (messageRows)
+        width = std::max(width, messageRows->neededWidth(smallestCanvas));
+    const int spare = std::max(0, mainRows->canvasHeight() - smallestCanvas);
+    XtVaSetValues(shell, XmNminWidth, width + 2 * margin, XmNminHeight, height - spare, nullptr);
+}
+
+} // namespace
+
+RowLayout& currentRows()
+{
+    if (!mainRows) {
+        fprintf(stderr, "%s: a control was added before WMInitMainWindow.\n", iwlProgramName().c_str());
+        std::exit(-1);
+    }
+    return inMessageArea ? *messageRows : *mainRows;
+}
+
+Widget mainShell()
+{
+    return frame ? toolkit().shell : nullptr;
+}
+
+void realiseMainWindow()
+{
+    const Widget shell = mainShell();
+    if (!shell || XtIsRealized(shell))
+        return;
+    mainRows->newRow();
+    XtManageChild(mainRows->parent());
+    XtManageChild(frame);
+    XtRealizeWidget(shell);
+}
+
+} // namespace wmenh
+
+using namespace wmenh;
+
+void WMSetShellResize(int allow)
+{
+    shellResize = allow != 0;
+    if (mainShell())
+        XtVaSetValues(mainShell(), XmNallowShellResize, shellResize, nullptr);
+}
+
+Widget WMInitMainWindow(const char* title)
+{
+    if (frame)
+        return mainRows->parent();
+    const Widget shell = toolkit().shell;
+    XtVaSetValues(shell, XmNtitle, title, XmNiconName, title, XmNallowShellResize, shellResize, nullptr);
+    XmAddWMProtocolCallback(shell, XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False), closeWindow,
+                            nullptr);
+    frame = XtVaCreateWidget("frame", xmFormWidgetClass, shell, XmNresizePolicy, XmRESIZE_GROW, nullptr);
+    const Widget form = makeForm(frame, "rows");
+    XtVaSetValues(form, XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment,
+                  XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);
+    mainRows.emplace(form);
+    return form;
+}
+
+void WMAdjustToFixedFont(int on)
+{
+    // Rows are laid out by the sizes that the controls report, whatever their font: there is nothing to
+    // adjust.
+    static_cast<void>(on);
+}
+
+void WMNewRow(void)
+{
+    currentRows().newRow();
+}
+
+void WMSetOffset(int left, int right, int top, int bottom)
+{
+    currentRows().setOffset(left, right, top, bottom);
+}
+
+void WMAttachRightSide(void)
+{
+    currentRows().attachRightSide();
+}
+
+void WMStartMainWindowMessageAreaForm(Widget parent)
+{
+    if (messageRows)
+        return;
+    currentRows().newRow();
+    const Widget area = makeForm(parent, "messageArea");
+    XtVaSetValues(area, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
+                  XmNbottomAttachment, XmATTACH_FORM, nullptr);
+    const Widget line = XtVaCreateManagedWidget(
+        "separator", xmSeparatorWidgetClass, parent, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget,
+        area, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, nullptr);
+    XtVaSetValues(mainRows->parent(), XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, line, nullptr);
+    messageRows.emplace(area);
+    inMessageArea = true;
+}
+
+void WMEndMainWindowMessageAreaForm(void)
+{
+    if (!inMessageArea)
+        return;
+    messageRows->newRow();
+    XtManageChild(messageRows->parent());
+    inMessageArea = false;
+}
+
+void WMDisplay(void)
+{
+    realiseMainWindow();
+    if (!mainShell())
+        return;
+    XtMapWidget(mainShell());
+    XtAppAddTimeOut(toolkit().context, 0, limitSize, nullptr);
+}
+
+void WMAppMainLoop(void)
+{
+    runUntil(closed);
+}

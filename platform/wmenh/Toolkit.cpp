@@ -1,0 +1,175 @@
+#include "platform/wmenh/Toolkit.h"
+
+#include "platform/iwl/Session.h"
+#include "platform/protocol/XProtocol.h"
+
+#include <X11/Shell.h>
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+
+#include <cctype>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+namespace wmenh {
+namespace {
+
+// The colon makes the entry a font set, which shows the locale's whole encoding.
+const char* const fallbackResources[] = {
+    "*fontList: -misc-fixed-medium-r-semicondensed--13-*-*-*-*-*-*-*,fixed:",
+    "*background: #d9d9d6",
+    "*foreground: #101010",
+    "*shadowThickness: 1",
+    "*highlightThickness: 1",
+    "*XmText.background: #ffffff",
+    "*XmTextField.background: #ffffff",
+    "*XmList.background: #ffffff",
+    "*XmToggleButton.selectColor: #2a5a9a",
+    "*XmScrollBar.troughColor: #bdbdb8",
+    "*toolTipLabel.background: #ffffe1",
+    "*TipLabel.background: #ffffe1",
+    "*toolTipPostDelay: 600",
+    nullptr,
+};
+
+String setLanguage(Display*, String language, XtPointer)
+{
+    if (!setlocale(LC_ALL, language))
+        fprintf(stderr, "%s: the locale is not supported, using C\n", iwlProgramName().c_str());
+    if (!XSupportsLocale())
+        setlocale(LC_ALL, "C");
+    XSetLocaleModifiers("");
+    static std::string chosen;
+    chosen = setlocale(LC_ALL, nullptr);
+    // Numbers keep the decimal point whatever the language: they are parsed and written all over.
+    setlocale(LC_NUMERIC, "C");
+    return chosen.data();
+}
+
+std::string className(std::string name)
+{
+    if (!name.empty())
+        name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
+    return name;
+}
+
+Toolkit start()
+{
+    Toolkit kit;
+    kit.display = iwlDisplay();
+    if (!kit.display) {
+        fprintf(stderr, "The program has no connection to an X server.\n");
+        std::exit(-1);
+    }
+    const std::string name = iwlProgramName();
+    const std::string klass = className(name);
+    XtToolkitInitialize();
+    XtSetLanguageProc(nullptr, setLanguage, nullptr);
+    kit.context = XtCreateApplicationContext();
+    XtAppSetFallbackResources(kit.context, const_cast<String*>(fallbackResources));
+    int argc = 0;
+    String argv[] = {nullptr};
+    XtDisplayInitialize(kit.context, kit.display, name.c_str(), klass.c_str(), nullptr, 0, &argc,
+                        const_cast<char**>(argv));
+    kit.shell = XtVaAppCreateShell(name.c_str(), klass.c_str(), applicationShellWidgetClass, kit.display,
+                                   XmNmappedWhenManaged, False, XmNdeleteResponse, XmDO_NOTHING,
+                                   XmNallowShellResize, True, XmNtoolTipEnable, True, nullptr);
+    return kit;
+}
+
+bool hasProperty(Display* display, Window window, Atom property)
+{
+    Atom type = None;
+    int format = 0;
+    unsigned long count = 0, left = 0;
+    unsigned char* data = nullptr;
+    const int result = XGetWindowProperty(display, window, property, 0, 0, False, AnyPropertyType, &type,
+                                          &format, &count, &left, &data);
+    if (data)
+        XFree(data);
+    return result == Success && type != None;
+}
+
+Rectangle areaOf(Display* display, Window window)
+{
+    Window root = None, child = None;
+    int x = 0, y = 0;
+    unsigned width = 0, height = 0, border = 0, depth = 0;
+    if (!XGetGeometry(display, window, &root, &x, &y, &width, &height, &border, &depth))
+        return {};
+    XTranslateCoordinates(display, window, root, 0, 0, &x, &y, &child);
+    const int edge = static_cast<int>(border);
+    return {x - edge, y - edge, static_cast<int>(width) + 2 * edge, static_cast<int>(height) + 2 * edge};
+}
+
+} // namespace
+
+const Toolkit& toolkit()
+{
+    static const Toolkit kit = start();
+    return kit;
+}
+
+void runUntil(const bool& done)
+{
+    while (!done)
+        XtAppProcessEvent(toolkit().context, XtIMAll);
+}
+
+Label::Label(std::string_view text)
+{
+    std::string local = localeText(text);
+    string = XmStringCreateLocalized(local.data());
+}
+
+Label::~Label()
+{
+    XmStringFree(string);
+}
+
+TopLevel topLevelOf(Display* display, Window window)
+{
+    const protocol::ErrorTrap trap(display);
+    const Atom state = XInternAtom(display, "WM_STATE", False);
+    TopLevel top;
+    for (Window w = window; w != None;) {
+        Window root = None, parent = None, *children = nullptr;
+        unsigned count = 0;
+        if (!XQueryTree(display, w, &root, &parent, &children, &count))
+            return {};
+        if (children)
+            XFree(children);
+        if (top.client == None && hasProperty(display, w, state))
+            top.client = w;
+        if (parent == root) {
+            top.frame = w;
+            break;
+        }
+        w = parent;
+    }
+    if (top.client == None)
+        top.client = top.frame;
+    if (top.frame != None) {
+        top.clientArea = areaOf(display, top.client);
+        top.frameArea = areaOf(display, top.frame);
+    }
+    return top;
+}
+
+void placeShell(Widget shell, int x, int y)
+{
+    XtVaSetValues(shell, XmNx, x, XmNy, y, nullptr);
+    const std::unique_ptr<XSizeHints, int (*)(void*)> hints(XAllocSizeHints(), XFree);
+    long supplied = 0;
+    XGetWMNormalHints(XtDisplay(shell), XtWindow(shell), hints.get(), &supplied);
+    hints->flags = (hints->flags & ~PPosition) | USPosition | PWinGravity;
+    hints->x = x;
+    hints->y = y;
+    hints->win_gravity = NorthWestGravity;
+    XSetWMNormalHints(XtDisplay(shell), XtWindow(shell), hints.get());
+}
+
+} // namespace wmenh

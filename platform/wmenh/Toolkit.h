@@ -1,0 +1,61 @@
+// The Xt side of the library: one application context over the connection of libIWL and the one application
+// shell, made at the first use so that dialogues work before there is a main window. Both live as long as the
+// process. Also the small X helpers that several files of the library need.
+#pragma once
+
+#include "platform/wmenh/Text.h"
+
+#include <Xm/Xm.h>
+
+#include <string_view>
+
+namespace wmenh {
+
+struct Toolkit {
+    XtAppContext context = nullptr;
+    Display* display = nullptr;
+    Widget shell = nullptr; // application shell; the main window's shell once WMInitMainWindow was called
+};
+
+// Ends the process with status -1 after a line on standard error when IWAttach has not connected it.
+const Toolkit& toolkit();
+
+// Handles events until done becomes true. Nests.
+void runUntil(const bool& done);
+
+// An XmString in the encoding of the locale, freed at the end of its life. text as for localeText.
+class Label {
+public:
+    explicit Label(std::string_view text);
+    ~Label();
+    Label(const Label&) = delete;
+    Label& operator=(const Label&) = delete;
+    XmString get() const { return string; }
+
+private:
+    XmString string;
+};
+
+// Room that the window manager's frame takes around a window.
+struct FrameExtents {
+    int left = 0, right = 0, top = 0, bottom = 0;
+};
+struct Rectangle {
+    int x = 0, y = 0, width = 0, height = 0;
+    friend bool operator==(const Rectangle&, const Rectangle&) = default;
+};
+
+// A client's top-level window and the window manager's frame around it (the window itself where there is
+// none), on the screen.
+struct TopLevel {
+    Window client = None, frame = None;
+    Rectangle clientArea, frameArea;
+};
+// The top level that a window belongs to; client is None when the window is gone.
+TopLevel topLevelOf(Display* display, Window window);
+
+// Before the shell is shown: puts its frame at (x, y) so that every window manager keeps to it. The shell
+// must be realised.
+void placeShell(Widget shell, int x, int y);
+
+} // namespace wmenh
