@@ -238,6 +238,13 @@ void paint(LinearGaugeRec* gauge, int x, int y, int width, int height)
               y);
 }
 
+void repaint(LinearGaugeRec* gauge)
+{
+    gauge->gauge.bufferOld = True;
+    if (gauge->gauge.repaint && !gauge->core.being_destroyed && XtIsRealized(asWidget(gauge)))
+        paint(gauge, 0, 0, gauge->core.width, gauge->core.height);
+}
+
 // --- The lists of children
 
 Cardinal listLength(WidgetList list)
@@ -291,36 +298,39 @@ bool keepList(Widget widget, WidgetList& changed, WidgetList old, const char* na
 LinearGaugeRec* gaugeOf(Widget object)
 {
     Widget parent = XtParent(object);
-    if (parent && XtIsSubclass(parent, xmXrtGaLinearGaugeWidgetClass))
-        return asGauge(parent);
+    return parent && XtIsSubclass(parent, xmXrtGaLinearGaugeWidgetClass) ? asGauge(parent) : nullptr;
+}
+
+void gaugeAdopt(Widget object)
+{
+    if (LinearGaugeRec* gauge = gaugeOf(object)) {
+        append(listFor(gauge, object), object);
+        gaugeChanged(object);
+        return;
+    }
     XtAppWarningMsg(XtWidgetToApplicationContext(object), "parent", "initialize", "XmXrtGaError",
                     "A scale or tick object needs a linear gauge as its parent; it will not be shown.",
                     nullptr, nullptr);
-    return nullptr;
 }
 
-void gaugeAdopt(LinearGaugeRec* gauge, Widget object)
+void gaugeRelease(Widget object)
 {
-    append(listFor(gauge, object), object);
-    gaugeChanged(gauge);
-}
-
-void gaugeRelease(LinearGaugeRec* gauge, Widget object)
-{
+    LinearGaugeRec* gauge = gaugeOf(object);
+    if (!gauge)
+        return;
     remove(listFor(gauge, object), object);
     for (WidgetList tick = gauge->gauge.ticks; tick && *tick; ++tick) {
         TickPart& part = reinterpret_cast<TickRec*>(*tick)->tick;
         if (part.scale == object)
             part.scale = nullptr;
     }
-    gaugeChanged(gauge);
+    repaint(gauge);
 }
 
-void gaugeChanged(LinearGaugeRec* gauge)
+void gaugeChanged(Widget object)
 {
-    gauge->gauge.bufferOld = True;
-    if (gauge->gauge.repaint && !gauge->core.being_destroyed && XtIsRealized(asWidget(gauge)))
-        paint(gauge, 0, 0, gauge->core.width, gauge->core.height);
+    if (LinearGaugeRec* gauge = gaugeOf(object))
+        repaint(gauge);
 }
 
 namespace {
@@ -443,7 +453,7 @@ Boolean setValues(Widget oldWidget, Widget, Widget widget, ArgList args, Cardina
     if (!gauge->gauge.doubleBuffer)
         freeBuffer(gauge);
     if (changed)
-        gaugeChanged(gauge);
+        repaint(gauge);
     setRangeOfScale(gauge->gauge, args, *count);
     return False;
 }

@@ -56,16 +56,16 @@ struct LinearGaugeRec {
 
 extern LinearGaugeClassRec linearGaugeClassRec;
 
-// The gauge that an object belongs to, or null with a warning when its parent is none.
+// The gauge that an object belongs to, or null when its parent is none.
 LinearGaugeRec* gaugeOf(Widget object);
 
-// Enters a new scale or tick into its gauge's list, and takes it out again. A tick whose scale goes has none
-// then.
-void gaugeAdopt(LinearGaugeRec* gauge, Widget object);
-void gaugeRelease(LinearGaugeRec* gauge, Widget object);
+// Enters a new scale or tick into its gauge's list, with a warning when its parent is no gauge, and takes it
+// out again. A tick whose scale goes has none then.
+void gaugeAdopt(Widget object);
+void gaugeRelease(Widget object);
 
-// Repaints after a change of the gauge or of one of its objects, at once where the gauge is on the screen.
-void gaugeChanged(LinearGaugeRec* gauge);
+// Repaints the gauge after a change of one of its objects, at once where the gauge is on the screen.
+void gaugeChanged(Widget object);
 
 // Registers the converter from String to the type "Double"; a second call does nothing.
 void registerDoubleConverter();

@@ -42,14 +42,7 @@ void classInitialize()
 
 void initialize(Widget, Widget created, ArgList, Cardinal*)
 {
-    if (LinearGaugeRec* gauge = gaugeOf(created))
-        gaugeAdopt(gauge, created);
-}
-
-void destroy(Widget widget)
-{
-    if (LinearGaugeRec* gauge = gaugeOf(widget))
-        gaugeRelease(gauge, widget);
+    gaugeAdopt(created);
 }
 
 // The bits are compared, padding included: the old record is a copy of this one, and a range of NaN is no
@@ -59,8 +52,7 @@ Boolean setValues(Widget old, Widget, Widget widget, ArgList, Cardinal*)
     bool changed = std::memcmp(&asScale(old)->scale, &asScale(widget)->scale, sizeof(LinearScalePart)) != 0;
     if (!changed)
         return False;
-    if (LinearGaugeRec* gauge = gaugeOf(widget))
-        gaugeChanged(gauge);
+    gaugeChanged(widget);
     return False;
 }
 
@@ -85,7 +77,7 @@ LinearScaleClassRec linearScaleClassRec = {
                      .obj5 = 0,
                      .obj6 = False,
                      .obj7 = False,
-                     .destroy = destroy,
+                     .destroy = gaugeRelease,
                      .obj8 = nullptr,
                      .obj9 = nullptr,
                      .set_values = setValues,

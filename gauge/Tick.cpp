@@ -84,14 +84,7 @@ void initialize(Widget, Widget created, ArgList, Cardinal*)
 {
     checkScale(created);
     asTick(created)->tick.colourKnown = False;
-    if (LinearGaugeRec* gauge = gaugeOf(created))
-        gaugeAdopt(gauge, created);
-}
-
-void destroy(Widget widget)
-{
-    if (LinearGaugeRec* gauge = gaugeOf(widget))
-        gaugeRelease(gauge, widget);
+    gaugeAdopt(created);
 }
 
 // The bits are compared, padding included: the old record is a copy of this one.
@@ -101,8 +94,7 @@ Boolean setValues(Widget old, Widget, Widget widget, ArgList, Cardinal*)
     if (std::memcmp(&asTick(old)->tick, &asTick(widget)->tick, sizeof(TickPart)) == 0)
         return False;
     asTick(widget)->tick.colourKnown = False;
-    if (LinearGaugeRec* gauge = gaugeOf(widget))
-        gaugeChanged(gauge);
+    gaugeChanged(widget);
     return False;
 }
 
@@ -142,7 +134,7 @@ TickClassRec tickClassRec = {
                      .obj5 = 0,
                      .obj6 = False,
                      .obj7 = False,
-                     .destroy = destroy,
+                     .destroy = gaugeRelease,
                      .obj8 = nullptr,
                      .obj9 = nullptr,
                      .set_values = setValues,

@@ -242,33 +242,44 @@ std::vector<double> tickValues(const AxisRequest& request, const Range& range, c
     return values;
 }
 
-// Texts for a row of tick values: as the application says, else with decimals, else with exponents where a
-// number would be too long.
-std::vector<std::string> labelTexts(const AxisRequest& request, const TickSeries& series,
-                                    const std::vector<double>& values)
+// Whether a label of that size may be shown at all.
+bool hasRoom(const AxisRequest& request, const LabelSize& size)
 {
-    std::vector<std::string> texts;
-    if (request.labelFunc || !request.rangePrecision) {
-        for (double value : values)
-            texts.push_back(request.labelFunc ? request.labelFunc(value)
-                                              : labelText(value, request.precision));
-        return texts;
-    }
+    return size.along <= request.length && (request.vertical ? size.across : size.along) <= request.labelRoom;
+}
+
+// Texts at the default precision: with the decimals that the row needs, or all with exponents where one of
+// them would be too long.
+std::vector<std::string> textsByRange(const AxisRequest& request, const TickSeries& series,
+                                      const std::vector<double>& values)
+{
     int decimals = series.increment > 0.0 ? decimalsNeeded(series.increment) : -largestPower;
     if (values.front() != 0.0)
         decimals = std::max(decimals, decimalsNeeded(values.front()));
-    bool short_ = decimals <= longestDecimals;
+    std::vector<std::string> texts;
+    bool shortEnough = decimals <= longestDecimals;
+    for (std::size_t i = 0; i < values.size() && shortEnough; ++i) {
+        texts.push_back(labelText(values[i], std::max(0, decimals)));
+        shortEnough = hasRoom(request, request.measure(texts.back()));
+    }
+    if (shortEnough)
+        return texts;
+    texts.clear();
     for (double value : values) {
-        texts.push_back(labelText(value, std::max(0, decimals)));
-        LabelSize size = request.measure(texts.back());
-        short_ = short_ && (request.vertical ? size.across : size.along) <= request.labelRoom;
+        int exponent = value == 0.0 ? 0 : exponentOf(std::fabs(value));
+        texts.push_back(exponentText(value, std::clamp(exponent + decimals, 0, 15)));
     }
-    if (!short_) {
-        for (std::size_t i = 0; i < values.size(); ++i) {
-            int exponent = values[i] == 0.0 ? 0 : exponentOf(std::fabs(values[i]));
-            texts[i] = exponentText(values[i], std::clamp(exponent + decimals, 0, 15));
-        }
-    }
+    return texts;
+}
+
+std::vector<std::string> labelTexts(const AxisRequest& request, const TickSeries& series,
+                                    const std::vector<double>& values)
+{
+    if (request.rangePrecision && !request.labelFunc)
+        return textsByRange(request, series, values);
+    std::vector<std::string> texts;
+    for (double value : values)
+        texts.push_back(request.labelFunc ? request.labelFunc(value) : labelText(value, request.precision));
     return texts;
 }
 
@@ -291,11 +302,6 @@ std::vector<Tick> ticksOf(const AxisRequest& request, const Range& range, const 
         ticks.push_back({values[i], pixelAt(request, range, values[i]), texts[i], 0, size});
     }
     return ticks;
-}
-
-bool hasRoom(const AxisRequest& request, const LabelSize& size)
-{
-    return size.along <= request.length && (request.vertical ? size.across : size.along) <= request.labelRoom;
 }
 
 // Whether every tick can have its label, apart from the ends of the axis.
@@ -342,36 +348,39 @@ TickLayout searchLayout(const AxisRequest& request, const Range& range, double i
     return layout.ticks.empty() ? first : layout;
 }
 
-// Puts each label beside its tick and inside the scale. Of two labels that come too close the one goes that
-// had to be moved, else the second.
-void placeLabels(const AxisRequest& request, std::vector<Tick>& ticks)
+int wantedStart(const Tick& tick)
 {
+    return tick.pixel - tick.size.along / 2;
+}
+
+// Puts a label beside its tick and inside the scale, or drops it.
+void placeLabel(const AxisRequest& request, Tick& tick)
+{
+    if (tick.label.empty() || !hasRoom(request, tick.size))
+        tick.label.clear();
+    else
+        tick.labelStart = std::clamp(wantedStart(tick), 0, request.length - tick.size.along);
+}
+
+// Of two labels that come too close the one goes that had to be moved inwards, else the second.
+void dropCloseLabels(const AxisRequest& request, std::vector<Tick>& ticks)
+{
+    const int gap = (request.gap + 1) / 2;
     Tick* previous = nullptr;
-    bool previousMoved = false;
-    if (request.flipped)
-        std::reverse(ticks.begin(), ticks.end());
     for (Tick& tick : ticks) {
-        if (tick.label.empty() || !hasRoom(request, tick.size)) {
-            tick.label.clear();
+        if (tick.label.empty())
             continue;
-        }
-        int wanted = tick.pixel - tick.size.along / 2;
-        tick.labelStart = std::clamp(wanted, 0, request.length - tick.size.along);
-        bool moved = tick.labelStart != wanted;
-        if (previous &&
-            previous->labelStart + previous->size.along + (request.gap + 1) / 2 > tick.labelStart) {
-            (previousMoved && !moved ? previous : &tick)->label.clear();
-            if (!tick.label.empty()) {
-                previous = &tick;
-                previousMoved = moved;
+        if (previous && previous->labelStart + previous->size.along + gap > tick.labelStart) {
+            bool previousMoved = previous->labelStart != wantedStart(*previous);
+            bool moved = tick.labelStart != wantedStart(tick);
+            if (moved || !previousMoved) {
+                tick.label.clear();
+                continue;
             }
-            continue;
+            previous->label.clear();
         }
         previous = &tick;
-        previousMoved = moved;
     }
-    if (request.flipped)
-        std::reverse(ticks.begin(), ticks.end());
 }
 
 } // namespace
@@ -392,7 +401,11 @@ TickLayout layoutTicks(const AxisRequest& request)
         layout.series = completed(request.series, range, increment);
         layout.ticks = ticksOf(request, range, layout.series);
     }
-    placeLabels(request, layout.ticks);
+    for (Tick& tick : layout.ticks)
+        placeLabel(request, tick);
+    if (request.flipped)
+        std::reverse(layout.ticks.begin(), layout.ticks.end());
+    dropCloseLabels(request, layout.ticks);
     return layout;
 }
 

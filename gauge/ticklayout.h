@@ -80,8 +80,8 @@ struct Tick {
 };
 
 struct TickLayout {
-    TickSeries series; // as set, the rest computed; unset on an empty scale
-    std::vector<Tick> ticks;
+    TickSeries series;       // as set, the rest computed; unset on an empty scale
+    std::vector<Tick> ticks; // by pixel, first to last
 };
 
 // Ticks at 1, 2 or 5 times a power of ten within the scale unless the application says otherwise. Labels lie

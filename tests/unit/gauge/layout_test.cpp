@@ -1,0 +1,303 @@
+// Whole axes: properties that hold at every range and size, and figures for some that are known.
+#include "gauge/ticklayout.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+
+namespace {
+
+using gauge::AxisRequest;
+using gauge::Tick;
+using gauge::TickLayout;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int digitWidth = 6;
+constexpr int digitHeight = 9;
+constexpr double largestFloat = 3.4028235e38;
+
+// A fixed font of 6 x 9 pixels, in the gauges of the tool.
+AxisRequest axis(double min, double max, int length, bool vertical)
+{
+    AxisRequest request;
+    request.min = min;
+    request.max = max;
+    request.length = length;
+    request.vertical = vertical;
+    request.flipped = vertical;
+    request.gap = vertical ? digitHeight : 2 * digitWidth;
+    request.labelRoom = vertical ? 49 : length / 3;
+    request.measure = [vertical](const std::string& text) {
+        int width = digitWidth * static_cast<int>(text.size());
+        return vertical ? gauge::LabelSize{digitHeight, width} : gauge::LabelSize{width, digitHeight};
+    };
+    return request;
+}
+
+// As after a drag of that many microns in a plot of that many pixels.
+AxisRequest distanceAxis(float length, int width)
+{
+    float margin = length / static_cast<float>(width) * 5.0f;
+    AxisRequest request = axis(margin, length + margin, width, false);
+    request.offset = margin;
+    request.rangePrecision = false;
+    request.precision = length < 1.0f ? 2 : length < 10.0f ? 1 : 0;
+    return request;
+}
+
+std::vector<std::string> labels(const TickLayout& layout)
+{
+    std::vector<std::string> texts;
+    for (const Tick& tick : layout.ticks)
+        texts.push_back(tick.label);
+    return texts;
+}
+
+bool isRound(double increment)
+{
+    double leading = increment / std::pow(10.0, std::floor(std::log10(increment) + 1e-9));
+    for (double digit : {1.0, 2.0, 5.0}) {
+        if (std::fabs(leading - digit) < 1e-6)
+            return true;
+    }
+    return false;
+}
+
+void expectInside(const AxisRequest& request, const TickLayout& layout)
+{
+    double range = request.max - request.min;
+    double slack = range / request.length * 0.02;
+    for (const Tick& tick : layout.ticks) {
+        EXPECT_GT(tick.value + request.offset, request.min);
+        EXPECT_LE(tick.value + request.offset, request.max + slack);
+        double along = (tick.value + request.offset - request.min) / range * request.length;
+        EXPECT_NEAR(tick.pixel, request.flipped ? request.length - along : along, 1.02);
+        EXPECT_GE(tick.pixel, 0);
+        EXPECT_LT(tick.pixel, request.length);
+    }
+}
+
+void expectRoundSteps(const TickLayout& layout)
+{
+    if (layout.ticks.empty())
+        return;
+    double increment = layout.series.increment;
+    EXPECT_TRUE(isRound(increment)) << increment;
+    for (std::size_t i = 0; i < layout.ticks.size(); ++i) {
+        double multiple = layout.ticks[i].value / increment;
+        EXPECT_NEAR(multiple, std::round(multiple), 1e-6 * std::max(1.0, std::fabs(multiple)));
+        if (i > 0) {
+            double step = std::fabs(layout.ticks[i].value - layout.ticks[i - 1].value);
+            EXPECT_NEAR(step, increment, increment * 1e-3);
+        }
+    }
+}
+
+void expectCleanLabels(const AxisRequest& request, const TickLayout& layout)
+{
+    int end = 0;
+    for (const Tick& tick : layout.ticks) {
+        if (tick.label.empty())
+            continue;
+        EXPECT_GE(tick.labelStart, end == 0 ? 0 : end + 4) << tick.label;
+        end = tick.labelStart + tick.size.along;
+        EXPECT_LE(end, request.length) << tick.label;
+        EXPECT_LE(std::abs(tick.labelStart + tick.size.along / 2 - tick.pixel), (tick.size.along + 1) / 2);
+        EXPECT_LE(request.vertical ? tick.size.across : tick.size.along, request.labelRoom);
+        EXPECT_NEAR(std::strtod(tick.label.c_str(), nullptr), tick.value, layout.series.increment * 1e-3);
+    }
+}
+
+struct Ends {
+    double min;
+    double max;
+};
+
+const Ends ranges[] = {
+    {0,       255    },
+    {100,     65535  },
+    {0,       0.004  },
+    {-250,    1200   },
+    {-0.004,  -0.001 },
+    {0,       1e-6   },
+    {0,       1e7    },
+    {-1e7,    1e7    },
+    {1e6,     1.2e7  },
+    {0,       3.3e9  },
+    {-3e38,   3e38   },
+    {99.5,    100.5  },
+    {12.1,    12.4   },
+    {1234567, 1234569},
+    {0.3,     0.9    },
+    {0,       1      },
+    {65000,   65000.5},
+    {-1e-30,  1e-30  },
+    {0,       4095   },
+    {180.25,  1043.75}
+};
+
+TEST(Layout, holdsItsPropertiesAtEveryRangeAndSize)
+{
+    for (const Ends& ends : ranges) {
+        for (int length : {24, 40, 60, 97, 200, 500, 763, 2000}) {
+            for (int way = 0; way < 4; ++way) {
+                AxisRequest request = axis(ends.min, ends.max, length, way & 1);
+                request.flipped = way & 2;
+                SCOPED_TRACE(testing::Message()
+                             << ends.min << " to " << ends.max << " in " << length << " way " << way);
+                TickLayout layout = layoutTicks(request);
+                expectInside(request, layout);
+                expectRoundSteps(layout);
+                expectCleanLabels(request, layout);
+            }
+        }
+    }
+}
+
+// Room for four labels is room for two ticks, whatever the range; and the labels are there.
+TEST(Layout, showsTwoTicksWhereThereIsRoom)
+{
+    for (const Ends& ends : ranges) {
+        for (int length : {72, 120, 200, 2000}) {
+            TickLayout layout = layoutTicks(axis(ends.min, ends.max, length, true));
+            EXPECT_GE(layout.ticks.size(), 2u) << ends.min << " to " << ends.max << " in " << length;
+        }
+        for (int length : {320, 500, 2000}) {
+            TickLayout layout = layoutTicks(axis(ends.min, ends.max, length, false));
+            EXPECT_GE(layout.ticks.size(), 2u) << ends.min << " to " << ends.max << " in " << length;
+            EXPECT_NE(layout.ticks.front().label, "") << ends.min << " to " << ends.max << " in " << length;
+        }
+    }
+}
+
+TEST(Layout, isEmptyWithoutARange)
+{
+    const Ends none[] = {
+        {0,            0            },
+        {5,            5            },
+        {3,            1            },
+        {largestFloat, -largestFloat},
+        {NAN,          1            },
+        {0,            NAN          },
+        {-INFINITY,    0            },
+        {0,            INFINITY     },
+        {-1.7e308,     1.7e308      }
+    };
+    for (const Ends& ends : none) {
+        for (bool rangePrecision : {true, false}) {
+            AxisRequest request = axis(ends.min, ends.max, 200, true);
+            request.rangePrecision = rangePrecision;
+            TickLayout layout = layoutTicks(request);
+            EXPECT_THAT(layout.ticks, IsEmpty()) << ends.min << " to " << ends.max;
+            EXPECT_EQ(layout.series.increment, gauge::unsetValue);
+        }
+    }
+    EXPECT_THAT(layoutTicks(axis(0, 255, 0, true)).ticks, IsEmpty());
+    EXPECT_THAT(layoutTicks(distanceAxis(0.0f, 500)).ticks, IsEmpty());
+    EXPECT_THAT(layoutTicks(distanceAxis(NAN, 500)).ticks, IsEmpty());
+}
+
+TEST(Layout, givesKnownLabels)
+{
+    // On a vertical axis that grows upwards the top comes first.
+    EXPECT_THAT(labels(layoutTicks(axis(0, 255, 200, true))), ElementsAre("250", "200", "150", "100", "50"));
+    EXPECT_THAT(labels(layoutTicks(axis(0, 0.004, 100, true))),
+                ElementsAre("0.004", "0.003", "0.002", "0.001"));
+    EXPECT_THAT(labels(layoutTicks(axis(-1, 1, 60, true))), ElementsAre("1", "0"));
+    EXPECT_THAT(labels(layoutTicks(axis(0, 1e-6, 120, true))),
+                ElementsAre("1e-6", "8e-7", "6e-7", "4e-7", "2e-7"));
+    EXPECT_THAT(labels(layoutTicks(axis(0, 1e7, 70, true))), ElementsAre("10000000", "5000000"));
+    EXPECT_THAT(labels(layoutTicks(axis(0, 3e9, 120, true))),
+                ElementsAre("3e9", "2.5e9", "2e9", "1.5e9", "1e9", "5e8"));
+}
+
+TEST(Layout, labelsDistancesFromTheStartOfTheSegment)
+{
+    EXPECT_THAT(labels(layoutTicks(distanceAxis(50.0f, 300))), ElementsAre("10", "20", "30", "40", "50"));
+    EXPECT_THAT(labels(layoutTicks(distanceAxis(5.5f, 500))), ElementsAre("1.0", "2.0", "3.0", "4.0", "5.0"));
+    EXPECT_THAT(labels(layoutTicks(distanceAxis(0.75f, 180))), ElementsAre("0.20", "0.40", "0.60"));
+    EXPECT_THAT(labels(layoutTicks(distanceAxis(0.004f, 500))), IsEmpty()); // two decimals can't say more
+}
+
+// Sample i of n is drawn in column i * W / n; a tick labelled v stands over the sample taken at v.
+TEST(Layout, standsOverTheSample)
+{
+    for (float length : {0.3f, 0.77f, 1.0f, 7.3f, 29.0f, 47.3f, 512.0f, 12345.0f}) {
+        for (int width : {180, 500, 763, 1800}) {
+            AxisRequest request = distanceAxis(length, width);
+            TickLayout layout = layoutTicks(request);
+            SCOPED_TRACE(testing::Message() << length << " um in " << width);
+            EXPECT_GE(layout.ticks.size(), 2u);
+            expectRoundSteps(layout);
+            expectCleanLabels(request, layout);
+            for (const Tick& tick : layout.ticks)
+                EXPECT_NEAR(tick.pixel, std::min(tick.value / length * width, width - 1.0), 1.01);
+        }
+    }
+}
+
+TEST(Layout, keepsToTheChosenPrecision)
+{
+    for (int precision = -4; precision <= 4; ++precision) {
+        AxisRequest request = axis(0, 2560, 2000, false);
+        request.rangePrecision = false;
+        request.precision = precision;
+        TickLayout layout = layoutTicks(request);
+        EXPECT_GE(layout.series.increment, std::pow(10.0, -precision) * 0.999) << precision;
+        for (const Tick& tick : layout.ticks)
+            EXPECT_EQ(tick.label, gauge::labelText(tick.value, precision));
+    }
+}
+
+TEST(Layout, takesWhatTheApplicationSets)
+{
+    AxisRequest request = axis(0, 100, 300, false);
+    request.series.increment = 25;
+    EXPECT_THAT(labels(layoutTicks(request)), ElementsAre("25", "50", "75", "100"));
+    request.series.start = 30;
+    EXPECT_THAT(labels(layoutTicks(request)), ElementsAre("25", "50", "75", "100"));
+    request.align = false;
+    EXPECT_THAT(labels(layoutTicks(request)), ElementsAre("30", "55", "80"));
+    request.series.stop = 60;
+    EXPECT_THAT(labels(layoutTicks(request)), ElementsAre("30", "55"));
+    request.series.start = 70;
+    EXPECT_THAT(labels(layoutTicks(request)), IsEmpty());
+}
+
+TEST(Layout, survivesHostileSettings)
+{
+    const double odd[] = {0.0, -1.0, 1e-300, 1e300, NAN, INFINITY, -INFINITY, 5e-324};
+    for (double increment : odd) {
+        for (double start : odd) {
+            AxisRequest request = axis(0, 1000, 200, true);
+            request.series = {increment, start, gauge::unsetValue};
+            TickLayout layout = layoutTicks(request);
+            EXPECT_LE(layout.ticks.size(), 201u) << increment << " from " << start;
+        }
+    }
+}
+
+TEST(Layout, asksTheLabelFunction)
+{
+    AxisRequest request = axis(0, 100, 300, false);
+    request.labelFunc = [](double value) {
+        return value == 40 ? "" : std::to_string(static_cast<int>(value)) + "%";
+    };
+    EXPECT_THAT(labels(layoutTicks(request)), ElementsAre("20%", "", "60%", "80%", "100%"));
+}
+
+TEST(Layout, withoutLabelsSpacesTicksByTheirWidth)
+{
+    AxisRequest request = axis(0, 100, 300, false);
+    request.labels = false;
+    request.tickWidth = 4;
+    TickLayout layout = layoutTicks(request);
+    EXPECT_GE(layout.ticks.size(), 15u);
+    for (std::size_t i = 1; i < layout.ticks.size(); ++i)
+        EXPECT_GE(layout.ticks[i].pixel - layout.ticks[i - 1].pixel, 11);
+}
+
+} // namespace
