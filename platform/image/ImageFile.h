@@ -12,6 +12,7 @@
 #include <optional>
 #include <span>
 #include <stdexcept>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -95,11 +96,22 @@ public:
     virtual bool readLevel(const SectionIndex& section, int level, const PixelRect& rect,
                            std::span<float> out) = 0;
 
+    // Smallest and largest finite pixel value of the section. Reads every block once, without crowding out
+    // what the block cache holds. False when stopped, when the section cannot be read (lastError says why) or
+    // has no finite value; min and max are then unspecified.
+    virtual bool valueRange(const SectionIndex& section, const std::stop_token& stop, float& min, float& max);
+
+    // Every file that the image consists of and that is there, the opened one among them.
+    virtual std::vector<std::filesystem::path> files() const { return {info().path}; }
+
     // A value of the section's extended header; nothing when the file does not tell.
     virtual std::optional<double> extendedHeader(const SectionIndex& section, int field) const = 0;
 
     // Why the last read of the calling thread failed: one sentence.
     virtual std::string lastError() const = 0;
 };
+
+// Limits the memory (bytes) that decoded blocks of all open images may take together; 128 MiB at the start.
+void setBlockCacheLimit(std::size_t bytes);
 
 } // namespace image

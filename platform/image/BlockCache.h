@@ -1,0 +1,77 @@
+// Decoded blocks (strips, tiles, runs of rows) of all open images, kept up to a limit; the least recently
+// used go first. One cache per process; all functions may be called by several threads.
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <unordered_map>
+
+namespace image {
+
+// Decoded samples in the machine's byte order; never changed once it is in the cache.
+class Block {
+public:
+    explicit Block(std::size_t size) : data(std::make_unique_for_overwrite<std::byte[]>(size)), count(size) {}
+    std::span<std::byte> bytes() { return {data.get(), count}; }
+    const std::byte* first() const { return data.get(); }
+    std::size_t size() const { return count; }
+
+private:
+    std::unique_ptr<std::byte[]> data;
+    std::size_t count;
+};
+
+using BlockPtr = std::shared_ptr<const Block>;
+
+struct BlockKey {
+    std::uint64_t plane = 0; // Plane::id
+    std::uint64_t block = 0;
+    friend bool operator==(const BlockKey&, const BlockKey&) = default;
+};
+
+struct BlockKeyHash {
+    std::size_t operator()(const BlockKey& key) const
+    {
+        return static_cast<std::size_t>((key.plane * 0x9e3779b97f4a7c15u) ^
+                                        (key.block * 0xff51afd7ed558ccdu));
+    }
+};
+
+class BlockCache {
+public:
+    using Loader = std::function<BlockPtr()>;
+
+    static BlockCache& instance();
+
+    // The block, or nothing when it is not there (or still being loaded).
+    BlockPtr find(const BlockKey& key);
+    // The block; loads it when it is not there. When two threads want the same block one loads and the other
+    // waits. An exception of the loader passes through and leaves nothing behind.
+    BlockPtr get(const BlockKey& key, const Loader& load);
+
+    void setLimit(std::size_t bytes); // at once, also downwards
+    std::size_t used() const;         // bytes
+
+private:
+    struct Entry {
+        BlockKey key;
+        BlockPtr block; // null while its loader runs
+    };
+    using Entries = std::list<Entry>; // most recently used first
+
+    void trim(Entries::iterator keep);
+
+    mutable std::mutex mutex;
+    std::condition_variable loaded;
+    Entries entries;
+    std::unordered_map<BlockKey, Entries::iterator, BlockKeyHash> index;
+    std::size_t bytes = 0, limit = 128u << 20;
+};
+
+} // namespace image

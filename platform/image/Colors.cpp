@@ -1,0 +1,160 @@
+#include "platform/image/Colors.h"
+
+#include <algorithm>
+#include <cctype>
+#include <memory>
+#include <string>
+
+namespace image {
+
+enum ColorIndex { White, Red, Green, Yellow, Blue, Magenta, Cyan };
+
+std::optional<int> nearestColor(Rgb color)
+{
+    const int brightest = std::max({color.red, color.green, color.blue});
+    if (brightest == 0)
+        return std::nullopt;
+    const auto distance = [&](const Rgb& other) {
+        const auto part = [&](int a, int b) { return (a * 255 / brightest - b) * (a * 255 / brightest - b); };
+        return part(color.red, other.red) + part(color.green, other.green) + part(color.blue, other.blue);
+    };
+    const auto nearest = std::min_element(displayColors.begin(), displayColors.end(),
+                                          [&](auto& a, auto& b) { return distance(a) < distance(b); });
+    return static_cast<int>(nearest - displayColors.begin());
+}
+
+std::optional<int> colorOfNanometres(double nanometres)
+{
+    struct Band {
+        double below;
+        int color;
+    };
+    static constexpr Band bands[] = {
+        {470, Blue  },
+        {500, Cyan  },
+        {535, Green },
+        {585, Yellow},
+        {650, Red   }
+    };
+    if (!(nanometres > 0))
+        return std::nullopt;
+    for (const Band& band : bands)
+        if (nanometres < band.below)
+            return band.color;
+    return Magenta;
+}
+
+std::optional<int> colorOfDye(std::string_view channelName)
+{
+    struct Dye {
+        std::string_view name; // lower case, a part of the channel's name without blanks and dashes
+        int color;
+    };
+    // Emission maxima of common dyes, sorted into the bands above.
+    static constexpr Dye dyes[] = {
+        {"dapi",      Blue   },
+        {"hoechst",   Blue   },
+        {"bfp",       Blue   },
+        {"alexa405",  Blue   },
+        {"fluor405",  Blue   },
+        {"af405",     Blue   },
+        {"cfp",       Cyan   },
+        {"cerulean",  Cyan   },
+        {"turquoise", Cyan   },
+        {"gfp",       Green  },
+        {"fitc",      Green  },
+        {"alexa488",  Green  },
+        {"fluor488",  Green  },
+        {"af488",     Green  },
+        {"cy2",       Green  },
+        {"neongreen", Green  },
+        {"yfp",       Yellow },
+        {"venus",     Yellow },
+        {"citrine",   Yellow },
+        {"tritc",     Yellow },
+        {"alexa546",  Yellow },
+        {"alexa555",  Yellow },
+        {"fluor555",  Yellow },
+        {"af555",     Yellow },
+        {"cy3",       Yellow },
+        {"rfp",       Red    },
+        {"cherry",    Red    },
+        {"texasred",  Red    },
+        {"txred",     Red    },
+        {"alexa568",  Red    },
+        {"fluor568",  Red    },
+        {"af568",     Red    },
+        {"alexa594",  Red    },
+        {"fluor594",  Red    },
+        {"af594",     Red    },
+        {"tomato",    Red    },
+        {"cy5",       Magenta},
+        {"alexa647",  Magenta},
+        {"fluor647",  Magenta},
+        {"af647",     Magenta},
+        {"farred",    Magenta},
+        {"draq5",     Magenta}
+    };
+    std::string name;
+    for (const char c : channelName)
+        if (std::isalnum(static_cast<unsigned char>(c)))
+            name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    for (const Dye& dye : dyes)
+        if (name.find(dye.name) != std::string::npos)
+            return dye.color;
+    return std::nullopt;
+}
+
+static std::optional<int> hintedColor(const Wavelength& wavelength, const ColorHint& hint)
+{
+    constexpr double typicalStokesShift = 25; // nm between excitation and emission
+    std::optional<int> color = hint.color ? nearestColor(*hint.color) : std::nullopt;
+    if (!color && hint.emission)
+        color = colorOfNanometres(*hint.emission);
+    if (!color && hint.excitation)
+        color = colorOfNanometres(*hint.excitation + typicalStokesShift);
+    return color ? color : colorOfDye(wavelength.name);
+}
+
+static int nextFreeColor(std::span<const Wavelength> wavelengths, std::span<const bool> done,
+                         std::size_t turn)
+{
+    static constexpr int order[] = {Green, Magenta, Cyan, Yellow, Red, Blue, White};
+    for (const int color : order) {
+        bool used = false;
+        for (std::size_t i = 0; i < wavelengths.size(); ++i)
+            used |= done[i] && wavelengths[i].colorIndex == color;
+        if (!used)
+            return color;
+    }
+    return order[turn % std::size(order)];
+}
+
+static void setColor(Wavelength& wavelength, int index, std::optional<Rgb> own)
+{
+    const Rgb color = own.value_or(displayColors[static_cast<std::size_t>(index)]);
+    wavelength.colorIndex = index;
+    wavelength.red = color.red;
+    wavelength.green = color.green;
+    wavelength.blue = color.blue;
+}
+
+void assignColors(std::span<Wavelength> wavelengths, std::span<const ColorHint> hints)
+{
+    const auto done = std::make_unique<bool[]>(wavelengths.size());
+    const std::span<const bool> doneFlags(done.get(), wavelengths.size());
+    for (std::size_t i = 0; i < wavelengths.size(); ++i)
+        if (const auto color = hintedColor(wavelengths[i], hints[i])) {
+            const bool own = hints[i].color && nearestColor(*hints[i].color);
+            setColor(wavelengths[i], *color, own ? hints[i].color : std::nullopt);
+            done[i] = true;
+        }
+    for (std::size_t i = 0; i < wavelengths.size(); ++i)
+        if (!done[i]) {
+            setColor(wavelengths[i],
+                     wavelengths.size() == 1 ? White : nextFreeColor(wavelengths, doneFlags, i), {});
+            done[i] = true;
+        }
+}
+
+} // namespace image

@@ -1,0 +1,45 @@
+// Which of the seven display colours a wavelength gets.
+#pragma once
+
+#include "platform/image/ImageFile.h"
+
+#include <array>
+#include <optional>
+#include <span>
+
+namespace image {
+
+struct Rgb {
+    std::uint8_t red = 255, green = 255, blue = 255;
+    friend bool operator==(const Rgb&, const Rgb&) = default;
+};
+
+// White, red, green, yellow, blue, magenta, cyan: the order of Wavelength::colorIndex.
+inline constexpr std::array<Rgb, 7> displayColors = {
+    {{255, 255, 255}, {255, 0, 0}, {0, 255, 0}, {255, 255, 0}, {0, 0, 255}, {255, 0, 255}, {0, 255, 255}}
+};
+
+// The display colour with the same hue: colours are compared at full brightness. Nothing for black.
+std::optional<int> nearestColor(Rgb color);
+
+// Colour of light of this wavelength as microscopists show it; nothing for 0.
+// Blue under 470 nm, cyan under 500, green under 535, yellow under 585, red under 650, else magenta (far
+// red).
+std::optional<int> colorOfNanometres(double nanometres);
+
+// Colour of a dye that the channel's name tells ("DAPI", "AF647", "mCherry"); nothing when it tells none.
+std::optional<int> colorOfDye(std::string_view channelName);
+
+// What the file says about the colour of one wavelength.
+struct ColorHint {
+    std::optional<Rgb> color;       // the file's own
+    std::optional<double> emission; // nm
+    std::optional<double> excitation;
+};
+
+// Sets colorIndex, red, green and blue of every wavelength: from the file's own colour, else from emission,
+// else from excitation, else from the dye in the name; the others in turn get colours that no other has: a
+// single wavelength white, several green, magenta, cyan, yellow, red, blue, white.
+void assignColors(std::span<Wavelength> wavelengths, std::span<const ColorHint> hints);
+
+} // namespace image

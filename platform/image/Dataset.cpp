@@ -1,0 +1,153 @@
+#include "platform/image/Dataset.h"
+
+#include "platform/image/Error.h"
+
+#include <algorithm>
+
+namespace image {
+
+constexpr std::int64_t maxSections = 1 << 24;
+constexpr std::uint64_t maxXmlBytes = 64u << 20;
+
+std::uint32_t Dataset::key(const PlaneIndex& index) const
+{
+    const auto row = (static_cast<std::uint32_t>(index.p) * info.sizeT + index.t) * info.sizeZ + index.z;
+    return row * channels() + static_cast<std::uint32_t>(index.channel);
+}
+
+PlaneIndex Dataset::planeIndex(const SectionIndex& section) const
+{
+    return {section.z, section.w / samplesPerPlane, section.t, section.p};
+}
+
+void setSizes(Dataset& dataset, std::int64_t z, std::int64_t wavelengths, std::int64_t t, std::int64_t p)
+{
+    std::int64_t sections = 1;
+    for (const std::int64_t size : {z, wavelengths, t, p}) {
+        if (size < 1)
+            throw FormatError("its metadata claims a dimension of " + std::to_string(size));
+        if (size > maxSections || sections * size > maxSections)
+            throw FormatError("its metadata claims more than " + std::to_string(maxSections) + " sections");
+        sections *= size;
+    }
+    if (wavelengths > maxWavelengths)
+        throw FormatError("it has " + std::to_string(wavelengths) + " wavelengths, more than " +
+                          std::to_string(maxWavelengths));
+    dataset.info.sizeZ = static_cast<int>(z);
+    dataset.info.sizeW = static_cast<int>(wavelengths);
+    dataset.info.sizeT = static_cast<int>(t);
+    dataset.info.sizeP = static_cast<int>(p);
+}
+
+static PixelType pixelTypeOf(const Plane& plane)
+{
+    switch (plane.type) {
+    case SampleType::Bits:
+        return plane.bits == 1 ? PixelType::Bit : plane.bits < 8 ? PixelType::UInt8 : PixelType::UInt16;
+    case SampleType::U8:
+        return PixelType::UInt8;
+    case SampleType::I8:
+        return PixelType::Int8;
+    case SampleType::U16:
+        return PixelType::UInt16;
+    case SampleType::I16:
+        return PixelType::Int16;
+    case SampleType::U24:
+    case SampleType::U32:
+        return PixelType::UInt32;
+    case SampleType::I32:
+        return PixelType::Int32;
+    case SampleType::F16:
+    case SampleType::F32:
+        return PixelType::Float32;
+    default:
+        return PixelType::Float64;
+    }
+}
+
+void setGeometry(Dataset& dataset, const Plane& plane)
+{
+    dataset.info.width = plane.width();
+    dataset.info.height = plane.height();
+    dataset.info.pixelType = pixelTypeOf(plane);
+}
+
+bool isRgb(const Plane& plane)
+{
+    constexpr int grayscale = 1, palette = 3, mask = 4, logLuminance = 32844, filterArray = 32803;
+    const int p = plane.directory.photometric;
+    const bool single = p <= grayscale || p == palette || p == mask || p == logLuminance || p == filterArray;
+    return plane.sampleCount >= 3 && !single;
+}
+
+std::optional<Rgb> paletteColor(const Directory& directory)
+{
+    const std::vector<std::uint16_t>& map = directory.colorMap;
+    const std::size_t entries = map.size() / 3;
+    if (directory.photometric != 3 || entries == 0)
+        return std::nullopt;
+    const auto sum = [&](std::size_t i) { return map[i] + map[entries + i] + map[2 * entries + i]; };
+    std::size_t best = 0;
+    for (std::size_t i = 1; i < entries; ++i)
+        if (sum(i) > sum(best))
+            best = i;
+    const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(map[i] >> 8); };
+    return Rgb{byte(best), byte(entries + best), byte(2 * entries + best)};
+}
+
+static std::string sampleName(const std::string& channel, int sample)
+{
+    static const char* const colors[3] = {"Red", "Green", "Blue"};
+    return channel.empty() ? colors[sample] : channel + " " + colors[sample];
+}
+
+void setWavelengths(Dataset& dataset, const Plane& plane, std::span<ColorHint> hints,
+                    std::span<const std::string> channelNames)
+{
+    static constexpr int colors[3] = {1, 2, 4}; // of displayColors
+    dataset.info.wavelengths.resize(static_cast<std::size_t>(dataset.info.sizeW));
+    for (int w = 0; w < dataset.info.sizeW; ++w) {
+        const auto channel = static_cast<std::size_t>(w / dataset.samplesPerPlane);
+        const int sample = w % dataset.samplesPerPlane;
+        const std::string name = channel < channelNames.size() ? channelNames[channel] : std::string();
+        const bool rgb = isRgb(plane) && dataset.samplesPerPlane >= 3 && sample < 3;
+        dataset.info.wavelengths[static_cast<std::size_t>(w)].name = rgb ? sampleName(name, sample) : name;
+        if (rgb)
+            hints[static_cast<std::size_t>(w)].color =
+                displayColors[static_cast<std::size_t>(colors[sample])];
+    }
+    assignColors(dataset.info.wavelengths, hints);
+}
+
+static std::string readText(const std::filesystem::path& path)
+{
+    const InputFile file(path);
+    if (file.size() > maxXmlBytes)
+        throw FormatError("it is not a TIFF file");
+    std::string text(file.size(), '\0');
+    file.read(0, std::as_writable_bytes(std::span(text)));
+    return text;
+}
+
+static bool startsLikeXml(const std::filesystem::path& path)
+{
+    std::array<std::byte, 4> head = {};
+    const InputFile file(path);
+    file.readSome(0, head);
+    const auto byte = [&](std::size_t i) { return std::to_integer<unsigned>(head[i]); };
+    return byte(0) == '<' || (byte(0) == 0xef && byte(1) == 0xbb && byte(2) == 0xbf && byte(3) == '<');
+}
+
+OpenedFile openForReading(const std::filesystem::path& path)
+{
+    OpenedFile opened{path, nullptr, {}};
+    if (startsLikeXml(path)) {
+        opened.description = readText(path);
+        return opened;
+    }
+    opened.tiff = std::make_shared<TiffFile>(path);
+    opened.description = opened.tiff->tags().text(opened.tiff->pages()[0].offset, TagDescription);
+    return opened;
+}
+
+} // namespace image

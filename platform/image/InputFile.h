@@ -1,0 +1,42 @@
+// One open file, read at offsets. Never mapped: a mapping of a file that another program truncates raises
+// SIGBUS. Reads of several threads at once are fine.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <span>
+
+namespace image {
+
+// Tells two states of a file apart.
+struct FileStamp {
+    std::uint64_t device = 0, inode = 0, size = 0;
+    std::int64_t modified = 0; // nanoseconds since 1970
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
+class InputFile {
+public:
+    // Throws FormatError when the path is not a readable regular file.
+    explicit InputFile(const std::filesystem::path& path);
+    ~InputFile();
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+
+    FileStamp stamp() const; // as the file is now; all zero when it cannot be told
+    std::uint64_t size() const { return stamp().size; }
+
+    // Returns how many bytes were read: fewer than asked for at the end of the file.
+    std::size_t readSome(std::uint64_t offset, std::span<std::byte> out) const;
+    // Throws FormatError when the file ends before.
+    void read(std::uint64_t offset, std::span<std::byte> out) const;
+
+private:
+    int descriptor = -1;
+};
+
+// The stamp of a path; all zero when there is no such file.
+FileStamp stampOf(const std::filesystem::path& path);
+
+} // namespace image

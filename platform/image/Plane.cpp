@@ -1,0 +1,111 @@
+#include "platform/image/Plane.h"
+
+#include "platform/image/Error.h"
+#include "platform/image/TiffDecoder.h"
+
+#include <algorithm>
+#include <atomic>
+
+namespace image {
+
+enum Photometric {
+    MinIsWhite = 0,
+    MinIsBlack = 1,
+    Rgb = 2,
+    Palette = 3,
+    Mask = 4,
+    LogL = 32844,
+    Cfa = 32803
+};
+enum Compression { Uncompressed = 1, OldJpeg = 6, Jpeg = 7 };
+
+constexpr std::size_t rawRunBytes = 512u << 10;    // read together: few system calls, little read in vain
+constexpr std::size_t decodedRunBytes = 64u << 10; // short strips are decoded together up to this
+constexpr std::size_t maxDecodedBytes = 512u << 20;
+
+static int photometricYcbcr()
+{
+    return 6;
+}
+
+static bool needsColorConversion(const Directory& d)
+{
+    const int p = d.photometric;
+    if (p == photometricYcbcr())
+        return d.compression != Jpeg || d.planar;
+    return p != MinIsWhite && p != MinIsBlack && p != Rgb && p != Palette && p != Mask && p != LogL &&
+           p != Cfa;
+}
+
+// A page without SampleFormat is taken as unsigned; the metadata may know better.
+static SampleType typeOf(const Directory& d, std::optional<SampleType> declared)
+{
+    if (d.typeGiven || !declared || bytesOf(*declared) != bytesOf(d.type) || bytesOf(d.type) == 0)
+        return d.type;
+    return *declared;
+}
+
+bool Plane::isTiles() const
+{
+    return access == Access::RawTiles || access == Access::DecodedTiles || access == Access::RgbTiles;
+}
+
+std::size_t Plane::blockBytes(int block) const
+{
+    const int blockRow = block / across() % down();
+    return rowBytes * static_cast<std::size_t>(isTiles() ? blockHeight : rowsIn(blockRow));
+}
+
+static Plane::Access accessOf(const Directory& d)
+{
+    if (needsColorConversion(d))
+        return d.tiled ? Plane::Access::RgbTiles : Plane::Access::RgbStrips;
+    if (d.compression == Uncompressed && d.fillOrder == 1)
+        return d.tiled ? Plane::Access::RawTiles : Plane::Access::RawRows;
+    return d.tiled ? Plane::Access::DecodedTiles : Plane::Access::DecodedStrips;
+}
+
+static int runOfRows(const Plane& plane)
+{
+    const Directory& d = plane.directory;
+    const auto rows = [&](std::size_t bytes) {
+        return static_cast<int>(std::clamp<std::size_t>(bytes / plane.rowBytes, 1, d.height));
+    };
+    if (plane.access == Plane::Access::RawRows)
+        return rows(rawRunBytes);
+    const int strips = std::max(1, rows(decodedRunBytes) / d.blockHeight);
+    return std::min(d.height, strips * d.blockHeight);
+}
+
+Plane planeOf(const Directory& directory, std::optional<SampleType> declared, std::uint64_t firstByteShift)
+{
+    static std::atomic<std::uint64_t> lastId = 0;
+    Plane plane;
+    plane.id = ++lastId;
+    plane.firstByteShift = firstByteShift;
+    plane.directory = directory;
+    plane.access = accessOf(directory);
+    plane.type = typeOf(directory, declared);
+    plane.bits = directory.bits;
+    plane.samples = directory.planar ? 1 : directory.samples;
+    plane.sampleCount = directory.colorSamples;
+    if (plane.access == Plane::Access::RgbStrips || plane.access == Plane::Access::RgbTiles) {
+        plane.type = SampleType::U8;
+        plane.bits = 8;
+        plane.samples = plane.sampleCount = 3;
+    } else if (directory.photometric == LogL) {
+        plane.type = SampleType::F32;
+        plane.bits = 32;
+    }
+    const bool isUnsigned = plane.type == SampleType::Bits || plane.type == SampleType::U8 ||
+                            plane.type == SampleType::U16 || plane.type == SampleType::U32;
+    plane.inverted = directory.photometric == MinIsWhite && isUnsigned;
+    plane.blockWidth = directory.tiled ? directory.blockWidth : directory.width;
+    plane.rowBytes = (static_cast<std::size_t>(plane.blockWidth) * plane.samples * plane.bits + 7) / 8;
+    plane.blockHeight = directory.tiled ? directory.blockHeight : runOfRows(plane);
+    if (plane.rowBytes * static_cast<std::size_t>(plane.blockHeight) > maxDecodedBytes)
+        throw FormatError("one of its strips or tiles would take more than 512 MiB");
+    return plane;
+}
+
+} // namespace image

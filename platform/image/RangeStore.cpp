@@ -1,0 +1,106 @@
+#include "platform/image/RangeStore.h"
+
+#include "platform/image/InputFile.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <iomanip>
+#include <limits>
+#include <sstream>
+#include <unistd.h>
+
+namespace image {
+
+namespace fs = std::filesystem;
+
+static constexpr char versionLine[] = "kelvora-ranges 1";
+
+// FNV-1a, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv/
+static std::uint64_t hash(std::string_view text)
+{
+    std::uint64_t value = 0xcbf29ce484222325u;
+    for (const char c : text)
+        value = (value ^ static_cast<unsigned char>(c)) * 0x100000001b3u;
+    return value;
+}
+
+std::string rangeIdentity(const ImageFile& image)
+{
+    std::ostringstream all;
+    std::error_code error;
+    for (const fs::path& path : image.files()) {
+        const FileStamp stamp = stampOf(path);
+        all << fs::weakly_canonical(path, error).string() << '\t' << stamp.size << '\t' << stamp.modified
+            << '\t';
+    }
+    // The first file in plain text tells a person what the entry is about; the hash stands for all of them.
+    std::ostringstream identity;
+    identity << std::hex << std::setw(16) << std::setfill('0') << hash(all.str());
+    return identity.str();
+}
+
+static fs::path folder()
+{
+    const char* const cache = std::getenv("XDG_CACHE_HOME");
+    const char* const home = std::getenv("HOME");
+    if (cache && cache[0] == '/')
+        return fs::path(cache) / "kelvora" / "ranges";
+    return home && *home ? fs::path(home) / ".cache" / "kelvora" / "ranges" : fs::path();
+}
+
+std::optional<std::vector<ValueRange>> loadRanges(const std::string& identity, std::size_t count)
+{
+    const fs::path directory = folder();
+    std::ifstream file(directory / identity);
+    std::string version;
+    std::size_t stored = 0;
+    if (directory.empty() || !std::getline(file, version) || version != versionLine || !(file >> stored) ||
+        stored != count)
+        return std::nullopt;
+    std::vector<ValueRange> ranges(count);
+    for (ValueRange& range : ranges)
+        if (!(file >> range.known >> range.min >> range.max) || !(range.min <= range.max))
+            return std::nullopt;
+    return ranges;
+}
+
+static bool writeAll(int descriptor, std::string_view text)
+{
+    while (!text.empty()) {
+        const ssize_t written = write(descriptor, text.data(), text.size());
+        if (written <= 0)
+            return false;
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+void storeRanges(const std::string& identity, const std::vector<ValueRange>& ranges)
+{
+    const fs::path directory = folder();
+    std::error_code error;
+    if (directory.empty() || (fs::create_directories(directory, error), error))
+        return;
+    std::ostringstream text;
+    text << versionLine << '\n' << ranges.size() << '\n';
+    text << std::setprecision(std::numeric_limits<float>::max_digits10);
+    for (const ValueRange& range : ranges)
+        text << range.known << ' ' << range.min << ' ' << range.max << '\n';
+    // A reader sees the old file or the whole new one.
+    std::string temporary = (directory / (identity + ".XXXXXX")).string();
+    const int descriptor = mkostemp(temporary.data(), O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    bool good = writeAll(descriptor, text.str());
+    good = close(descriptor) == 0 && good;
+    if (good)
+        fs::rename(temporary, directory / identity, error);
+    if (!good || error)
+        fs::remove(temporary, error);
+}
+
+} // namespace image

@@ -1,0 +1,20 @@
+// Ranges of wavelengths kept between runs, one small file per image in the user's cache directory.
+#pragma once
+
+#include "platform/image/RangeScan.h"
+
+#include <optional>
+#include <string>
+
+namespace image {
+
+// Names the image's files as they are now: path, size and modification time of each.
+std::string rangeIdentity(const ImageFile& image);
+
+// The ranges that were kept for this identity; nothing when there are none, or not `count` of them.
+std::optional<std::vector<ValueRange>> loadRanges(const std::string& identity, std::size_t count);
+
+// Keeps the ranges. A cache directory that cannot be written is no error.
+void storeRanges(const std::string& identity, const std::vector<ValueRange>& ranges);
+
+} // namespace image

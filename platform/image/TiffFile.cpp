@@ -1,0 +1,216 @@
+#include "platform/image/TiffFile.h"
+
+#include "platform/image/Error.h"
+
+#include <algorithm>
+
+namespace image {
+
+constexpr std::size_t maxPlanesKept = 1024;
+constexpr std::size_t maxIdleDecoders = 4;
+
+TiffFile::TiffFile(const std::filesystem::path& path)
+    : file(path), opened(file.stamp()), structure(file), pageList(structure.pages()), current(opened)
+{
+}
+
+PlanePtr TiffFile::plane(std::uint64_t offset, std::optional<SampleType> declared, std::uint64_t shift)
+{
+    const PlaneKey key{offset, shift};
+    {
+        const std::lock_guard lock(mutex);
+        const auto found = planes.find(key);
+        if (found != planes.end())
+            return found->second;
+    }
+    auto made = std::make_shared<const Plane>(planeOf(structure.directory(offset), declared, shift));
+    const std::lock_guard lock(mutex);
+    if (planes.size() >= maxPlanesKept)
+        planes.clear();
+    return planes.emplace(key, std::move(made)).first->second;
+}
+
+// Another program may write to the file while it is open here. What was read of its directories is then
+// forgotten and read again, so that no pixel is taken from an outdated offset.
+void TiffFile::refuseStale()
+{
+    const FileStamp now = file.stamp();
+    const std::lock_guard lock(mutex);
+    if (now == current)
+        return;
+    current = now;
+    ++generation;
+    planes.clear();
+    idleDecoders.clear();
+    throw StalePlane{};
+}
+
+BlockPtr TiffFile::load(const Plane& plane, int block)
+{
+    refuseStale();
+    auto result = std::make_shared<Block>(plane.blockBytes(block));
+    switch (plane.access) {
+    case Plane::Access::RawRows:
+        loadRows(plane, block, result->bytes());
+        break;
+    case Plane::Access::RawTiles:
+        loadRawTile(plane, block, result->bytes());
+        break;
+    default:
+        decode(plane, block, result->bytes());
+        break;
+    }
+    return result;
+}
+
+// Bytes [first, first + count) of a strip or tile, which must lie inside it when its size is known.
+static void requireInside(const Directory& d, std::size_t block, std::uint64_t first, std::uint64_t count)
+{
+    const bool known = d.blockBytes[block] != 0;
+    if ((known && first + count > d.blockBytes[block]) || d.blockOffsets[block] == 0)
+        throw FormatError("one of its strips or tiles is incomplete");
+}
+
+void TiffFile::loadRows(const Plane& plane, int block, std::span<std::byte> out)
+{
+    const Directory& d = plane.directory;
+    const std::size_t rowBytes = plane.rowBytes, rows = out.size() / rowBytes;
+    const int perSample = plane.down(), stripsPerSample = d.blocksDown();
+    const std::size_t firstStrip = static_cast<std::size_t>(block / perSample) * stripsPerSample;
+    const std::size_t firstRow = static_cast<std::size_t>(block % perSample) * plane.blockHeight;
+    const auto stripHeight = static_cast<std::size_t>(d.blockHeight);
+    std::uint64_t runStart = 0;
+    std::size_t runBytes = 0, done = 0; // neighbouring strips are read together
+    for (std::size_t row = 0; row < rows;) {
+        const std::size_t strip = firstStrip + (firstRow + row) / stripHeight;
+        const std::size_t inStrip = (firstRow + row) % stripHeight,
+                          take = std::min(stripHeight - inStrip, rows - row);
+        if (plane.firstByteShift == 0)
+            requireInside(d, strip, inStrip * rowBytes, take * rowBytes);
+        const std::uint64_t start = d.blockOffsets[strip] + plane.firstByteShift + inStrip * rowBytes;
+        if (start != runStart + runBytes) {
+            file.read(runStart, out.subspan(done, runBytes));
+            done += runBytes;
+            runStart = start;
+            runBytes = 0;
+        }
+        runBytes += take * rowBytes;
+        row += take;
+    }
+    file.read(runStart, out.subspan(done, runBytes));
+    if (structure.needsSwap())
+        swapSamples(out, plane.type);
+}
+
+void TiffFile::loadRawTile(const Plane& plane, int block, std::span<std::byte> out)
+{
+    const auto index = static_cast<std::size_t>(block);
+    requireInside(plane.directory, index, 0, out.size());
+    file.read(plane.directory.blockOffsets[index], out);
+    if (structure.needsSwap())
+        swapSamples(out, plane.type);
+}
+
+static void requireInFile(const Directory& d, std::size_t block, std::uint64_t fileSize)
+{
+    const std::uint64_t offset = d.blockOffsets[block], bytes = d.blockBytes[block];
+    if (offset == 0 || bytes == 0)
+        throw FormatError("one of its strips or tiles is missing");
+    if (offset > fileSize || bytes > fileSize - offset)
+        throw FormatError("the file is truncated: a strip or tile lies beyond its end");
+}
+
+void TiffFile::decodeStrips(TiffDecoder& decoder, const Plane& plane, int block, std::span<std::byte> out)
+{
+    const Directory& d = plane.directory;
+    const int sample = block / plane.down(), firstRow = block % plane.down() * plane.blockHeight;
+    const int rows = static_cast<int>(out.size() / plane.rowBytes);
+    const std::uint64_t fileSize = file.size();
+    for (int row = 0; row < rows; row += d.blockHeight) {
+        const int take = std::min(d.blockHeight, rows - row), strip = (firstRow + row) / d.blockHeight;
+        const std::size_t index = static_cast<std::size_t>(sample) * d.blocksDown() + strip;
+        requireInFile(d, index, fileSize);
+        const auto part = out.subspan(row * plane.rowBytes, take * plane.rowBytes);
+        if (plane.access == Plane::Access::RgbStrips)
+            decoder.rgbStrip(firstRow + row, d.width, take, part);
+        else
+            decoder.strip(static_cast<std::uint32_t>(index), part);
+    }
+}
+
+void TiffFile::decode(const Plane& plane, int block, std::span<std::byte> out)
+{
+    Lease lease = takeDecoder(plane);
+    TiffDecoder& decoder = *lease.decoder;
+    const int inSample = block % (plane.across() * plane.down());
+    const int x = inSample % plane.across() * plane.blockWidth,
+              y = inSample / plane.across() * plane.blockHeight;
+    switch (plane.access) {
+    case Plane::Access::DecodedTiles:
+        requireInFile(plane.directory, static_cast<std::size_t>(block), file.size());
+        decoder.tile(static_cast<std::uint32_t>(block), out);
+        break;
+    case Plane::Access::RgbTiles:
+        requireInFile(plane.directory, static_cast<std::size_t>(block), file.size());
+        decoder.rgbTile(x, y, plane.blockWidth, plane.blockHeight, out);
+        break;
+    default:
+        decodeStrips(decoder, plane, block, out);
+        break;
+    }
+    giveDecoder(std::move(lease));
+}
+
+TiffFile::Lease TiffFile::takeDecoder(const Plane& plane)
+{
+    const std::lock_guard lock(mutex);
+    const auto found = std::find_if(idleDecoders.begin(), idleDecoders.end(), [&](const auto& decoder) {
+        return decoder->directoryOffset() == plane.directory.offset;
+    });
+    if (found == idleDecoders.end())
+        return {
+            std::make_unique<TiffDecoder>(file, structure.bigTiff(), structure.bigEndian(), plane.directory),
+            generation};
+    Lease result{std::move(*found), generation};
+    idleDecoders.erase(found);
+    return result;
+}
+
+void TiffFile::giveDecoder(Lease lease)
+{
+    const std::lock_guard lock(mutex);
+    if (lease.generation != generation)
+        return;
+    if (idleDecoders.size() >= maxIdleDecoders)
+        idleDecoders.erase(idleDecoders.begin());
+    idleDecoders.push_back(std::move(lease.decoder));
+}
+
+void TiffFile::check(const Plane& plane)
+{
+    const Directory& d = plane.directory;
+    const bool raw = plane.access == Plane::Access::RawRows || plane.access == Plane::Access::RawTiles;
+    if (raw) {
+        // The last row tells whether all are there; a tile or the run of rows around it is read.
+        load(plane, plane.blockCount() - 1);
+        load(plane, 0);
+        return;
+    }
+    for (std::size_t block = 0; block < d.blockOffsets.size(); ++block)
+        requireInFile(d, block, size());
+    if (plane.access != Plane::Access::DecodedStrips) {
+        load(plane, 0);
+        return;
+    }
+    // The first row of the first strip: a long strip is not decoded for nothing.
+    if (!hasCodec(d.compression))
+        throw FormatError("compression scheme " + std::to_string(d.compression) + " is not supported");
+    try {
+        std::vector<std::byte> row(plane.rowBytes);
+        takeDecoder(plane).decoder->strip(0, row);
+    } catch (const FormatError&) {
+        load(plane, 0); // a few codecs decode only whole strips
+    }
+}
+
+} // namespace image

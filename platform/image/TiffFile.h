@@ -1,0 +1,78 @@
+// One TIFF file of an open image: its pages, and their blocks on demand. All functions may be called by
+// several threads at once.
+#pragma once
+
+#include "platform/image/BlockCache.h"
+#include "platform/image/InputFile.h"
+#include "platform/image/Plane.h"
+#include "platform/image/TiffDecoder.h"
+
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+#include <vector>
+
+namespace image {
+
+using PlanePtr = std::shared_ptr<const Plane>;
+
+// The file was changed under us: planes that were looked up before must be looked up again.
+struct StalePlane {};
+
+class TiffFile {
+public:
+    // Reads the chain of pages. Throws FormatError.
+    explicit TiffFile(const std::filesystem::path& path);
+
+    const std::vector<PageSummary>& pages() const { return pageList; }
+    const TiffStructure& tags() const { return structure; }
+    std::uint64_t size() const { return opened.size; }
+    FileStamp stamp() const { return opened; } // at the time of opening
+
+    // The plane whose directory is at the offset. The last is used again as long as the file does not change.
+    PlanePtr plane(std::uint64_t directoryOffset, std::optional<SampleType> declared,
+                   std::uint64_t firstByteShift = 0);
+
+    // Reads and decodes a block of a plane of this file. Throws FormatError, or StalePlane when the file was
+    // changed since the plane was looked up.
+    BlockPtr load(const Plane& plane, int block);
+
+    // Throws FormatError when blocks lie outside the file or the first one cannot be decoded.
+    void check(const Plane& plane);
+
+private:
+    struct PlaneKey {
+        std::uint64_t offset, shift;
+        friend bool operator==(const PlaneKey&, const PlaneKey&) = default;
+    };
+    struct PlaneKeyHash {
+        std::size_t operator()(const PlaneKey& key) const { return key.offset * 31 + key.shift; }
+    };
+
+    struct Lease {
+        std::unique_ptr<TiffDecoder> decoder;
+        unsigned generation; // in which it was made
+    };
+
+    void refuseStale();
+    void loadRows(const Plane& plane, int block, std::span<std::byte> out);
+    void loadRawTile(const Plane& plane, int block, std::span<std::byte> out);
+    void decode(const Plane& plane, int block, std::span<std::byte> out);
+    void decodeStrips(TiffDecoder& decoder, const Plane& plane, int block, std::span<std::byte> out);
+    Lease takeDecoder(const Plane& plane);
+    void giveDecoder(Lease lease);
+
+    InputFile file;
+    FileStamp opened;
+    TiffStructure structure;
+    std::vector<PageSummary> pageList;
+
+    std::mutex mutex; // guards what follows
+    FileStamp current;
+    unsigned generation = 0; // counts changes of the file
+    std::unordered_map<PlaneKey, PlanePtr, PlaneKeyHash> planes;
+    std::vector<std::unique_ptr<TiffDecoder>> idleDecoders;
+};
+
+} // namespace image
