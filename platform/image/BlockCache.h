@@ -30,7 +30,9 @@ private:
 using BlockPtr = std::shared_ptr<const Block>;
 
 struct BlockKey {
-    std::uint64_t plane = 0; // Plane::id
+    std::uint64_t file = 0;      // TiffFile::id: another one when the file has changed
+    std::uint64_t directory = 0; // offset of the page's directory
+    std::uint64_t shift = 0;     // of planes that lie behind a single page
     std::uint64_t block = 0;
     friend bool operator==(const BlockKey&, const BlockKey&) = default;
 };
@@ -38,8 +40,10 @@ struct BlockKey {
 struct BlockKeyHash {
     std::size_t operator()(const BlockKey& key) const
     {
-        return static_cast<std::size_t>((key.plane * 0x9e3779b97f4a7c15u) ^
-                                        (key.block * 0xff51afd7ed558ccdu));
+        std::uint64_t hash = key.file;
+        for (const std::uint64_t part : {key.directory, key.shift, key.block})
+            hash = (hash ^ part) * 0x9e3779b97f4a7c15u + (hash >> 29);
+        return static_cast<std::size_t>(hash ^ (hash >> 32));
     }
 };
 

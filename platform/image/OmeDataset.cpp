@@ -55,7 +55,7 @@ private:
 static OmeDocument metadataOf(const OpenedFile& opened, OpenedFile& holder)
 {
     OmeDocument document = parseOme(opened.description);
-    holder = opened;
+    holder = {opened.path, opened.tiff, {}};
     if (document.metadataFile.empty())
         return document;
     const std::filesystem::path name = std::filesystem::path(document.metadataFile).filename();

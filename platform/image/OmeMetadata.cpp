@@ -230,10 +230,10 @@ bool isOmeXml(std::string_view text)
     return head.find("<OME") != std::string_view::npos || head.find(":OME") != std::string_view::npos;
 }
 
-OmeDocument parseOme(const std::string& text)
+OmeDocument parseOme(std::string text)
 {
     pugi::xml_document xml;
-    const pugi::xml_parse_result parsed = xml.load_buffer(text.data(), text.size());
+    const pugi::xml_parse_result parsed = xml.load_buffer_inplace(text.data(), text.size());
     if (!parsed)
         throw FormatError(std::string("its OME metadata is damaged: ") + parsed.description());
     const xml_node root = child(xml, "OME");

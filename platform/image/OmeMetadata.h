@@ -53,7 +53,7 @@ struct OmeDocument {
 bool isOmeXml(std::string_view text);
 
 // Throws FormatError when it is not well formed or has no usable image.
-OmeDocument parseOme(const std::string& text);
+OmeDocument parseOme(std::string text);
 
 // The root element's UUID without parsing the rest; empty when there is none.
 std::string omeUuid(std::string_view text);

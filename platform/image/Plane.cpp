@@ -4,7 +4,6 @@
 #include "platform/image/TiffDecoder.h"
 
 #include <algorithm>
-#include <atomic>
 
 namespace image {
 
@@ -22,6 +21,7 @@ enum Compression { Uncompressed = 1, OldJpeg = 6, Jpeg = 7 };
 constexpr std::size_t rawRunBytes = 512u << 10;    // read together: few system calls, little read in vain
 constexpr std::size_t decodedRunBytes = 64u << 10; // short strips are decoded together up to this
 constexpr std::size_t maxDecodedBytes = 512u << 20;
+constexpr std::int64_t maxBlocks = 1 << 26; // of a plane
 
 static int photometricYcbcr()
 {
@@ -79,9 +79,7 @@ static int runOfRows(const Plane& plane)
 
 Plane planeOf(const Directory& directory, std::optional<SampleType> declared, std::uint64_t firstByteShift)
 {
-    static std::atomic<std::uint64_t> lastId = 0;
     Plane plane;
-    plane.id = ++lastId;
     plane.firstByteShift = firstByteShift;
     plane.directory = directory;
     plane.access = accessOf(directory);
@@ -105,6 +103,9 @@ Plane planeOf(const Directory& directory, std::optional<SampleType> declared, st
     plane.blockHeight = directory.tiled ? directory.blockHeight : runOfRows(plane);
     if (plane.rowBytes * static_cast<std::size_t>(plane.blockHeight) > maxDecodedBytes)
         throw FormatError("one of its strips or tiles would take more than 512 MiB");
+    const std::int64_t perSample = std::int64_t{plane.across()} * plane.down();
+    if (perSample * (directory.planar ? directory.samples : 1) > maxBlocks)
+        throw FormatError("its pages are larger than any image");
     return plane;
 }
 

@@ -16,7 +16,7 @@ namespace image {
 struct Plane {
     enum class Access { RawRows, RawTiles, DecodedStrips, DecodedTiles, RgbStrips, RgbTiles };
 
-    std::uint64_t id = 0;             // unique in the process
+    std::uint64_t file = 0;           // the TiffFile's id when the directory was read
     std::uint64_t firstByteShift = 0; // of this plane behind the page's own data
     Directory directory;
     Access access = Access::RawRows;

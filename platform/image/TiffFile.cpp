@@ -7,10 +7,18 @@
 namespace image {
 
 constexpr std::size_t maxPlanesKept = 1024;
+constexpr std::size_t maxTableEntries = 256 << 10; // in the block tables of the planes that are kept
 constexpr std::size_t maxIdleDecoders = 4;
 
+static std::uint64_t nextFileId()
+{
+    static std::atomic<std::uint64_t> last = 0;
+    return ++last;
+}
+
 TiffFile::TiffFile(const std::filesystem::path& path)
-    : file(path), opened(file.stamp()), structure(file), pageList(structure.pages()), current(opened)
+    : file(path), opened(file.stamp()), id(nextFileId()), structure(file), pageList(structure.pages()),
+      current(opened)
 {
 }
 
@@ -23,31 +31,40 @@ PlanePtr TiffFile::plane(std::uint64_t offset, std::optional<SampleType> declare
         if (found != planes.end())
             return found->second;
     }
-    auto made = std::make_shared<const Plane>(planeOf(structure.directory(offset), declared, shift));
+    const std::uint64_t fileId = id;
+    auto made = std::make_shared<Plane>(planeOf(structure.directory(offset), declared, shift));
+    made->file = fileId;
     const std::lock_guard lock(mutex);
-    if (planes.size() >= maxPlanesKept)
+    if (planes.size() >= maxPlanesKept || tableEntries > maxTableEntries) {
         planes.clear();
+        tableEntries = 0;
+    }
+    tableEntries += made->directory.blockOffsets.size();
     return planes.emplace(key, std::move(made)).first->second;
 }
 
 // Another program may write to the file while it is open here. What was read of its directories is then
 // forgotten and read again, so that no pixel is taken from an outdated offset.
-void TiffFile::refuseStale()
+void TiffFile::refuseStale(const Plane& plane)
 {
     const FileStamp now = file.stamp();
     const std::lock_guard lock(mutex);
-    if (now == current)
+    if (now == current && plane.file == id)
         return;
+    if (now == current)
+        throw StalePlane{};
     current = now;
     ++generation;
+    id = nextFileId();
     planes.clear();
+    tableEntries = 0;
     idleDecoders.clear();
     throw StalePlane{};
 }
 
 BlockPtr TiffFile::load(const Plane& plane, int block)
 {
-    refuseStale();
+    refuseStale(plane);
     auto result = std::make_shared<Block>(plane.blockBytes(block));
     switch (plane.access) {
     case Plane::Access::RawRows:
@@ -186,18 +203,31 @@ void TiffFile::giveDecoder(Lease lease)
     idleDecoders.push_back(std::move(lease.decoder));
 }
 
+// Without a decoder the pixels themselves say how many bytes there must be; tables are often wrong about the
+// last strip.
+static void requireRawInFile(const Plane& plane, int block, std::uint64_t fileSize)
+{
+    const Directory& d = plane.directory;
+    const int row = d.tiled ? 0 : block % d.blocksDown() * d.blockHeight;
+    const int rows = d.tiled ? d.blockHeight : std::min(d.blockHeight, d.height - row);
+    const std::uint64_t bytes = static_cast<std::uint64_t>(rows) * plane.rowBytes;
+    requireInside(d, static_cast<std::size_t>(block), 0, bytes);
+    const std::uint64_t offset = d.blockOffsets[static_cast<std::size_t>(block)];
+    if (offset > fileSize || bytes > fileSize - offset)
+        throw FormatError("the file is truncated: a strip or tile lies beyond its end");
+}
+
 void TiffFile::check(const Plane& plane)
 {
     const Directory& d = plane.directory;
     const bool raw = plane.access == Plane::Access::RawRows || plane.access == Plane::Access::RawTiles;
-    if (raw) {
-        // The last row tells whether all are there; a tile or the run of rows around it is read.
-        load(plane, plane.blockCount() - 1);
-        load(plane, 0);
-        return;
-    }
     for (std::size_t block = 0; block < d.blockOffsets.size(); ++block)
-        requireInFile(d, block, size());
+        if (raw)
+            requireRawInFile(plane, static_cast<int>(block), size());
+        else
+            requireInFile(d, block, size());
+    if (raw)
+        return;
     if (plane.access != Plane::Access::DecodedStrips) {
         load(plane, 0);
         return;

@@ -7,6 +7,7 @@
 #include "platform/image/Plane.h"
 #include "platform/image/TiffDecoder.h"
 
+#include <atomic>
 #include <filesystem>
 #include <memory>
 #include <mutex>
@@ -27,8 +28,8 @@ public:
 
     const std::vector<PageSummary>& pages() const { return pageList; }
     const TiffStructure& tags() const { return structure; }
-    std::uint64_t size() const { return opened.size; }
-    FileStamp stamp() const { return opened; } // at the time of opening
+    std::uint64_t size() const { return opened.size; } // bytes
+    FileStamp stamp() const { return opened; }         // at the time of opening
 
     // The plane whose directory is at the offset. The last is used again as long as the file does not change.
     PlanePtr plane(std::uint64_t directoryOffset, std::optional<SampleType> declared,
@@ -55,7 +56,7 @@ private:
         unsigned generation; // in which it was made
     };
 
-    void refuseStale();
+    void refuseStale(const Plane& plane);
     void loadRows(const Plane& plane, int block, std::span<std::byte> out);
     void loadRawTile(const Plane& plane, int block, std::span<std::byte> out);
     void decode(const Plane& plane, int block, std::span<std::byte> out);
@@ -65,6 +66,7 @@ private:
 
     InputFile file;
     FileStamp opened;
+    std::atomic<std::uint64_t> id; // unique in the process; a new one when the file has changed
     TiffStructure structure;
     std::vector<PageSummary> pageList;
 
@@ -72,6 +74,7 @@ private:
     FileStamp current;
     unsigned generation = 0; // counts changes of the file
     std::unordered_map<PlaneKey, PlanePtr, PlaneKeyHash> planes;
+    std::size_t tableEntries = 0; // of the planes' block tables
     std::vector<std::unique_ptr<TiffDecoder>> idleDecoders;
 };
 

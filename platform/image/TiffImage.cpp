@@ -222,8 +222,10 @@ RecentSection& TiffImage::view(const SectionIndex& section, int level)
 
 BlockPtr TiffImage::cached(const RecentSection& view, int number, bool keep)
 {
-    const BlockKey key{view.plane->id, static_cast<std::uint64_t>(number)};
-    const auto load = [&] { return view.file->load(*view.plane, number); };
+    const Plane& plane = *view.plane;
+    const BlockKey key{plane.file, plane.directory.offset, plane.firstByteShift,
+                       static_cast<std::uint64_t>(number)};
+    const auto load = [&] { return view.file->load(plane, number); };
     if (keep)
         return BlockCache::instance().get(key, load);
     const BlockPtr found = BlockCache::instance().find(key);
@@ -345,7 +347,9 @@ static std::string nameOf(const SectionIndex& s)
 // Runs a read; a file that was changed meanwhile is looked at anew, once.
 template<class Action> bool TiffImage::attempt(const SectionIndex& section, Action action)
 {
-    const auto fail = [&](const char* reason) {
+    bool changed = false;
+    const auto fail = [&](const std::string& text) {
+        const std::string reason = changed ? "the file has changed since it was opened (" + text + ")" : text;
         recentSection = {};
         lastReadError =
             "Cannot read " + nameOf(section) + " of \"" + dataset.info.path.string() + "\": " + reason + ".";
@@ -355,6 +359,7 @@ template<class Action> bool TiffImage::attempt(const SectionIndex& section, Acti
         try {
             return action();
         } catch (const StalePlane&) {
+            changed = true;
             recentSection = {};
             return action();
         }
