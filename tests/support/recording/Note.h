@@ -20,8 +20,7 @@ extern State state;
 std::string text(const char* value);
 std::string text(float value);
 std::string text(Widget widget);
-template<typename Integer>
-requires std::integral<Integer> std::string text(Integer value)
+std::string text(std::integral auto value)
 {
     return std::to_string(value);
 }

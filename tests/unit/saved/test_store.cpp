@@ -1,0 +1,163 @@
+#include <gmock/gmock.h> // before X, whose macros it does not stand
+
+#include "saved/savedProfiles.h"
+#include "tests/support/recording/Recording.h"
+
+#include <ctime>
+
+using recording::calls;
+using recording::callsOf;
+using recording::script;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+static const std::vector<std::string> controlCalls{"WMEnableField", "WMDisableField", "WMUpdateField"};
+
+class Store : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        recording::reset();
+        savedControls = {recording::makeToken("counter"), recording::makeToken("Clear"),
+                         recording::makeToken("Write")};
+        settings = {0, 0, 0.5f};
+        script.waves = {488.9f, 561.2f, 640};
+        script.displayed = {1, 0, 1};
+        script.colors = {0, 1, 2};
+        segment.start = {3, 10, 20, 1};
+        segment.end = {0, 6, 20, 1};
+        sampleProfile();
+        profile.fwhmValue = 0.625f;
+        calls.clear();
+    }
+    void TearDown() override { clear(); }
+
+    static const SavedProfile& save()
+    {
+        saveCurrentProfile(nullptr, nullptr, nullptr);
+        return *savedProfiles[savedCount - 1];
+    }
+    static void clear() { clearSavedProfiles(nullptr, nullptr, nullptr); }
+};
+
+TEST_F(Store, KeepsTheProfileWithItsContext)
+{
+    script.z = 2, script.t = 3, script.nt = 4;
+    script.header = {
+        {1,  7.25 },
+        {14, 101.5}
+    };
+    script.stageOrigin[0] = 100;
+    settings.showFwhm = 1;
+    const SavedProfile& saved = save();
+    EXPECT_STREQ(saved.imageName, "/images/cells.ome.tif");
+    EXPECT_EQ(saved.sampleCount, 5);
+    EXPECT_THAT(std::vector<int>(saved.channelWaves, saved.channelWaves + saved.channelCount),
+                ElementsAre(488, 640));
+    EXPECT_EQ(saved.channelSamples[1][4], 20006);
+    EXPECT_EQ(saved.pixelPoints[4].x, 6);
+    EXPECT_EQ(saved.micronPoints[4].x, 103);
+    EXPECT_EQ(saved.segmentCopy[0].markerId, 3);
+    EXPECT_EQ(saved.segmentCopy[1].x, 103);
+    EXPECT_EQ(saved.segmentLength, 2);
+    EXPECT_FLOAT_EQ(saved.angle, -179.99985f);
+    EXPECT_EQ(saved.zSection, 3);
+    EXPECT_EQ(saved.timePoint, 4);
+    EXPECT_EQ(saved.timeSeconds, 7.25f);
+    EXPECT_EQ(saved.knownBias, 101.5f);
+    EXPECT_EQ(saved.pixelSize, 0.5f);
+    EXPECT_EQ(saved.peakFwhm, 0.625f);
+    EXPECT_THAT(callsOf(controlCalls),
+                ElementsAre("WMEnableField(Clear)", "WMEnableField(Write)", "WMUpdateField(counter)"));
+}
+
+TEST_F(Store, SavedAtIsTheLocalTimeWithoutItsLineFeed)
+{
+    std::string text = save().savedAt;
+    tm parsed = {};
+    const char* end = strptime(text.c_str(), "%a %b %d %H:%M:%S %Y", &parsed);
+    ASSERT_TRUE(end && *end == '\0') << text;
+    parsed.tm_isdst = -1;
+    EXPECT_NEAR(static_cast<double>(std::mktime(&parsed)), static_cast<double>(std::time(nullptr)), 5);
+}
+
+TEST_F(Store, AsksInOrder)
+{
+    script.z = 1, script.w = 2;
+    save();
+    EXPECT_THAT(callsOf({"IWRtFilename", "IM", "IWRtDisSec"}),
+                ElementsAre("IWRtFilename(1, 0)", "IMRtZWTP(1)", "IWRtDisSec_ZWTP(1)",
+                            "IMRtExHdrValueZWTP(1, 1, 2, 0, 0, 14)", "IMRtDel(1)", "IMRtWav(1)"));
+    EXPECT_THAT(callsOf({"IWDataToTSPos"}),
+                ElementsAre("IWDataToTSPos(10, 20, 1, 1)", "IWDataToTSPos(6, 20, 1, 1)",
+                            "IWDataToTSPos(10, 20, 1, 1)", "IWDataToTSPos(9, 20, 1, 1)",
+                            "IWDataToTSPos(8, 20, 1, 1)", "IWDataToTSPos(7, 20, 1, 1)",
+                            "IWDataToTSPos(6, 20, 1, 1)"));
+}
+
+TEST_F(Store, WhatCannotBeReadIsNeutral)
+{
+    script.filename = "";
+    script.header = {
+        {1, 7.25}
+    }; // a time, but a single time point
+    const SavedProfile& saved = save();
+    EXPECT_STREQ(saved.imageName, "unknown");
+    EXPECT_EQ(saved.timeSeconds, 0);
+    EXPECT_EQ(saved.knownBias, 0);
+    EXPECT_EQ(saved.peakFwhm, 0); // the option is off
+}
+
+TEST_F(Store, ChannelsThatTheProfileLacksAreZero)
+{
+    script.displayed = {1, 1, 1};
+    const SavedProfile& saved = save();
+    EXPECT_EQ(saved.channelCount, 3);
+    EXPECT_EQ(saved.channelSamples[1][0], 20010);
+    for (int i = 0; i < saved.sampleCount; i++)
+        EXPECT_EQ(saved.channelSamples[2][i], 0);
+}
+
+TEST_F(Store, NeverKeepsMoreThanFiveChannels)
+{
+    script.waves.assign(9, 500);
+    script.displayed.assign(9, 1);
+    script.colors.assign(9, 1);
+    sampleProfile();
+    EXPECT_EQ(save().channelCount, 5);
+}
+
+TEST_F(Store, RecordsOutliveTheProfile)
+{
+    const SavedProfile& first = save();
+    segment.end = {0, 90, 70, 1};
+    sampleProfile();
+    EXPECT_EQ(save().sampleCount, 81);
+    EXPECT_EQ(first.sampleCount, 5);
+    EXPECT_EQ(first.channelSamples[0][4], 20006);
+    EXPECT_EQ(savedCount, 2);
+}
+
+TEST_F(Store, NothingIsSavedWithoutAProfile)
+{
+    segment.end = segment.start;
+    sampleProfile();
+    calls.clear();
+    saveCurrentProfile(nullptr, nullptr, nullptr);
+    EXPECT_EQ(savedCount, 0);
+    EXPECT_THAT(calls, IsEmpty());
+}
+
+TEST_F(Store, ClearForgetsAll)
+{
+    for (int saved : {0, 3}) {
+        for (int i = 0; i < saved; i++)
+            save();
+        calls.clear();
+        clear();
+        EXPECT_EQ(savedCount, 0);
+        EXPECT_EQ(savedProfiles, nullptr);
+        EXPECT_THAT(calls,
+                    ElementsAre("WMDisableField(Clear)", "WMDisableField(Write)", "WMUpdateField(counter)"));
+    }
+}
