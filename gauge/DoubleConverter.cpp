@@ -1,4 +1,5 @@
 #include "gauge/LinearGaugeP.h"
+#include "gauge/ResourceRow.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,5 +1,6 @@
 #include "gauge/LinearGaugeP.h"
 #include "gauge/LinearScaleP.h"
+#include "gauge/ResourceRow.h"
 #include "gauge/TickP.h"
 
 #include <Xm/DrawP.h>
@@ -36,49 +37,32 @@ void keepRenderTable(Widget widget, int, XrmValue* value)
 #define GAUGE_FIELD(name) XtOffsetOf(LinearGaugeRec, gauge.name)
 
 XtResource resources[] = {
-    {XmNtraversalOn,                                 XmCTraversalOn, XmRBoolean,                  sizeof(Boolean),
-     XtOffsetOf(LinearGaugeRec,                                                                                                                                                     primitive.traversal_on),                                             XmRImmediate,                                                                                                                                                                 nullptr},
-    {XmNhighlightThickness,                                              XmCHighlightThickness,                                        XmRHorizontalDimension, sizeof(Dimension),
-     XtOffsetOf(LinearGaugeRec, primitive.highlight_thickness),                                                                                                                                                                                                                          XmRImmediate,                                                                                                                                                                                                                                                                                                                                                                        nullptr},
-    {XmNfontList,                                       XmCFontList,                                                     XmRFontList,                                                                      sizeof(XmFontList),                                                                                  GAUGE_FIELD(renderTable),                                    XmRImmediate,
-     nullptr},
-    {XmNrenderTable,                                        XmCRenderTable,                                                      XmRRenderTable,                                                                    sizeof(XmRenderTable),                                                                            GAUGE_FIELD(renderTable),
-     XmRCallProc,     reinterpret_cast<XtPointer>(keepRenderTable)                                                                                                                                                                                                                                                                                                                                                                  },
-    {XmNxrtGaBorder,  "XrtGaBorder",                XmRInt,                              sizeof(int),                                                                             GAUGE_FIELD(border),                                                                         XmRImmediate,
-     reinterpret_cast<XtPointer>(XRTGA_BORDER_NONE)},
-    {XmNxrtGaDebug, "XrtGaDebug",               XmRBoolean,                              sizeof(Boolean),                                                                               GAUGE_FIELD(debug),                                                                        XmRImmediate,                                                                                               nullptr                                                                                                                                                                                                                                                                                                                                                                },
-    {XmNxrtGaDoubleBuffer,                                       "XrtGaDoubleBuffer",                                                     XmRBoolean,                                                             sizeof(Boolean),                                                                 GAUGE_FIELD(doubleBuffer),
-     XmRImmediate,reinterpret_cast<XtPointer>(True)},
-    {XmNxrtGaRepaint,             "XrtGaRepaint",                           XmRBoolean,                                        sizeof(Boolean),                                                                           GAUGE_FIELD(repaint),                                                        XmRImmediate,
-     reinterpret_cast<XtPointer>(True)                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                     },
-    {XmNxrtGaUseRenderList,              "XrtGaUseRenderList",                            XmRBoolean,                                   sizeof(Boolean),                                                               GAUGE_FIELD(useRenderList),
-     XmRImmediate,                                                             nullptr},
-    {XmNxrtGaExposeCallback,                                       XmCCallback,                                                     XmRCallback,                                                           sizeof(XtCallbackList),                                                                       GAUGE_FIELD(exposeCallback),
-     XmRCallback,nullptr                                                                                                                                                                                                                                                                                                                                                                                                                                                                               },
-    {XmNxrtGaInteractionCallback,                                       XmCCallback,                                                     XmRCallback,                                                      sizeof(XtCallbackList),
-     GAUGE_FIELD(interactionCallback),                    XmRCallback,                                                             nullptr                                                                                                                                                                                                                                                                                                                                                                                                },
-    {XmNxrtGaMapCallback,                                       XmCCallback,                                                     XmRCallback,                                                              sizeof(XtCallbackList),                                                                          GAUGE_FIELD(mapCallback),
-     XmRCallback,nullptr},
-    {XmNxrtGaResizeCallback,                                       XmCCallback,                                                     XmRCallback,                                                           sizeof(XtCallbackList),                                                                       GAUGE_FIELD(resizeCallback),
-     XmRCallback,                                                             nullptr                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                             },
-    {XmNxrtGaFrame,                                       "XrtGaFrame",                                                     XmRWidget,                                                                    sizeof(Widget),                                                                               GAUGE_FIELD(frame),                                   XmRImmediate,nullptr},
-    {XmNxrtGaImage,                                       "XrtGaImage",                                                     XmRPixmap,                                                                    sizeof(Pixmap),                                                                               GAUGE_FIELD(image),                                   XmRImmediate,                                                             nullptr                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                 },
-    {XmNxrtGaImageLayout,                                       "XrtGaImageLayout",                                                     XmRInt,                                                              sizeof(int),                                                                   GAUGE_FIELD(imageLayout),                          XmRImmediate,
-     nullptr},
-    {XmNxrtGaLinearScaleList,                                        "XrtGaLinearScaleList",                                                      XmRWidgetList,                                                           sizeof(WidgetList),                                                           GAUGE_FIELD(scales),
-     XmRImmediate, nullptr                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                      },
-    {XmNxrtGaTickList,                                       "XrtGaTickList",                                                     XmRWidgetList,                                                                 sizeof(WidgetList),                                                                         GAUGE_FIELD(ticks),                         XmRImmediate,
-     nullptr},
-    {XmNxrtGaIndicatorList,                                        "XrtGaIndicatorList",                                                      XmRWidgetList,                                                             sizeof(WidgetList),                                                               GAUGE_FIELD(indicators),
-     XmRImmediate,   nullptr                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                    },
-    {XmNxrtGaRangeList,                                       "XrtGaRangeList",                                                     XmRWidgetList,                                                                sizeof(WidgetList),                                                                       GAUGE_FIELD(ranges),
-     XmRImmediate,       nullptr},
-    {XmNxrtGaTextList,                                       "XrtGaTextList",                                                     XmRWidgetList,                                                                 sizeof(WidgetList),                                                                         GAUGE_FIELD(texts),                         XmRImmediate,
-     nullptr                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                },
-    {XmNxrtGaRenderList,                                        "XrtGaRenderList",                                                      XmRWidgetList,                                                                sizeof(WidgetList),                                                                     GAUGE_FIELD(renderList),
-     XmRImmediate,      nullptr},
-    {XmNxrtGaUserInteractionData,                                       "XrtGaUserInteractionData",                                                     XmRPointer,                                                      sizeof(XtPointer),
-     GAUGE_FIELD(userInteractionData),      XmRImmediate,nullptr                                                                                                                                                                                                                                                                                                                                                                                                },
+    flagRow(XmNtraversalOn, XmCTraversalOn, XtOffsetOf(LinearGaugeRec, primitive.traversal_on), false),
+    dimensionRow(XmNhighlightThickness, XmCHighlightThickness, XmRHorizontalDimension,
+                 XtOffsetOf(LinearGaugeRec, primitive.highlight_thickness), 0),
+    pointerRow(XmNfontList, XmCFontList, XmRFontList, GAUGE_FIELD(renderTable)),
+    computedRow(XmNrenderTable, XmCRenderTable, XmRRenderTable, sizeof(XmRenderTable),
+                GAUGE_FIELD(renderTable), keepRenderTable),
+    intRow(XmNxrtGaBorder, "XrtGaBorder", GAUGE_FIELD(border), XRTGA_BORDER_NONE),
+    flagRow(XmNxrtGaDebug, "XrtGaDebug", GAUGE_FIELD(debug), false),
+    flagRow(XmNxrtGaDoubleBuffer, "XrtGaDoubleBuffer", GAUGE_FIELD(doubleBuffer), true),
+    flagRow(XmNxrtGaRepaint, "XrtGaRepaint", GAUGE_FIELD(repaint), true),
+    flagRow(XmNxrtGaUseRenderList, "XrtGaUseRenderList", GAUGE_FIELD(useRenderList), false),
+    callbackRow(XmNxrtGaExposeCallback, GAUGE_FIELD(exposeCallback)),
+    callbackRow(XmNxrtGaInteractionCallback, GAUGE_FIELD(interactionCallback)),
+    callbackRow(XmNxrtGaMapCallback, GAUGE_FIELD(mapCallback)),
+    callbackRow(XmNxrtGaResizeCallback, GAUGE_FIELD(resizeCallback)),
+    pointerRow(XmNxrtGaFrame, "XrtGaFrame", XmRWidget, GAUGE_FIELD(frame)),
+    pointerRow(XmNxrtGaImage, "XrtGaImage", XmRPixmap, GAUGE_FIELD(image)),
+    intRow(XmNxrtGaImageLayout, "XrtGaImageLayout", GAUGE_FIELD(imageLayout), 0),
+    pointerRow(XmNxrtGaLinearScaleList, "XrtGaLinearScaleList", XmRWidgetList, GAUGE_FIELD(scales)),
+    pointerRow(XmNxrtGaTickList, "XrtGaTickList", XmRWidgetList, GAUGE_FIELD(ticks)),
+    pointerRow(XmNxrtGaIndicatorList, "XrtGaIndicatorList", XmRWidgetList, GAUGE_FIELD(indicators)),
+    pointerRow(XmNxrtGaRangeList, "XrtGaRangeList", XmRWidgetList, GAUGE_FIELD(ranges)),
+    pointerRow(XmNxrtGaTextList, "XrtGaTextList", XmRWidgetList, GAUGE_FIELD(texts)),
+    pointerRow(XmNxrtGaRenderList, "XrtGaRenderList", XmRWidgetList, GAUGE_FIELD(renderList)),
+    pointerRow(XmNxrtGaUserInteractionData, "XrtGaUserInteractionData", XmRPointer,
+               GAUGE_FIELD(userInteractionData)),
 };
 
 void classInitialize();
@@ -138,9 +122,7 @@ WidgetClass xmXrtGaLinearGaugeWidgetClass = reinterpret_cast<WidgetClass>(&linea
 
 namespace {
 
-// --- Drawing through the buffer
-
-bool serverRefused;
+bool serverRefused; // set by the error handler while a buffer is made
 
 int noteRefusal(Display*, XErrorEvent*)
 {
@@ -245,8 +227,6 @@ void repaint(LinearGaugeRec* gauge)
         paint(gauge, 0, 0, gauge->core.width, gauge->core.height);
 }
 
-// --- The lists of children
-
 Cardinal listLength(WidgetList list)
 {
     Cardinal count = 0;
@@ -282,15 +262,14 @@ WidgetList& listFor(LinearGaugeRec* gauge, Widget object)
     return XtIsSubclass(object, xmXrtGaTickObjectClass) ? gauge->gauge.ticks : gauge->gauge.scales;
 }
 
-bool keepList(Widget widget, WidgetList& changed, WidgetList old, const char* name)
+void keepList(Widget widget, WidgetList& changed, WidgetList old, const char* name)
 {
     if (changed == old)
-        return true;
+        return;
     changed = old;
     XtAppWarningMsg(XtWidgetToApplicationContext(widget), "readOnly", "setValues", "XmXrtGaError",
                     (std::string("The list ") + name + " is kept by the gauge and can't be set.").c_str(),
                     nullptr, nullptr);
-    return false;
 }
 
 } // namespace
@@ -334,8 +313,6 @@ void gaugeChanged(Widget object)
 }
 
 namespace {
-
-// --- Class methods
 
 void classInitialize()
 {

@@ -9,8 +9,6 @@
 #include <Xm/PrimitiveP.h>
 #include <Xm/XmP.h>
 
-inline constexpr char XmRXrtGaDouble[] = "Double";
-
 struct LinearGaugeClassPart {
     XtPointer extension;
 };
@@ -67,7 +65,7 @@ void gaugeRelease(Widget object);
 // Repaints the gauge after a change of one of its objects, at once where the gauge is on the screen.
 void gaugeChanged(Widget object);
 
-// Registers the converter from String to the type "Double"; a second call does nothing.
+// Registers the converter from String to the type XmRXrtGaDouble; a second call does nothing.
 void registerDoubleConverter();
 
 #endif

@@ -1,4 +1,5 @@
 #include "gauge/LinearScaleP.h"
+#include "gauge/ResourceRow.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,23 +12,17 @@ const double one = 1.0;
 #define SCALE_FIELD(name) XtOffsetOf(LinearScaleRec, scale.name)
 
 XtResource resources[] = {
-    {XmNx,                      XmCPosition,           XmRPosition,    sizeof(Position),       SCALE_FIELD(x),              XmRImmediate,   nullptr                          },
-    {XmNy,                      XmCPosition,           XmRPosition,    sizeof(Position),       SCALE_FIELD(y),              XmRImmediate,   nullptr                          },
-    {XmNwidth,                  XmCWidth,              XmRDimension,   sizeof(Dimension),      SCALE_FIELD(width),          XmRImmediate,   nullptr                          },
-    {XmNheight,                 XmCHeight,             XmRDimension,   sizeof(Dimension),      SCALE_FIELD(height),         XmRImmediate,   nullptr                          },
-    {XmNxrtGaAllowTransform,    "XrtGaAllowTransform", XmRBoolean,     sizeof(Boolean),        SCALE_FIELD(allowTransform),
-     XmRImmediate,                                                                                                                          reinterpret_cast<XtPointer>(True)},
-    {XmNxrtGaDebug,             "XrtGaDebug",          XmRBoolean,     sizeof(Boolean),        SCALE_FIELD(debug),          XmRImmediate,   nullptr                          },
-    {XmNxrtGaDirection,         "XrtGaDirection",      XmRInt,         sizeof(int),            SCALE_FIELD(direction),      XmRImmediate,
-     reinterpret_cast<XtPointer>(XRTGA_ASCENDING)                                                                                                                            },
-    {XmNxrtGaOrientation,       "XrtGaOrientation",    XmRInt,         sizeof(int),            SCALE_FIELD(orientation),    XmRImmediate,
-     reinterpret_cast<XtPointer>(XRTGA_HORIZONTAL)                                                                                                                           },
-    {XmNxrtGaMax,               "XrtGaMax",            XmRXrtGaDouble, sizeof(double),         SCALE_FIELD(max),            XmRXrtGaDouble,
-     const_cast<double*>(&one)                                                                                                                                               },
-    {XmNxrtGaMin,               "XrtGaMin",            XmRXrtGaDouble, sizeof(double),         SCALE_FIELD(min),            XmRXrtGaDouble,
-     const_cast<double*>(&nought)                                                                                                                                            },
-    {XmNxrtGaTransformCallback, XmCCallback,           XmRCallback,    sizeof(XtCallbackList),
-     SCALE_FIELD(transformCallback),                                                                                        XmRCallback,    nullptr                          },
+    dimensionRow(XmNx, XmCPosition, XmRPosition, SCALE_FIELD(x), 0),
+    dimensionRow(XmNy, XmCPosition, XmRPosition, SCALE_FIELD(y), 0),
+    dimensionRow(XmNwidth, XmCWidth, XmRDimension, SCALE_FIELD(width), 0),
+    dimensionRow(XmNheight, XmCHeight, XmRDimension, SCALE_FIELD(height), 0),
+    flagRow(XmNxrtGaAllowTransform, "XrtGaAllowTransform", SCALE_FIELD(allowTransform), true),
+    flagRow(XmNxrtGaDebug, "XrtGaDebug", SCALE_FIELD(debug), false),
+    intRow(XmNxrtGaDirection, "XrtGaDirection", SCALE_FIELD(direction), XRTGA_ASCENDING),
+    intRow(XmNxrtGaOrientation, "XrtGaOrientation", SCALE_FIELD(orientation), XRTGA_HORIZONTAL),
+    doubleRow(XmNxrtGaMax, "XrtGaMax", SCALE_FIELD(max), &one),
+    doubleRow(XmNxrtGaMin, "XrtGaMin", SCALE_FIELD(min), &nought),
+    callbackRow(XmNxrtGaTransformCallback, SCALE_FIELD(transformCallback)),
 };
 
 LinearScaleRec* asScale(Widget widget)
@@ -49,6 +44,7 @@ void initialize(Widget, Widget created, ArgList, Cardinal*)
 // change of a range of NaN.
 Boolean setValues(Widget old, Widget, Widget widget, ArgList, Cardinal*)
 {
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
     bool changed = std::memcmp(&asScale(old)->scale, &asScale(widget)->scale, sizeof(LinearScalePart)) != 0;
     if (!changed)
         return False;

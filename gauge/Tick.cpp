@@ -1,4 +1,5 @@
 #include "gauge/LinearScaleP.h"
+#include "gauge/ResourceRow.h"
 #include "gauge/TickP.h"
 
 #include <cstring>
@@ -29,38 +30,25 @@ void foregroundOfGauge(Widget widget, int, XrmValue* value)
 #define TICK_FIELD(name) XtOffsetOf(TickRec, tick.name)
 
 XtResource resources[] = {
-    {XmNxrtGaScale,               "XrtGaScale",               XmRWidget,      sizeof(Widget),         TICK_FIELD(scale),       XmRImmediate,   nullptr                                                },
-    {XmNxrtGaAutomatic,           "XrtGaAutomatic",           XmRBoolean,     sizeof(Boolean),        TICK_FIELD(automatic),   XmRImmediate,
-     reinterpret_cast<XtPointer>(True)                                                                                                                                                                },
-    {XmNxrtGaIncrementValue,      "XrtGaIncrementValue",      XmRXrtGaDouble, sizeof(double),         TICK_FIELD(increment),
-     XmRXrtGaDouble,                                                                                                                           const_cast<double*>(&unset)                            },
-    {XmNxrtGaStartValue,          "XrtGaStartValue",          XmRXrtGaDouble, sizeof(double),         TICK_FIELD(start),       XmRXrtGaDouble,
-     const_cast<double*>(&unset)                                                                                                                                                                      },
-    {XmNxrtGaStopValue,           "XrtGaStopValue",           XmRXrtGaDouble, sizeof(double),         TICK_FIELD(stop),        XmRXrtGaDouble,
-     const_cast<double*>(&unset)                                                                                                                                                                      },
-    {XmNxrtGaDrawLabels,          "XrtGaDrawLabels",          XmRBoolean,     sizeof(Boolean),        TICK_FIELD(drawLabels),  XmRImmediate,
-     nullptr                                                                                                                                                                                          },
-    {XmNxrtGaLabelFunc,           "XrtGaLabelFunc",           XmRFunction,    sizeof(XrtGaLabelFunc), TICK_FIELD(labelFunc),
-     XmRImmediate,                                                                                                                             nullptr                                                },
-    {XmNxrtGaPrecision,           "XrtGaPrecision",           XmRInt,         sizeof(int),            TICK_FIELD(precision),   XmRImmediate,
-     reinterpret_cast<XtPointer>(gauge::defaultPrecision)                                                                                                                                             },
-    {XmNxrtGaPrecisionUseDefault, "XrtGaPrecisionUseDefault", XmRInt,         sizeof(int),
-     TICK_FIELD(precisionUseDefault),                                                                                          XmRImmediate,   reinterpret_cast<XtPointer>(XRTGA_PRECISION_IF_DEFAULT)},
-    {XmNxrtGaOffset,              "XrtGaOffset",              XmRXrtGaDouble, sizeof(double),         TICK_FIELD(offset),      XmRXrtGaDouble,
-     const_cast<double*>(&nought)                                                                                                                                                                     },
-    {XmNxrtGaInnerExtent,         "XrtGaInnerExtent",         XmRXrtGaDouble, sizeof(double),         TICK_FIELD(innerExtent),
-     XmRXrtGaDouble,                                                                                                                           const_cast<double*>(&one)                              },
-    {XmNxrtGaOuterExtent,         "XrtGaOuterExtent",         XmRXrtGaDouble, sizeof(double),         TICK_FIELD(outerExtent),
-     XmRXrtGaDouble,                                                                                                                           const_cast<double*>(&one)                              },
-    {XmNxrtGaLabelExtent,         "XrtGaLabelExtent",         XmRXrtGaDouble, sizeof(double),         TICK_FIELD(labelExtent),
-     XmRXrtGaDouble,                                                                                                                           const_cast<double*>(&one)                              },
-    {XmNxrtGaIsShowing,           "XrtGaIsShowing",           XmRBoolean,     sizeof(Boolean),        TICK_FIELD(isShowing),   XmRImmediate,
-     reinterpret_cast<XtPointer>(True)                                                                                                                                                                },
-    {XmNxrtGaTickType,            "XrtGaTickType",            XmRInt,         sizeof(int),            TICK_FIELD(tickType),    XmRImmediate,   nullptr                                                },
-    {XmNwidth,                    XmCWidth,                   XmRDimension,   sizeof(Dimension),      TICK_FIELD(width),       XmRImmediate,
-     reinterpret_cast<XtPointer>(1)                                                                                                                                                                   },
-    {XmNbackground,               XmCBackground,              XmRPixel,       sizeof(Pixel),          TICK_FIELD(background),  XmRCallProc,
-     reinterpret_cast<XtPointer>(foregroundOfGauge)                                                                                                                                                   },
+    pointerRow(XmNxrtGaScale, "XrtGaScale", XmRWidget, TICK_FIELD(scale)),
+    flagRow(XmNxrtGaAutomatic, "XrtGaAutomatic", TICK_FIELD(automatic), true),
+    doubleRow(XmNxrtGaIncrementValue, "XrtGaIncrementValue", TICK_FIELD(increment), &unset),
+    doubleRow(XmNxrtGaStartValue, "XrtGaStartValue", TICK_FIELD(start), &unset),
+    doubleRow(XmNxrtGaStopValue, "XrtGaStopValue", TICK_FIELD(stop), &unset),
+    flagRow(XmNxrtGaDrawLabels, "XrtGaDrawLabels", TICK_FIELD(drawLabels), false),
+    pointerRow(XmNxrtGaLabelFunc, "XrtGaLabelFunc", XmRFunction, TICK_FIELD(labelFunc)),
+    intRow(XmNxrtGaPrecision, "XrtGaPrecision", TICK_FIELD(precision), gauge::defaultPrecision),
+    intRow(XmNxrtGaPrecisionUseDefault, "XrtGaPrecisionUseDefault", TICK_FIELD(precisionUseDefault),
+           XRTGA_PRECISION_IF_DEFAULT),
+    doubleRow(XmNxrtGaOffset, "XrtGaOffset", TICK_FIELD(offset), &nought),
+    doubleRow(XmNxrtGaInnerExtent, "XrtGaInnerExtent", TICK_FIELD(innerExtent), &one),
+    doubleRow(XmNxrtGaOuterExtent, "XrtGaOuterExtent", TICK_FIELD(outerExtent), &one),
+    doubleRow(XmNxrtGaLabelExtent, "XrtGaLabelExtent", TICK_FIELD(labelExtent), &one),
+    flagRow(XmNxrtGaIsShowing, "XrtGaIsShowing", TICK_FIELD(isShowing), true),
+    intRow(XmNxrtGaTickType, "XrtGaTickType", TICK_FIELD(tickType), 0),
+    dimensionRow(XmNwidth, XmCWidth, XmRDimension, TICK_FIELD(width), 1),
+    computedRow(XmNbackground, XmCBackground, XmRPixel, sizeof(Pixel), TICK_FIELD(background),
+                foregroundOfGauge),
 };
 
 void classInitialize()
@@ -91,6 +79,7 @@ void initialize(Widget, Widget created, ArgList, Cardinal*)
 Boolean setValues(Widget old, Widget, Widget widget, ArgList, Cardinal*)
 {
     checkScale(widget);
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
     if (std::memcmp(&asTick(old)->tick, &asTick(widget)->tick, sizeof(TickPart)) == 0)
         return False;
     asTick(widget)->tick.colourKnown = False;

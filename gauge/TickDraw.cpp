@@ -150,8 +150,6 @@ gauge::AxisRequest requestOf(const TickRec* object, const Axis& axis, const Labe
     return request;
 }
 
-// --- Colour
-
 double brightness(const XColor& colour)
 {
     return (0.299 * colour.red + 0.587 * colour.green + 0.114 * colour.blue) / 65535.0;
@@ -185,8 +183,6 @@ Pixel colourOf(TickRec* object, const LinearGaugeRec* gauge)
     tick.colourKnown = True;
     return tick.colour;
 }
-
-// --- Drawing
 
 struct Canvas {
     Display* display;

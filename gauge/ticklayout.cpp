@@ -22,7 +22,7 @@ double powerOfTen(int exponent)
 {
     if (std::abs(exponent) > largestPower)
         return std::pow(10.0, exponent);
-    return powersOfTen[static_cast<std::size_t>(exponent + largestPower)];
+    return powersOfTen.at(exponent + largestPower);
 }
 
 // The exponent of a positive value in scientific notation; a power of ten that suffered rounding counts as

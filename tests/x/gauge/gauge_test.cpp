@@ -183,16 +183,29 @@ protected:
     Axis distance;
 };
 
-TEST_F(GaugeTest, hasItsDefaults)
-{
+// One of each class without any resource given.
+class DefaultsTest : public GaugeTest {
+protected:
     Widget gauge = XtVaCreateWidget("g", xmXrtGaLinearGaugeWidgetClass, board, nullptr);
     Widget scale = XtVaCreateWidget("s", xmXrtGaLinearScaleObjectClass, gauge, nullptr);
     Widget tick = XtVaCreateWidget("t", xmXrtGaTickObjectClass, gauge, nullptr);
-    struct {
+
+    template<class Value> struct Row {
         Widget object;
         const char* name;
-        double value;
-    } doubles[] = {
+        Value value;
+    };
+
+    template<class Stored, class Value, std::size_t Size> void expectAll(const Row<Value> (&rows)[Size])
+    {
+        for (const auto& row : rows)
+            EXPECT_EQ(valueOf<Stored>(row.object, row.name), row.value) << row.name;
+    }
+};
+
+TEST_F(DefaultsTest, ofNumbers)
+{
+    const Row<double> doubles[] = {
         {scale, XmNxrtGaMin,         0                                 },
         {scale, XmNxrtGaMax,         1                                 },
         {tick,  XmNxrtGaOffset,      0                                 },
@@ -201,13 +214,7 @@ TEST_F(GaugeTest, hasItsDefaults)
         {tick,  XmNxrtGaLabelExtent, 1                                 },
         {tick,  XmNxrtGaStopValue,   std::numeric_limits<double>::max()}
     };
-    for (const auto& row : doubles)
-        EXPECT_EQ(doubleOf(row.object, row.name), row.value) << row.name;
-    struct {
-        Widget object;
-        const char* name;
-        int value;
-    } ints[] = {
+    const Row<int> ints[] = {
         {gauge, XmNxrtGaBorder,              3  },
         {gauge, XmNxrtGaImageLayout,         0  },
         {scale, XmNxrtGaOrientation,         2  },
@@ -216,13 +223,22 @@ TEST_F(GaugeTest, hasItsDefaults)
         {tick,  XmNxrtGaPrecisionUseDefault, 2  },
         {tick,  XmNxrtGaTickType,            0  }
     };
-    for (const auto& row : ints)
-        EXPECT_EQ(valueOf<int>(row.object, row.name), row.value) << row.name;
-    struct {
-        Widget object;
-        const char* name;
-        bool value;
-    } flags[] = {
+    const Row<int> sizes[] = {
+        {scale, XmNx,                  0},
+        {scale, XmNy,                  0},
+        {scale, XmNwidth,              0},
+        {scale, XmNheight,             0},
+        {tick,  XmNwidth,              1},
+        {gauge, XmNhighlightThickness, 0}
+    };
+    expectAll<double>(doubles);
+    expectAll<int>(ints);
+    expectAll<Dimension>(sizes);
+}
+
+TEST_F(DefaultsTest, ofFlagsAndPointers)
+{
+    const Row<bool> flags[] = {
         {gauge, XmNxrtGaDebug,          false},
         {gauge, XmNxrtGaDoubleBuffer,   true },
         {gauge, XmNxrtGaRepaint,        true },
@@ -234,16 +250,19 @@ TEST_F(GaugeTest, hasItsDefaults)
         {tick,  XmNxrtGaIsShowing,      true },
         {gauge, XmNtraversalOn,         false}
     };
-    for (const auto& row : flags)
-        EXPECT_EQ(valueOf<Boolean>(row.object, row.name), row.value) << row.name;
-    for (const char* name : {XmNx, XmNy, XmNwidth, XmNheight})
-        EXPECT_EQ(valueOf<Dimension>(scale, name), 0) << name;
-    EXPECT_EQ(valueOf<Dimension>(tick, XmNwidth), 1);
-    for (const char* name : {XmNxrtGaIndicatorList, XmNxrtGaRangeList, XmNxrtGaTextList, XmNxrtGaRenderList,
-                             XmNxrtGaFrame, XmNxrtGaImage, XmNxrtGaUserInteractionData})
-        EXPECT_EQ(valueOf<XtPointer>(gauge, name), nullptr) << name;
-    EXPECT_EQ(valueOf<Widget>(tick, XmNxrtGaScale), nullptr);
-    EXPECT_EQ(valueOf<XtPointer>(tick, XmNxrtGaLabelFunc), nullptr);
+    const Row<XtPointer> pointers[] = {
+        {gauge, XmNxrtGaIndicatorList,       nullptr},
+        {gauge, XmNxrtGaRangeList,           nullptr},
+        {gauge, XmNxrtGaTextList,            nullptr},
+        {gauge, XmNxrtGaRenderList,          nullptr},
+        {gauge, XmNxrtGaFrame,               nullptr},
+        {gauge, XmNxrtGaImage,               nullptr},
+        {gauge, XmNxrtGaUserInteractionData, nullptr},
+        {tick,  XmNxrtGaScale,               nullptr},
+        {tick,  XmNxrtGaLabelFunc,           nullptr}
+    };
+    expectAll<Boolean>(flags);
+    expectAll<XtPointer>(pointers);
 }
 
 TEST_F(GaugeTest, givesBackEveryDouble)
@@ -440,6 +459,17 @@ TEST_F(GaugeTest, followsItsSize)
     dispatchPending();
     EXPECT_THAT(marksRight(imageOf(distance.gauge), 2, ground(distance)),
                 ElementsAre(60, 120, 180, 240, 299));
+}
+
+TEST_F(GaugeTest, callsBackWhenMappedAndResized)
+{
+    bool mapped = false, resized = false;
+    XtAddCallback(distance.gauge, XmNxrtGaMapCallback, noteCall, &mapped);
+    XtAddCallback(distance.gauge, XmNxrtGaResizeCallback, noteCall, &resized);
+    show();
+    EXPECT_TRUE(mapped);
+    XtResizeWidget(distance.gauge, width + 1, 24, 0);
+    EXPECT_TRUE(resized);
 }
 
 TEST_F(GaugeTest, looksTheSameWithoutABuffer)

@@ -1,0 +1,66 @@
+// One row of a resource table by the kind of its value. For the tables of the gauge's three classes.
+#ifndef GAUGE_RESOURCEROW_H
+#define GAUGE_RESOURCEROW_H
+
+#include <X11/IntrinsicP.h>
+
+#include <Xm/XmP.h>
+
+// The resource type of doubles; see registerDoubleConverter().
+inline constexpr char XmRXrtGaDouble[] = "Double";
+
+inline XtResource immediateRow(const char* name, const char* className, const char* type, Cardinal size,
+                               Cardinal offset, XtArgVal standard)
+{
+    return {name, className, type, size, offset, XmRImmediate, reinterpret_cast<XtPointer>(standard)};
+}
+
+inline XtResource flagRow(const char* name, const char* className, Cardinal offset, bool standard)
+{
+    return immediateRow(name, className, XmRBoolean, sizeof(Boolean), offset, standard);
+}
+
+inline XtResource intRow(const char* name, const char* className, Cardinal offset, int standard)
+{
+    return immediateRow(name, className, XmRInt, sizeof(int), offset, static_cast<XtArgVal>(standard));
+}
+
+// standard is read when an object is created.
+inline XtResource doubleRow(const char* name, const char* className, Cardinal offset, const double* standard)
+{
+    return {name,
+            className,
+            XmRXrtGaDouble,
+            sizeof(double),
+            offset,
+            XmRXrtGaDouble,
+            const_cast<double*>(standard)};
+}
+
+inline XtResource dimensionRow(const char* name, const char* className, const char* type, Cardinal offset,
+                               Dimension standard)
+{
+    static_assert(sizeof(Dimension) == sizeof(Position));
+    return immediateRow(name, className, type, sizeof(Dimension), offset, standard);
+}
+
+// Null where nothing is set.
+inline XtResource pointerRow(const char* name, const char* className, const char* type, Cardinal offset)
+{
+    static_assert(sizeof(XtPointer) == sizeof(Pixmap));
+    return immediateRow(name, className, type, sizeof(XtPointer), offset, 0);
+}
+
+inline XtResource callbackRow(const char* name, Cardinal offset)
+{
+    return {name, XmCCallback, XmRCallback, sizeof(XtCallbackList), offset, XmRCallback, nullptr};
+}
+
+// The value comes from a procedure of type XtResourceDefaultProc.
+inline XtResource computedRow(const char* name, const char* className, const char* type, Cardinal size,
+                              Cardinal offset, XtResourceDefaultProc standard)
+{
+    return {name, className, type, size, offset, XmRCallProc, reinterpret_cast<XtPointer>(standard)};
+}
+
+#endif
