@@ -1,0 +1,48 @@
+// The process: the connection to the X server, the open image windows and the event loop. Ends when the last
+// window has closed. Everything runs on the one thread of the loop.
+#pragma once
+
+#include "platform/imagewindow/Options.h"
+
+#include <X11/Intrinsic.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace viewer {
+
+class ImageWindow;
+
+class Application {
+public:
+    // Throws std::runtime_error with a sentence when there is no display. displayName: empty for $DISPLAY.
+    explicit Application(const std::string& displayName);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    // Opens a file in a new window. Throws image::ImageError with a sentence.
+    void open(const std::string& path, const Options& options);
+    // Runs until the last window has closed.
+    void run();
+    // Asks a window to close once the present event has been dealt with; quit() asks all.
+    void close(ImageWindow& window);
+    void quit();
+
+    XtAppContext context() const { return app; }
+    Display* display() const { return connection; }
+    // A program that stands beside this one, else the bare name (then looked up in PATH).
+    static std::string siblingProgram(const std::string& name);
+
+private:
+    static Boolean dispatchDestroy(XEvent* event);
+    void removeClosed();
+
+    XtAppContext app;
+    Display* connection = nullptr;
+    std::vector<std::unique_ptr<ImageWindow>> windows;
+};
+
+} // namespace viewer

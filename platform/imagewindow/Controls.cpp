@@ -1,0 +1,418 @@
+#include "platform/imagewindow/Controls.h"
+
+#include "platform/imagewindow/Canvas.h"
+#include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/LocalText.h"
+#include "platform/imagewindow/Palette.h"
+#include "platform/imagewindow/Readout.h"
+
+#include <X11/IntrinsicP.h> // XtConfigureWidget
+#include <Xm/DrawingA.h>
+#include <Xm/Form.h>
+#include <Xm/Label.h>
+#include <Xm/Protocols.h>
+#include <Xm/RowColumn.h>
+#include <Xm/Scale.h>
+#include <Xm/ScrollBar.h>
+#include <Xm/ScrolledW.h>
+#include <Xm/ToggleB.h>
+
+#include <algorithm>
+
+namespace viewer {
+
+namespace {
+
+constexpr int fewWavelengths = 8; // more than these get a scroll bar of their own
+constexpr std::size_t maxNameLength = 24;
+
+ImageWindow& windowOf(XtPointer client)
+{
+    return *static_cast<ImageWindow*>(client);
+}
+
+void closeAsked(Widget, XtPointer client, XtPointer)
+{
+    windowOf(client).close();
+}
+
+void canvasExposed(Widget, XtPointer client, XtPointer call)
+{
+    windowOf(client).exposed(static_cast<CanvasExposure*>(call)->region);
+}
+
+void areaResized(Widget, XtPointer client, XtPointer)
+{
+    windowOf(client).areaResized();
+}
+
+void toggleChanged(Widget toggle, XtPointer client, XtPointer call)
+{
+    XtPointer wavelength = nullptr;
+    XtVaGetValues(toggle, XmNuserData, &wavelength, nullptr);
+    windowOf(client).setWavelengthShown(static_cast<int>(reinterpret_cast<std::intptr_t>(wavelength)),
+                                        static_cast<XmToggleButtonCallbackStruct*>(call)->set != 0);
+}
+
+void scaleChanged(Widget scale, XtPointer client, XtPointer call)
+{
+    ImageWindow& window = windowOf(client);
+    const int index = static_cast<XmScaleCallbackStruct*>(call)->value - 1;
+    const View& view = window.currentView();
+    const char kind = XtName(scale)[0];
+    window.showSection(kind == 'z' ? index : view.z, kind == 't' ? index : view.t,
+                       kind == 'p' ? index : view.p);
+}
+
+void barMoved(Widget bar, XtPointer client, XtPointer)
+{
+    int horizontal = 0, vertical = 0;
+    XtVaGetValues(XtNameToWidget(XtParent(bar), "horizontal"), XmNvalue, &horizontal, nullptr);
+    XtVaGetValues(XtNameToWidget(XtParent(bar), "vertical"), XmNvalue, &vertical, nullptr);
+    windowOf(client).scrollTo(horizontal, vertical);
+}
+
+// Motion, leaving and overlay commands: everything that the viewer selects on the canvas itself.
+void canvasEvent(Widget, XtPointer client, XEvent* event, Boolean*)
+{
+    ImageWindow& window = windowOf(client);
+    if (event->type == MotionNotify)
+        window.pointerAt(event->xmotion.x, event->xmotion.y);
+    else if (event->type == LeaveNotify && event->xcrossing.mode == NotifyNormal)
+        window.pointerLeft();
+    else if (event->type == PropertyNotify && event->xproperty.state == PropertyNewValue &&
+             event->xproperty.atom == protocol::atoms(event->xproperty.display).overlay)
+        window.overlayArrived();
+}
+
+void portEvent(Widget, XtPointer client, XEvent* event, Boolean*)
+{
+    static_cast<Controls*>(client)->handlePort(*event);
+}
+
+Pixel allocate(Widget widget, const Rgb& color)
+{
+    XColor request{};
+    request.red = static_cast<unsigned short>(color.red * 257);
+    request.green = static_cast<unsigned short>(color.green * 257);
+    request.blue = static_cast<unsigned short>(color.blue * 257);
+    Colormap colormap = 0;
+    XtVaGetValues(widget, XmNcolormap, &colormap, nullptr);
+    return XAllocColor(XtDisplay(widget), colormap, &request) ? request.pixel
+                                                              : WhitePixelOfScreen(XtScreen(widget));
+}
+
+void setLabel(Widget label, const std::string& text)
+{
+    const LabelText string(text);
+    XtVaSetValues(label, XmNlabelString, static_cast<XmString>(string), nullptr);
+}
+
+} // namespace
+
+Controls::Controls(ImageWindow& window, Display* display, Size size, const std::string& userGeometry)
+    : window(window), info(window.image().info())
+{
+    topLevel = XtVaAppCreateShell("imagewindow", "ImageWindow", applicationShellWidgetClass, display,
+                                  XmNdeleteResponse, XmDO_NOTHING, XmNminWidth, 320, XmNminHeight, 240,
+                                  XmNmappedWhenManaged, True, nullptr);
+    if (!userGeometry.empty())
+        XtVaSetValues(topLevel, XmNgeometry, userGeometry.c_str(), nullptr);
+    const Atom deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
+    XmAddWMProtocolCallback(topLevel, deleteWindow, closeAsked, &window);
+    makeWidgets(size);
+}
+
+Controls::~Controls()
+{
+    XtDestroyWidget(topLevel);
+}
+
+void Controls::makeWidgets(Size size)
+{
+    form =
+        XtVaCreateWidget("form", xmFormWidgetClass, topLevel, XmNmarginWidth, 0, XmNmarginHeight, 0, nullptr);
+    menus = makeMenuBar(form, window);
+    XtVaSetValues(menus.bar, XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM,
+                  XmNrightAttachment, XmATTACH_FORM, nullptr);
+    Widget channels = makeToggles(form);
+    XtVaSetValues(channels, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, menus.bar, XmNleftAttachment,
+                  XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, nullptr);
+    // From the bottom up: status lines, then a row for every dimension that there is to choose from.
+    Widget below = makeStatus();
+    pScale = makeScale("position", "pos", info.sizeP, below);
+    below = pScale.row ? pScale.row : below;
+    tScale = makeScale("time", "t", info.sizeT, below);
+    below = tScale.row ? tScale.row : below;
+    zScale = makeScale("z", "z", info.sizeZ, below);
+    below = zScale.row ? zScale.row : below;
+    makeArea(size, channels, below);
+    XtManageChild(form);
+}
+
+Widget Controls::makeToggles(Widget parent)
+{
+    const bool many = info.sizeW > fewWavelengths;
+    Widget holder = parent;
+    if (many)
+        holder =
+            XtVaCreateManagedWidget("channelScroll", xmScrolledWindowWidgetClass, parent, XmNscrollingPolicy,
+                                    XmAUTOMATIC, XmNheight, 50, XmNshadowThickness, 0, nullptr);
+    Widget row =
+        XtVaCreateWidget("channels", xmRowColumnWidgetClass, holder, XmNorientation, XmHORIZONTAL, XmNpacking,
+                         XmPACK_TIGHT, XmNspacing, 10, XmNmarginHeight, 2, XmNmarginWidth, 6, nullptr);
+    for (int w = 0; w < info.sizeW; ++w) {
+        const auto color = static_cast<std::size_t>(
+            colorIndexOrWhite(info.wavelengths[static_cast<std::size_t>(w)].colorIndex));
+        const LabelText name(shortened(wavelengthName(info, w), maxNameLength));
+        Widget toggle = XtVaCreateManagedWidget(
+            ("wavelength" + std::to_string(w + 1)).c_str(), xmToggleButtonWidgetClass, row, XmNlabelString,
+            static_cast<XmString>(name), XmNuserData,
+            reinterpret_cast<XtPointer>(static_cast<std::intptr_t>(w)), XmNindicatorOn, XmINDICATOR_FILL,
+            XmNforeground, allocate(row, textPalette[color]), XmNselectColor, allocate(row, palette[color]),
+            XmNtraversalOn, False, XmNhighlightThickness, 0, nullptr);
+        XtAddCallback(toggle, XmNvalueChangedCallback, toggleChanged, &window);
+        toggles.push_back(toggle);
+    }
+    XtManageChild(row);
+    return many ? holder : row;
+}
+
+Controls::SectionScale Controls::makeScale(const char* name, const char* title, int count, Widget below)
+{
+    SectionScale result;
+    result.count = count;
+    if (count < 2)
+        return result;
+    result.row = XtVaCreateWidget("scaleRow", xmFormWidgetClass, form, XmNleftAttachment, XmATTACH_FORM,
+                                  XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_WIDGET,
+                                  XmNbottomWidget, below, nullptr);
+    const LabelText text(title);
+    Widget label = XtVaCreateManagedWidget("title", xmLabelWidgetClass, result.row, XmNlabelString,
+                                           static_cast<XmString>(text), XmNleftAttachment, XmATTACH_FORM,
+                                           XmNleftOffset, 8, XmNtopAttachment, XmATTACH_FORM,
+                                           XmNbottomAttachment, XmATTACH_FORM, XmNwidth, 30, XmNrecomputeSize,
+                                           False, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+    result.value = XtVaCreateManagedWidget("value", xmLabelWidgetClass, result.row, XmNrightAttachment,
+                                           XmATTACH_FORM, XmNrightOffset, 8, XmNtopAttachment, XmATTACH_FORM,
+                                           XmNbottomAttachment, XmATTACH_FORM, XmNwidth, 80, XmNrecomputeSize,
+                                           False, XmNalignment, XmALIGNMENT_END, nullptr);
+    result.scale = XtVaCreateManagedWidget(
+        name, xmScaleWidgetClass, result.row, XmNorientation, XmHORIZONTAL, XmNminimum, 1, XmNmaximum, count,
+        XmNvalue, 1, XmNscaleMultiple, 1, XmNshowArrows, XmEACH_SIDE, XmNscaleHeight, 15, XmNleftAttachment,
+        XmATTACH_WIDGET, XmNleftWidget, label, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
+        result.value, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 3, XmNbottomAttachment, XmATTACH_FORM,
+        XmNbottomOffset, 3, nullptr);
+    XtAddCallback(result.scale, XmNvalueChangedCallback, scaleChanged, &window);
+    XtAddCallback(result.scale, XmNdragCallback, scaleChanged, &window);
+    XtManageChild(result.row);
+    return result;
+}
+
+Widget Controls::makeStatus()
+{
+    Widget status =
+        XtVaCreateWidget("status", xmFormWidgetClass, form, XmNleftAttachment, XmATTACH_FORM,
+                         XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);
+    const auto line = [&](const char* name, unsigned char alignment) {
+        Widget label =
+            XtVaCreateManagedWidget(name, xmLabelWidgetClass, status, XmNalignment, alignment,
+                                    XmNrecomputeSize, False, XmNmarginHeight, 2, XmNmarginWidth, 8, nullptr);
+        setLabel(label, " ");
+        return label;
+    };
+    pixelLabel = line("pixel", XmALIGNMENT_BEGINNING);
+    stageLabel = line("stage", XmALIGNMENT_BEGINNING);
+    noteLabel = line("note", XmALIGNMENT_END);
+    XtVaSetValues(pixelLabel, XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM,
+                  XmNrightAttachment, XmATTACH_FORM, nullptr);
+    XtVaSetValues(stageLabel, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, pixelLabel,
+                  XmNbottomAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment,
+                  XmATTACH_POSITION, XmNrightPosition, 62, nullptr);
+    XtVaSetValues(noteLabel, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, pixelLabel, XmNbottomAttachment,
+                  XmATTACH_FORM, XmNleftAttachment, XmATTACH_POSITION, XmNleftPosition, 62,
+                  XmNrightAttachment, XmATTACH_FORM, nullptr);
+    XtManageChild(status);
+    return status;
+}
+
+void Controls::makeArea(Size size, Widget above, Widget below)
+{
+    area = XtVaCreateWidget("area", xmDrawingAreaWidgetClass, form, XmNmarginWidth, 0, XmNmarginHeight, 0,
+                            XmNresizePolicy, XmRESIZE_NONE, XmNwidth, size.width, XmNheight, size.height,
+                            XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, above, XmNleftAttachment,
+                            XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment,
+                            XmATTACH_WIDGET, XmNbottomWidget, below, XmNtraversalOn, False, nullptr);
+    XtAddCallback(area, XmNresizeCallback, areaResized, &window);
+    port = XtVaCreateManagedWidget("port", xmDrawingAreaWidgetClass, area, XmNmarginWidth, 0, XmNmarginHeight,
+                                   0, XmNresizePolicy, XmRESIZE_NONE, XmNwidth, size.width, XmNheight,
+                                   size.height, nullptr);
+    const auto makeBar = [&](const char* name, unsigned char orientation) {
+        Widget bar = XtVaCreateWidget(name, xmScrollBarWidgetClass, area, XmNorientation, orientation,
+                                      XmNtraversalOn, False, XmNhighlightThickness, 0, nullptr);
+        XtAddCallback(bar, XmNvalueChangedCallback, barMoved, &window);
+        XtAddCallback(bar, XmNdragCallback, barMoved, &window);
+        return bar;
+    };
+    horizontal = makeBar("horizontal", XmHORIZONTAL);
+    vertical = makeBar("vertical", XmVERTICAL);
+    canvasWidget = XtVaCreateManagedWidget("canvas", canvasWidgetClass, port, XtNwidth, size.width, XtNheight,
+                                           size.height, XtNborderWidth, 0, nullptr);
+    XtAddCallback(canvasWidget, exposeCallback, canvasExposed, &window);
+    XtAddEventHandler(canvasWidget, PointerMotionMask | LeaveWindowMask | PropertyChangeMask, False,
+                      canvasEvent, &window);
+    XtAddEventHandler(port, ButtonPressMask | Button1MotionMask | Button2MotionMask, False, portEvent, this);
+    // The wheel belongs to the viewer also while a tool takes the buttons on the canvas.
+    for (int button : {Button4, Button5})
+        XtGrabButton(port, button, AnyModifier, False, ButtonPressMask, GrabModeAsync, GrabModeAsync, None,
+                     None);
+    popup = makePopupMenu(port, window);
+    XtManageChild(area);
+}
+
+void Controls::show(const std::string& title)
+{
+    XtRealizeWidget(topLevel);
+    setTitle(title);
+}
+
+void Controls::setTitle(const std::string& title)
+{
+    const std::string local = localText(title);
+    XtVaSetValues(topLevel, XmNtitle, local.c_str(), XmNiconName, local.c_str(), nullptr);
+    const protocol::Atoms& atoms = protocol::atoms(XtDisplay(topLevel));
+    XChangeProperty(XtDisplay(topLevel), XtWindow(topLevel), atoms.netWmName, atoms.utf8String, 8,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(title.data()),
+                    static_cast<int>(title.size()));
+}
+
+Size Controls::areaSize() const
+{
+    Dimension width = 0, height = 0;
+    XtVaGetValues(area, XmNwidth, &width, XmNheight, &height, nullptr);
+    return {std::max<int>(width, 1), std::max<int>(height, 1)};
+}
+
+namespace {
+
+void placeBar(Widget bar, bool needed, const XRectangle& rect, int value, int slider, int maximum)
+{
+    if (!needed) {
+        XtUnmanageChild(bar);
+        return;
+    }
+    XtConfigureWidget(bar, rect.x, rect.y, rect.width, rect.height, 0);
+    XtVaSetValues(bar, XmNminimum, 0, XmNmaximum, maximum, XmNsliderSize, std::clamp(slider, 1, maximum),
+                  XmNvalue, std::clamp(value, 0, maximum - slider), XmNincrement, std::max(1, slider / 20),
+                  XmNpageIncrement, std::max(1, slider * 9 / 10), nullptr);
+    XtManageChild(bar);
+}
+
+} // namespace
+
+void Controls::place(const Arrangement& arrangement)
+{
+    const protocol::Geometry& g = arrangement.geometry;
+    const auto [width, height] = arrangement.visible;
+    const auto side = [](int pixels) { return static_cast<unsigned short>(pixels); };
+    const XRectangle below{0, static_cast<short>(height), side(width), scrollBarThickness};
+    const XRectangle right{static_cast<short>(width), 0, scrollBarThickness, side(height)};
+    placeBar(horizontal, arrangement.horizontalBar, below, static_cast<int>(g.originX * g.zoom + 0.5),
+             g.panelWidth, scaledSide(g.imageWidth, g.zoom));
+    placeBar(vertical, arrangement.verticalBar, right, static_cast<int>(g.originY * g.zoom + 0.5),
+             g.panelHeight, scaledSide(g.imageHeight, g.zoom));
+    XtConfigureWidget(port, 0, 0, side(width), side(height), 0);
+    const Size canvas = arrangement.canvas;
+    XtConfigureWidget(canvasWidget, static_cast<Position>(std::max(0, (width - canvas.width) / 2)),
+                      static_cast<Position>(std::max(0, (height - canvas.height) / 2)), side(canvas.width),
+                      side(canvas.height), 0);
+}
+
+void Controls::showScale(SectionScale& section, int index)
+{
+    if (!section.row || section.shown == index)
+        return;
+    section.shown = index;
+    XmScaleSetValue(section.scale, index + 1);
+    setLabel(section.value, std::to_string(index + 1) + " / " + std::to_string(section.count));
+}
+
+void Controls::showView(const View& view)
+{
+    showScale(zScale, view.z);
+    showScale(tScale, view.t);
+    showScale(pScale, view.p);
+    for (std::size_t w = 0; w < toggles.size(); ++w)
+        XmToggleButtonSetState(toggles[w], view.displayed[w], False);
+    for (std::size_t style = 0; style < menus.panelToggles.size(); ++style)
+        XmToggleButtonSetState(menus.panelToggles[style], static_cast<int>(style) == view.style, False);
+}
+
+namespace {
+
+void showText(Widget label, std::string& shown, const std::string& text)
+{
+    if (shown == text)
+        return;
+    shown = text;
+    setLabel(label, text.empty() ? " " : text);
+}
+
+} // namespace
+
+void Controls::showPixel(const std::string& text)
+{
+    showText(pixelLabel, statusTexts[0], text);
+}
+void Controls::showStage(const std::string& text)
+{
+    showText(stageLabel, statusTexts[1], text);
+}
+void Controls::showNote(const std::string& text)
+{
+    showText(noteLabel, statusTexts[2], text);
+}
+
+void Controls::toCanvas(int& x, int& y) const
+{
+    Position left = 0, top = 0;
+    Dimension width = 1, height = 1;
+    XtVaGetValues(canvasWidget, XtNx, &left, XtNy, &top, XtNwidth, &width, XtNheight, &height, nullptr);
+    x = std::clamp(x - left, 0, width - 1);
+    y = std::clamp(y - top, 0, height - 1);
+}
+
+void Controls::handlePort(XEvent& event)
+{
+    if (event.type == MotionNotify) {
+        window.panBy(dragX - event.xmotion.x, dragY - event.xmotion.y);
+        dragX = event.xmotion.x;
+        dragY = event.xmotion.y;
+        return;
+    }
+    if (event.type != ButtonPress)
+        return;
+    XButtonEvent& press = event.xbutton;
+    if (press.button == Button4 || press.button == Button5) {
+        turnWheel(press, press.button == Button4 ? 1 : -1);
+    } else if (press.button == Button3) {
+        XmMenuPosition(popup, &press);
+        XtManageChild(popup);
+    } else {
+        dragX = press.x;
+        dragY = press.y;
+    }
+}
+
+void Controls::turnWheel(const XButtonEvent& event, int step)
+{
+    if (event.state & ShiftMask)
+        return window.stepZ(step);
+    if (event.state & ControlMask)
+        return window.stepTime(step);
+    int x = event.x, y = event.y;
+    toCanvas(x, y);
+    window.zoomStepsAt(step, x, y);
+}
+
+} // namespace viewer

@@ -1,0 +1,82 @@
+// The widgets of an image window: menu bar, wavelength toggles, canvas with scroll bars, scales and status
+// lines. They show the state that they are told and call the window's actions. Destroying the object destroys
+// the window.
+#pragma once
+
+#include "platform/image/ImageFile.h"
+#include "platform/imagewindow/View.h"
+
+#include <X11/Intrinsic.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+namespace viewer {
+
+class ImageWindow;
+
+constexpr int scrollBarThickness = 15; // screen pixels
+
+// Widgets of the menus that change.
+struct MenuBar {
+    Widget bar = nullptr;
+    std::array<Widget, 4> panelToggles{}; // by PanelStyle
+    Widget toolsMenu = nullptr;
+};
+MenuBar makeMenuBar(Widget parent, ImageWindow& window);
+// The menu of button 3; never posted by the toolkit itself, or it would take the button from a tool.
+Widget makePopupMenu(Widget parent, ImageWindow& window);
+
+class Controls {
+public:
+    // area: room for the canvas at first; userGeometry: X geometry of the window or empty.
+    Controls(ImageWindow& window, Display* display, Size area, const std::string& userGeometry);
+    ~Controls();
+    Controls(const Controls&) = delete;
+    Controls& operator=(const Controls&) = delete;
+
+    void show(const std::string& title);
+    void setTitle(const std::string& title);
+    Widget shell() const { return topLevel; }
+    Window canvas() const { return XtWindow(canvasWidget); }
+    Size areaSize() const;
+    // Puts canvas and scroll bars in their places.
+    void place(const Arrangement& arrangement);
+    void showView(const View& view);
+    // The three texts of the status lines.
+    void showPixel(const std::string& text);
+    void showStage(const std::string& text);
+    void showNote(const std::string& text);
+    // A button or motion event that no tool takes, in pixels of the area around the canvas.
+    void handlePort(XEvent& event);
+
+    struct SectionScale {
+        Widget row = nullptr, scale = nullptr, value = nullptr;
+        int count = 1, shown = -1;
+    };
+
+private:
+    void makeWidgets(Size area);
+    Widget makeToggles(Widget parent);
+    SectionScale makeScale(const char* name, const char* title, int count, Widget below);
+    void makeArea(Size area, Widget above, Widget below);
+    Widget makeStatus();
+    void turnWheel(const XButtonEvent& event, int step);
+    // From the area around the canvas to canvas pixels, moved to the nearest one on the canvas.
+    void toCanvas(int& x, int& y) const;
+    void showScale(SectionScale& scale, int index);
+
+    ImageWindow& window;
+    const image::ImageInfo& info;
+    Widget topLevel = nullptr, form = nullptr, area = nullptr, port = nullptr, canvasWidget = nullptr;
+    Widget horizontal = nullptr, vertical = nullptr, popup = nullptr;
+    Widget pixelLabel = nullptr, stageLabel = nullptr, noteLabel = nullptr;
+    MenuBar menus;
+    std::vector<Widget> toggles;
+    SectionScale zScale, tScale, pScale;
+    std::array<std::string, 3> statusTexts;
+    int dragX = 0, dragY = 0; // where the pointer was last while it drags the image
+};
+
+} // namespace viewer

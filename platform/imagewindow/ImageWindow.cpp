@@ -1,0 +1,236 @@
+#include "platform/imagewindow/ImageWindow.h"
+
+#include "platform/imagewindow/Dialogs.h"
+#include "platform/imagewindow/LocalText.h"
+#include "platform/imagewindow/Readout.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+namespace viewer {
+
+namespace {
+
+constexpr int toolRoom = 620;       // screen pixels that a tool window beside the image needs
+constexpr int controlsHeight = 190; // of the window without the area, a generous estimate
+constexpr int minAreaWidth = 420, minAreaHeight = 200;
+constexpr std::size_t maxClients = 256; // whose windows are watched
+
+} // namespace
+
+ImageWindow::ImageWindow(Application& application, const std::string& path, const Options& options)
+    : application(application), file(image::ImageFile::open(path)),
+      scan(std::make_unique<image::RangeScan>(*file)), view(initialView(file->info())), renderer(*file),
+      painter(application.display(), DefaultScreen(application.display()))
+{
+    record.path = std::filesystem::absolute(path).lexically_normal().string();
+    applyOptions(options);
+    controls =
+        std::make_unique<Controls>(*this, application.display(), chooseZoom(options), options.geometry);
+    show();
+}
+
+ImageWindow::~ImageWindow()
+{
+    if (scanTimer)
+        XtRemoveTimeOut(scanTimer);
+}
+
+void ImageWindow::applyOptions(const Options& options)
+{
+    const image::ImageInfo& info = file->info();
+    view.style = options.panels;
+    view.z = options.z;
+    view.t = options.t;
+    if (!options.wavelengths.empty()) {
+        std::vector<bool> chosen(view.displayed.size(), false);
+        for (int w : options.wavelengths)
+            if (w < info.sizeW)
+                chosen[static_cast<std::size_t>(w)] = true;
+            else
+                std::fprintf(stderr, "imagewindow: %s has %d wavelengths: there is no wavelength %d.\n",
+                             record.path.c_str(), info.sizeW, w + 1);
+        if (std::count(chosen.begin(), chosen.end(), true) > 0)
+            view.displayed = chosen;
+    }
+    clampSection(info, view);
+    if (options.panels == protocol::SinglePanel && (view.z != options.z || view.t != options.t))
+        std::fprintf(stderr, "imagewindow: %s has no section %d,%d: showing %d,%d.\n", record.path.c_str(),
+                     options.z + 1, options.t + 1, view.z + 1, view.t + 1);
+}
+
+// Room for the image at the zoom asked for, else at zoom 1 when the screen has it beside a tool's window,
+// else for the image fitted.
+Size ImageWindow::chooseZoom(const Options& options)
+{
+    Screen* screen = DefaultScreenOfDisplay(display());
+    const int widest = std::min(WidthOfScreen(screen) - toolRoom, WidthOfScreen(screen) * 8 / 10);
+    const Size most{std::max(minAreaWidth, widest),
+                    std::max(minAreaHeight, HeightOfScreen(screen) * 85 / 100 - controlsHeight)};
+    view.zoom = options.zoom.value_or(1.0);
+    const Arrangement natural = arrange(file->info(), view, most, scrollBarThickness);
+    view.fit = options.fit || (!options.zoom && (natural.horizontalBar || natural.verticalBar));
+    const Arrangement chosen = view.fit ? arrange(file->info(), view, most, scrollBarThickness) : natural;
+    const auto room = [](int canvas, bool bar) { return canvas + (bar ? scrollBarThickness : 0); };
+    return {std::max(minAreaWidth, room(chosen.canvas.width, chosen.verticalBar)),
+            std::max(minAreaHeight, room(chosen.canvas.height, chosen.horizontalBar))};
+}
+
+void ImageWindow::show()
+{
+    const std::string name = file->info().path.filename().string();
+    controls->show("Image window: " + name);
+    layOutCanvas();
+    drawImage();
+    record = currentRecord();
+    if (protocol::claimWindowNumber(display(), controls->canvas(), record))
+        controls->setTitle("Image window " + std::to_string(record.windowNumber) + ": " + name);
+    else
+        std::fprintf(stderr, "imagewindow: no window number is free: tools cannot attach to %s.\n",
+                     record.path.c_str());
+    pollScan();
+}
+
+void ImageWindow::update()
+{
+    if (layoutStale)
+        layOutCanvas();
+    if (imageStale)
+        drawImage();
+    else if (overlaysStale)
+        paintOverlays();
+    if (statusStale)
+        updateStatus();
+    publish();
+    if (canvasSeen && !announced) {
+        announced = true;
+        std::printf("window %d: %s\n", record.windowNumber, record.path.c_str());
+        std::fflush(stdout);
+    }
+}
+
+void ImageWindow::layOutCanvas()
+{
+    layoutStale = false;
+    const Arrangement arrangement = arrange(file->info(), view, controls->areaSize(), scrollBarThickness);
+    controls->place(arrangement);
+    controls->showView(view);
+    geometry = arrangement.geometry;
+    if (!buffer || buffer->size() != arrangement.canvas) {
+        buffer.reset();
+        buffer = std::make_unique<CanvasBuffer>(display(), DefaultScreen(display()), arrangement.canvas);
+    }
+    imageStale = statusStale = true;
+}
+
+void ImageWindow::drawImage()
+{
+    imageStale = overlaysStale = false;
+    panels = panelContents(file->info(), view);
+    problem = renderer.load(geometry, panels);
+    renderer.draw(buffer->pixels(), buffer->size().width, buffer->size().height);
+    buffer->upload();
+    painter.drawCaptions(*buffer, scene());
+    overlays.takeTouched();
+    painter.paintAll(*buffer, controls->canvas(), scene());
+    for (const PanelContent& panel : panels)
+        for (int w : panel.wavelengths)
+            scan->prefer({panel.z, w, panel.t, panel.p});
+    statusStale = true;
+}
+
+void ImageWindow::paintOverlays()
+{
+    overlaysStale = false;
+    if (const auto touched = overlays.takeTouched())
+        painter.paintTouched(*buffer, controls->canvas(), scene(), *touched);
+    else
+        painter.paintAll(*buffer, controls->canvas(), scene());
+}
+
+void ImageWindow::exposed(Region region)
+{
+    canvasSeen = true;
+    if (buffer && !layoutStale && !imageStale)
+        painter.show(*buffer, controls->canvas(), region);
+}
+
+void ImageWindow::overlayArrived()
+{
+    bool redraw = false;
+    for (const protocol::OverlayCommand& command : protocol::drainOverlays(display(), controls->canvas())) {
+        if (!watchClient(command.client))
+            continue;
+        const OverlayStore::Outcome outcome = overlays.apply(command);
+        redraw |= outcome == OverlayStore::Outcome::RedrawAsked;
+        if (outcome == OverlayStore::Outcome::Refused && !std::exchange(refusalTold, true))
+            std::fprintf(
+                stderr,
+                "imagewindow: a tool draws more graphics than a window holds; the rest is left out.\n");
+    }
+    if (redraw && !imageStale && !layoutStale)
+        paintOverlays();
+}
+
+// A client is served only while its window lives; without this, graphics of a dead client would stay for
+// ever.
+bool ImageWindow::watchClient(Window client)
+{
+    if (clients.contains(client))
+        return true;
+    if (clients.size() >= maxClients)
+        return false;
+    protocol::ErrorTrap trap(display());
+    XWindowAttributes attributes;
+    if (!XGetWindowAttributes(display(), client, &attributes))
+        return false;
+    XSelectInput(display(), client, attributes.your_event_mask | StructureNotifyMask);
+    if (trap.error() != 0)
+        return false;
+    clients.insert(client);
+    return true;
+}
+
+void ImageWindow::clientGone(Window client)
+{
+    if (clients.erase(client) > 0 && overlays.dropClient(static_cast<std::uint32_t>(client)))
+        overlaysStale = true;
+}
+
+protocol::DisplayRecord ImageWindow::currentRecord() const
+{
+    protocol::DisplayRecord current = record;
+    const std::vector<int> waves = displayedWavelengths(view);
+    current.z = view.z;
+    current.t = view.t;
+    current.p = view.p;
+    current.w = waves.front();
+    current.geometry = geometry;
+    const auto ranges = scan->ranges();
+    current.wavelengths.resize(view.displayed.size());
+    for (std::size_t w = 0; w < view.displayed.size(); ++w) {
+        protocol::WavelengthDisplay& wave = current.wavelengths[w];
+        wave.displayed = view.displayed[w];
+        wave.colorIndex = file->info().wavelengths[w].colorIndex;
+        wave.rangeKnown = w < ranges.size() && ranges[w].known;
+        wave.rangeMin = wave.rangeKnown ? ranges[w].min : 0;
+        wave.rangeMax = wave.rangeKnown ? ranges[w].max : 0;
+    }
+    return current;
+}
+
+// The ranges of a running scan change with every section: they are published at the pace of its poll.
+void ImageWindow::publish()
+{
+    if (!recordStale || record.windowNumber == 0)
+        return;
+    recordStale = false;
+    protocol::DisplayRecord current = currentRecord();
+    if (current == record)
+        return;
+    record = std::move(current);
+    protocol::publishDisplay(display(), controls->canvas(), record);
+}
+
+} // namespace viewer

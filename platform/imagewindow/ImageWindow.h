@@ -1,0 +1,115 @@
+// One image window: the image file, what of it is shown and how, the canvas with its overlay graphics, and
+// the record that tells clients about all this. The controls call the actions below; nothing is drawn before
+// the next update().
+#pragma once
+
+#include "platform/image/ImageFile.h"
+#include "platform/image/RangeScan.h"
+#include "platform/imagewindow/Application.h"
+#include "platform/imagewindow/CanvasBuffer.h"
+#include "platform/imagewindow/Controls.h"
+#include "platform/imagewindow/OverlayPainter.h"
+#include "platform/imagewindow/OverlayStore.h"
+#include "platform/imagewindow/Renderer.h"
+#include "platform/imagewindow/View.h"
+#include "platform/protocol/XProtocol.h"
+
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace viewer {
+
+class ImageWindow {
+public:
+    // Opens the file and shows the window. Throws image::ImageError.
+    ImageWindow(Application& application, const std::string& path, const Options& options);
+    ~ImageWindow();
+    ImageWindow(const ImageWindow&) = delete;
+    ImageWindow& operator=(const ImageWindow&) = delete;
+
+    // Called by the event loop when no event waits: lays out, draws and publishes what has changed.
+    void update();
+    bool closing() const { return closeAsked; }
+    void markClosing() { closeAsked = true; }
+    // A client's window was destroyed.
+    void clientGone(Window client);
+
+    // Actions of the user.
+    void showSection(int z, int t, int p);
+    void stepZ(int steps) { showSection(view.z + steps, view.t, view.p); }
+    void stepTime(int steps) { showSection(view.z, view.t + steps, view.p); }
+    void setWavelengthShown(int wavelength, bool shown);
+    void setPanels(int style);
+    // Zoom around a canvas position (a step as in steppedZoom()), or around the middle of the canvas.
+    void zoomStepsAt(int steps, double x, double y);
+    void zoomSteps(int steps);
+    void zoomTo(double zoom);
+    void zoomToFit();
+    // Origin in canvas pixels from the image's edge.
+    void scrollTo(int x, int y);
+    void panBy(int dx, int dy);
+    void setContrast(int wavelength, const ContrastLimits& limits);
+    void setAutomaticContrast();
+    void openAnother(const std::string& path);
+    void startLineProfile();
+    void close() { application.close(*this); }
+    void quitProgram() { application.quit(); }
+
+    // Events of the canvas.
+    void pointerAt(int x, int y);
+    void pointerLeft();
+    void overlayArrived();
+    void exposed(Region region);
+    void areaResized() { changed(); }
+
+    const image::ImageFile& image() const { return *file; }
+    const View& currentView() const { return view; }
+    ContrastLimits contrast(int wavelength) const { return renderer.limits(wavelength); }
+    std::vector<protocol::ToolEntry> tools() const;
+    int windowNumber() const { return record.windowNumber; }
+    Display* display() const { return application.display(); }
+
+private:
+    void applyOptions(const Options& options);
+    Size chooseZoom(const Options& options);
+    void show();
+    void layOutCanvas();
+    void drawImage();
+    void paintOverlays();
+    void publish();
+    void updateStatus();
+    void pollScan();
+    std::string noteText() const;
+    void changed();
+    protocol::DisplayRecord currentRecord() const;
+    bool watchClient(Window client);
+    Scene scene() const { return {geometry, panels, overlays}; }
+
+    Application& application;
+    std::unique_ptr<image::ImageFile> file;
+    std::unique_ptr<image::RangeScan> scan; // after file: it must stop first
+    View view;
+    Renderer renderer;
+    OverlayStore overlays;
+    OverlayPainter painter;
+    std::unique_ptr<CanvasBuffer> buffer;
+    protocol::Geometry geometry;
+    std::vector<PanelContent> panels;
+    protocol::DisplayRecord record; // as published
+    std::set<Window> clients;       // watched for their end
+    struct PointerPlace {
+        int x = 0, y = 0; // canvas pixels
+    };
+    std::optional<PointerPlace> pointer;
+    std::string problem; // the last sentence about the file, empty when all is well
+    std::string notice;  // what the last action could not do, until the pointer moves
+    XtIntervalId scanTimer = 0;
+    bool closeAsked = false, canvasSeen = false, announced = false, refusalTold = false;
+    bool layoutStale = true, imageStale = true, overlaysStale = false, statusStale = true,
+         recordStale = false;
+    std::unique_ptr<Controls> controls; // last: its callbacks use all of the above
+};
+
+} // namespace viewer

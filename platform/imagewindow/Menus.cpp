@@ -1,0 +1,213 @@
+#include "platform/imagewindow/Controls.h"
+#include "platform/imagewindow/Dialogs.h"
+#include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/LocalText.h"
+
+#include <Xm/CascadeB.h>
+#include <Xm/Label.h>
+#include <Xm/PushB.h>
+#include <Xm/RowColumn.h>
+#include <Xm/Separator.h>
+#include <Xm/ToggleB.h>
+
+#include <span>
+
+namespace viewer {
+
+namespace {
+
+using Action = void (*)(ImageWindow&, Widget);
+
+// One row per menu entry.
+struct Entry {
+    const char* label;
+    char mnemonic;
+    const char* accelerator;     // null: none
+    const char* acceleratorText; // as shown
+    Action action;
+    int panelStyle = -1; // an entry that is one of the panel styles
+};
+
+const Entry separator{nullptr, 0, nullptr, nullptr, nullptr}; // has no label
+
+constexpr const char* aboutText = "Image window " PROJECT_VERSION "\n\n"
+                                  "Shows microscope images: OME-TIFF, hyperstacks and plain TIFF.\n"
+                                  "Tools attach to an image window by its number.";
+
+constexpr const char* keysText = "Wheel                   zoom around the pointer\n"
+                                 "Shift + wheel           next or previous z section\n"
+                                 "Control + wheel         next or previous time point\n"
+                                 "Drag button 1 or 2      move the image (while no tool takes the buttons)\n"
+                                 "Button 3                menu\n"
+                                 "=  -  1  F              zoom in, out, one to one, fit to the window\n"
+                                 "Page Down, Page Up      next, previous z section\n"
+                                 "Control + Page Down     next time point (Page Up: previous)\n"
+                                 "A                       automatic contrast\n"
+                                 "Control + L             line profile tool";
+
+const Entry fileEntries[] = {
+    {"Open...", 'O', "Ctrl<Key>o", "Ctrl+O", [](ImageWindow& w, Widget shell) { chooseFile(shell, w); }},
+    separator,
+    {"Close",   'C', "Ctrl<Key>w", "Ctrl+W", [](ImageWindow& w, Widget) { w.close(); }                 },
+    {"Quit",    'Q', "Ctrl<Key>q", "Ctrl+Q", [](ImageWindow& w, Widget) { w.quitProgram(); }           },
+};
+
+const Entry viewEntries[] = {
+    {"Zoom in",                                             'i',                        "<Key>equal", "=",                                                [](ImageWindow& w,Widget) { w.zoomSteps(1); }                    },
+    {"Zoom out",                                            'o',                        "<Key>minus", "-",                                                [](ImageWindow& w,Widget) { w.zoomSteps(-1); }                   },
+    {"One to one",                                          '1',                        "<Key>1",     "1",                                                [](ImageWindow& w,Widget) { w.zoomTo(1.0); }                     },
+    {"Fit to window",                                       'F',                        "<Key>f",     "F",                                                [](ImageWindow& w,Widget) { w.zoomToFit(); }                     },
+    separator,
+    {"Single panel",                                        'S',                        nullptr,      nullptr,
+     [](ImageWindow& w,Widget) { w.setPanels(protocol::SinglePanel); }, protocol::SinglePanel},
+    {"Z panels",                                                     'Z',                                                                      nullptr,                           nullptr, [](ImageWindow& w,Widget) { w.setPanels(protocol::ZPanels); },
+     protocol::ZPanels},
+    {"Wavelength panels",                                     'W',                                                               nullptr,                                                         nullptr,
+     [](ImageWindow& w,Widget) { w.setPanels(protocol::WavelengthPanels); },protocol::WavelengthPanels},
+    {"Time panels", 'T', nullptr,             nullptr,                                                   [](ImageWindow& w,                                                  Widget) { w.setPanels(protocol::TimePanels); },
+     protocol::TimePanels},
+    separator,
+    {"Next section",                                    'N',                "<Key>osfPageDown",                                                                            "Page Down",                                                                                                                              [](ImageWindow& w,Widget) { w.stepZ(1); }},
+    {"Previous section",                                          'P',                                                   "<Key>osfPageUp","Page Up",[](ImageWindow& w,Widget) { w.stepZ(-1); }},
+    {"Next time point",                                            'x',                                                     "Ctrl<Key>osfPageDown",                                                                             "Ctrl+Page Down",
+     [](ImageWindow& w,                                                                                                                                                                                                                                                 Widget) { w.stepTime(1); }                                                                                                                                                                                                                                                                                                                                                                                          },
+    {"Previous time point",                                     'v',                                                                 "Ctrl<Key>osfPageUp",                                                   "Ctrl+Page Up",
+     [](ImageWindow& w,Widget) { w.stepTime(-1); }},
+    separator,
+    {"Automatic contrast",                                       'A',                                                                 "<Key>a",                                                  "A",                                                                                                    [](ImageWindow& w,                                                                                                                                                                                                                                                 Widget) { w.setAutomaticContrast(); }                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                     },
+};
+
+const Entry toolEntries[] = {
+    {"Line profile", 'L', "Ctrl<Key>l", "Ctrl+L", [](ImageWindow& w, Widget) { w.startLineProfile(); }},
+};
+
+const Entry helpEntries[] = {
+    {"Mouse and keys", 'M', nullptr, nullptr,
+     [](ImageWindow&, Widget shell) { showInformation(shell, "Mouse and keys", keysText); }         },
+    {"About",          'A', nullptr, nullptr,
+     [](ImageWindow&, Widget shell) { showInformation(shell, "About the image window", aboutText); }},
+};
+
+Widget shellOf(Widget widget)
+{
+    while (XtParent(widget))
+        widget = XtParent(widget);
+    return widget;
+}
+
+ImageWindow& windowOf(Widget item)
+{
+    XtPointer window = nullptr;
+    XtVaGetValues(item, XmNuserData, &window, nullptr);
+    return *static_cast<ImageWindow*>(window);
+}
+
+void entryChosen(Widget item, XtPointer client, XtPointer)
+{
+    static_cast<const Entry*>(client)->action(windowOf(item), shellOf(item));
+}
+
+Widget addEntry(Widget menu, const Entry& entry, ImageWindow& window, bool accelerated)
+{
+    if (!entry.label)
+        return XtVaCreateManagedWidget("separator", xmSeparatorWidgetClass, menu, nullptr);
+    const bool toggle = entry.panelStyle >= 0;
+    const LabelText label(entry.label);
+    Widget item =
+        XtVaCreateManagedWidget(entry.label, toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass,
+                                menu, XmNlabelString, static_cast<XmString>(label), XmNmnemonic,
+                                static_cast<KeySym>(entry.mnemonic), XmNuserData, &window, nullptr);
+    if (toggle)
+        XtVaSetValues(item, XmNindicatorType, XmONE_OF_MANY, XmNvisibleWhenOff, True, nullptr);
+    if (entry.accelerator && accelerated) {
+        const LabelText text(entry.acceleratorText);
+        XtVaSetValues(item, XmNaccelerator, entry.accelerator, XmNacceleratorText,
+                      static_cast<XmString>(text), nullptr);
+    }
+    XtAddCallback(item, toggle ? XmNvalueChangedCallback : XmNactivateCallback, entryChosen,
+                  const_cast<Entry*>(&entry));
+    return item;
+}
+
+Widget addMenu(Widget bar, const char* label, char mnemonic, std::span<const Entry> entries,
+               ImageWindow& window, MenuBar& menus)
+{
+    Widget menu = XmCreatePulldownMenu(bar, const_cast<char*>(label), nullptr, 0);
+    for (const Entry& entry : entries) {
+        Widget item = addEntry(menu, entry, window, true);
+        if (entry.panelStyle >= 0)
+            menus.panelToggles[static_cast<std::size_t>(entry.panelStyle)] = item;
+    }
+    const LabelText text(label);
+    Widget cascade = XtVaCreateManagedWidget(label, xmCascadeButtonWidgetClass, bar, XmNlabelString,
+                                             static_cast<XmString>(text), XmNmnemonic,
+                                             static_cast<KeySym>(mnemonic), XmNsubMenuId, menu, nullptr);
+    if (mnemonic == 'H')
+        XtVaSetValues(bar, XmNmenuHelpWidget, cascade, nullptr);
+    return menu;
+}
+
+void endTool(Widget item, XtPointer client, XtPointer)
+{
+    protocol::requestQuit(XtDisplay(item), reinterpret_cast<Window>(client));
+}
+
+constexpr const char* toolItemName = "runningTool";
+
+void removeToolItems(Widget menu)
+{
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(menu, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    const std::vector<Widget> present(children, children + count);
+    for (Widget child : present)
+        if (std::string(XtName(child)) == toolItemName) {
+            XtUnmanageChild(child);
+            XtDestroyWidget(child);
+        }
+}
+
+// The tools that run now are listed each time the menu opens.
+void listTools(Widget menu, XtPointer client, XtPointer)
+{
+    ImageWindow& window = *static_cast<ImageWindow*>(client);
+    removeToolItems(menu);
+    const auto tools = window.tools();
+    if (!tools.empty())
+        XtVaCreateManagedWidget(toolItemName, xmSeparatorWidgetClass, menu, nullptr);
+    for (const protocol::ToolEntry& tool : tools) {
+        const LabelText label("End \"" + shortened(tool.title, 40) + "\"");
+        Widget item = XtVaCreateManagedWidget(toolItemName, xmPushButtonWidgetClass, menu, XmNlabelString,
+                                              static_cast<XmString>(label), nullptr);
+        XtAddCallback(item, XmNactivateCallback, endTool, reinterpret_cast<XtPointer>(tool.shell));
+    }
+}
+
+} // namespace
+
+MenuBar makeMenuBar(Widget parent, ImageWindow& window)
+{
+    MenuBar menus;
+    menus.bar = XmCreateMenuBar(parent, const_cast<char*>("menuBar"), nullptr, 0);
+    addMenu(menus.bar, "File", 'F', fileEntries, window, menus);
+    addMenu(menus.bar, "View", 'V', viewEntries, window, menus);
+    menus.toolsMenu = addMenu(menus.bar, "Tools", 'T', toolEntries, window, menus);
+    addMenu(menus.bar, "Help", 'H', helpEntries, window, menus);
+    XtAddCallback(menus.toolsMenu, XmNmapCallback, listTools, &window);
+    XtManageChild(menus.bar);
+    return menus;
+}
+
+Widget makePopupMenu(Widget parent, ImageWindow& window)
+{
+    Arg disabled{const_cast<char*>(XmNpopupEnabled), XmPOPUP_DISABLED};
+    Widget menu = XmCreatePopupMenu(parent, const_cast<char*>("popup"), &disabled, 1);
+    for (const Entry& entry : std::span(viewEntries).first(5)) // the zoom entries and the separator
+        addEntry(menu, entry, window, false);
+    addEntry(menu, std::span(viewEntries).back(), window, false);
+    addEntry(menu, separator, window, false);
+    addEntry(menu, toolEntries[0], window, false);
+    return menu;
+}
+
+} // namespace viewer

@@ -1,0 +1,142 @@
+#include "platform/imagewindow/Options.h"
+
+#include "platform/imagewindow/View.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cmath>
+#include <regex>
+
+namespace viewer {
+
+namespace {
+
+constexpr const char* keys = R"(
+One window and one window number each; "window N: FILE" is written to standard output when a window is shown.
+In the image: the wheel zooms around the pointer, Shift+wheel steps through z, Control+wheel through time,
+dragging moves the image while no tool holds the pointer, button 3 opens the menu.
+Exit status: 0 after the last window closed, 1 when no file could be opened, 2 for a wrong command line, 255
+without a display.)";
+
+// "2", "0.5", "1/4", "50%"; nothing when it is no zoom within the limits.
+std::optional<double> parseZoom(const std::string& text)
+{
+    static const std::regex form(R"((\d*\.?\d+)(?:/(\d*\.?\d+)|(%))?)");
+    std::smatch match;
+    if (text.size() > 32 || !std::regex_match(text, match, form))
+        return std::nullopt;
+    double zoom = std::stod(match[1]);
+    if (match[2].matched)
+        zoom /= std::stod(match[2]);
+    if (match[3].matched)
+        zoom /= 100;
+    constexpr double slack = 1e-9;
+    return zoom >= minZoom * (1 - slack) && zoom <= maxZoom * (1 + slack) ? std::optional(zoom)
+                                                                          : std::nullopt;
+}
+
+std::string checkZoom(const std::string& text)
+{
+    return text == "fit" || parseZoom(text)
+               ? ""
+               : "\"" + text + "\" is no zoom between 1/16 and 32, and not \"fit\"";
+}
+
+std::string checkGeometry(const std::string& text)
+{
+    static const std::regex form(R"(=?(\d{1,5}x\d{1,5})?([+-]-?\d{1,5}[+-]-?\d{1,5})?)");
+    return !text.empty() && std::regex_match(text, form)
+               ? ""
+               : "\"" + text + "\" is no geometry like 800x600+20+30";
+}
+
+std::string oneLine(std::string text)
+{
+    for (char& c : text)
+        if (c == '\n')
+            c = ' ';
+    while (!text.empty() && text.back() == ' ')
+        text.pop_back();
+    return text;
+}
+
+// Numbers as typed, counted from 1, before they become indices.
+struct Typed {
+    std::string zoom, panels = "single";
+    std::vector<int> section, wavelengths;
+};
+
+void declare(CLI::App& app, Options& options, Typed& typed)
+{
+    app.add_option("FILE", options.files, "Image files: OME-TIFF, TIFF")->required()->type_name("");
+    app.add_option("--zoom", typed.zoom, "Screen pixels per image pixel: 1/16 to 32, or fit")
+        ->check(checkZoom, "")
+        ->type_name("ZOOM");
+    app.add_option("--section", typed.section,
+                   "Section to show first: z, or z and time point, counted from 1")
+        ->delimiter(',')
+        ->expected(1, 2)
+        ->allow_extra_args(false)
+        ->check(CLI::Range(1, 1 << 30))
+        ->type_name("Z,T");
+    app.add_option("--wavelengths", typed.wavelengths,
+                   "Wavelengths to show, at most five, counted from 1: 1,3")
+        ->delimiter(',')
+        ->expected(1, maxDisplayed)
+        ->allow_extra_args(false)
+        ->check(CLI::Range(1, 1 << 30))
+        ->type_name("LIST");
+    app.add_option("--panels", typed.panels, "Panels side by side: z, wavelength, time or single")
+        ->check(CLI::IsMember({"single", "z", "wavelength", "time"}))
+        ->type_name("KIND");
+    app.add_option("--geometry", options.geometry, "Size and place of the window: WIDTHxHEIGHT+X+Y")
+        ->check(checkGeometry, "")
+        ->type_name("GEOMETRY");
+    app.add_option("--display", options.display, "X server to use instead of $DISPLAY")->type_name("NAME");
+    app.add_flag(
+        "--scratch", options.scratch,
+        "The one FILE is still being written: show its sections as they arrive; - reads standard input");
+}
+
+void convert(const Typed& typed, Options& options)
+{
+    options.fit = typed.zoom == "fit";
+    if (!typed.zoom.empty() && !options.fit)
+        options.zoom = parseZoom(typed.zoom);
+    if (!typed.section.empty())
+        options.z = typed.section[0] - 1;
+    if (typed.section.size() > 1)
+        options.t = typed.section[1] - 1;
+    for (int wavelength : typed.wavelengths)
+        options.wavelengths.push_back(wavelength - 1);
+    const std::vector<std::string> kinds{"single", "z", "wavelength", "time"}; // in the order of PanelStyle
+    options.panels = static_cast<int>(std::find(kinds.begin(), kinds.end(), typed.panels) - kinds.begin());
+}
+
+} // namespace
+
+ParsedOptions parseOptions(const std::vector<std::string>& arguments)
+{
+    CLI::App app("Shows microscope images, one window each.", "imagewindow");
+    Options options;
+    Typed typed;
+    declare(app, options, typed);
+    app.set_version_flag("--version", "imagewindow " PROJECT_VERSION);
+    app.footer(keys);
+    try {
+        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+        app.parse(reversed);
+        if (options.scratch && options.files.size() != 1)
+            throw CLI::ValidationError("--scratch takes exactly one file");
+    } catch (const CLI::CallForHelp&) {
+        return {std::nullopt, app.help(), 0};
+    } catch (const CLI::CallForVersion& version) {
+        return {std::nullopt, std::string(version.what()) + "\n", 0};
+    } catch (const CLI::ParseError& error) {
+        return {std::nullopt, "imagewindow: " + oneLine(error.what()) + ". Try imagewindow --help.\n", 2};
+    }
+    convert(typed, options);
+    return {options, "", 0};
+}
+
+} // namespace viewer

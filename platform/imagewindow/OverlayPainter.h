@@ -1,0 +1,55 @@
+// Draws overlay graphics and panel captions on the canvas. One per image window; owns its graphics contexts
+// and font. Only what has changed is drawn: a copy of the image, the graphics over it, then the copy to the
+// window.
+#pragma once
+
+#include "platform/imagewindow/CanvasBuffer.h"
+#include "platform/imagewindow/OverlayStore.h"
+#include "platform/imagewindow/Palette.h"
+#include "platform/imagewindow/View.h"
+
+#include <X11/Xlib.h>
+
+#include <array>
+#include <vector>
+
+namespace viewer {
+
+// What the painter needs to know of the window's state.
+struct Scene {
+    const protocol::Geometry& geometry;
+    const std::vector<PanelContent>& panels;
+    const OverlayStore& store;
+};
+
+class OverlayPainter {
+public:
+    OverlayPainter(Display* display, int screen);
+    ~OverlayPainter();
+    OverlayPainter(const OverlayPainter&) = delete;
+    OverlayPainter& operator=(const OverlayPainter&) = delete;
+
+    // Writes the panels' captions into the image pixmap.
+    void drawCaptions(CanvasBuffer& buffer, const Scene& scene);
+
+    // Draws everything anew and shows it.
+    void paintAll(CanvasBuffer& buffer, Window canvas, const Scene& scene);
+    // Draws anew and shows only where the given graphics are.
+    void paintTouched(CanvasBuffer& buffer, Window canvas, const Scene& scene,
+                      const std::vector<protocol::OverlayCommand>& touched);
+    // Shows a part of the frame that is drawn already.
+    void show(CanvasBuffer& buffer, Window canvas, Region region);
+
+private:
+    void paintRegion(CanvasBuffer& buffer, Window canvas, const Scene& scene, Region region);
+    void drawGraphic(Drawable target, const Scene& scene, int panel, const protocol::OverlayCommand& command);
+    void strokeLine(Drawable target, const Segment& line, const protocol::OverlayCommand& command);
+    void strokePoint(Drawable target, double x, double y, const protocol::OverlayCommand& command);
+
+    Display* display;
+    GC copyGC = nullptr, haloGC = nullptr, drawGC = nullptr;
+    XFontSet font = nullptr;
+    std::array<unsigned long, palette.size()> colors{};
+};
+
+} // namespace viewer

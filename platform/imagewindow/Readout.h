@@ -1,0 +1,27 @@
+// The texts of the status line. Pure.
+#pragma once
+
+#include "platform/image/ImageFile.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace viewer {
+
+struct WavelengthValue {
+    std::string name;
+    std::optional<float> value; // nothing: could not be read
+};
+
+// "AF647", else "525 nm", else "w 2".
+std::string wavelengthName(const image::ImageInfo& info, int wavelength);
+
+// "x 120  y 85   AF647 1450   DAPI 87"; caption (of a panel) goes in front.
+std::string pixelText(const std::string& caption, int x, int y, const std::vector<WavelengthValue>& values);
+
+// "stage 1234.56, 78.90 µm  z 3.50 µm  time 12.5 s" of data position (x, y) on a section, as far as it is
+// known; "uncalibrated" when the file tells no pixel spacing.
+std::string stageText(const image::ImageFile& file, const image::SectionIndex& section, double x, double y);
+
+} // namespace viewer

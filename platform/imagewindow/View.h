@@ -1,0 +1,86 @@
+// What a window shows of its image and how: section, displayed wavelengths, panels, zoom and scroll origin,
+// and how these turn into the canvas geometry. Pure. Frames are those of Geometry.h: data pixels and canvas
+// pixels. The scroll origin is kept at whole canvas pixels, so that scrolling never shifts an image by part
+// of a pixel.
+#pragma once
+
+#include "platform/image/ImageFile.h"
+#include "platform/protocol/Geometry.h"
+
+#include <string>
+#include <vector>
+
+namespace viewer {
+
+constexpr int maxDisplayed = 5; // wavelengths shown at a time
+constexpr int maxPanels = 20;   // panels shown at a time
+constexpr int panelGap = 4;     // canvas pixels between panels
+constexpr double maxZoom = 32.0, minZoom = 1.0 / 16;
+
+struct Size {
+    int width = 0, height = 0;
+    friend bool operator==(const Size&, const Size&) = default;
+};
+
+struct View {
+    int z = 0, t = 0, p = 0;     // of the first panel
+    std::vector<bool> displayed; // one per wavelength, at most maxDisplayed true
+    int style = protocol::SinglePanel;
+    double zoom = 1.0;
+    double originX = 0, originY = 0;
+    bool fit = false; // the zoom follows the window's size
+};
+
+// Shows the first section and the first maxDisplayed wavelengths.
+View initialView(const image::ImageInfo& info);
+
+std::vector<int> displayedWavelengths(const View& view);
+
+// Shows or hides a wavelength. False (and no change) when it would be one too many or the last one to go.
+bool showWavelength(View& view, int wavelength, bool shown);
+
+// How many panels the style gives: sections, wavelengths or time points, at most maxPanels.
+int panelCount(const image::ImageInfo& info, const View& view);
+
+// What one panel shows.
+struct PanelContent {
+    int z = 0, t = 0, p = 0;
+    std::vector<int> wavelengths;
+    std::string caption; // empty for a single panel
+    friend bool operator==(const PanelContent&, const PanelContent&) = default;
+};
+std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View& view);
+
+// Puts section, time point, position and panel start inside the image.
+void clampSection(const image::ImageInfo& info, View& view);
+
+// The geometry in a visible area of that size, and view's zoom (when it fits the window) and origin put in
+// order.
+protocol::Geometry layOut(const image::ImageInfo& info, View& view, Size visible);
+
+// As layOut(), with scroll bars of that thickness taken off the area where the image needs them.
+struct Arrangement {
+    protocol::Geometry geometry;
+    Size visible; // what the scroll bars leave
+    Size canvas;  // of all panels and gaps, within visible
+    bool horizontalBar = false, verticalBar = false;
+};
+Arrangement arrange(const image::ImageInfo& info, View& view, Size area, int barThickness);
+
+// Side of the whole image in canvas pixels; the last one still lies on the image.
+int scaledSide(int pixels, double zoom);
+
+// The zoom at which every panel shows the whole image.
+double fitZoom(const image::ImageInfo& info, const View& view, Size visible);
+
+// Next zoom in the list of zoom steps; steps > 0 zooms in. The result is within the limits.
+double steppedZoom(double zoom, int steps);
+
+// Changes the zoom so that the data point under canvas position (x, y) stays there, as far as the image's
+// edges and whole canvas pixels let it. The result is put in order by the next layOut().
+void zoomAround(View& view, const protocol::Geometry& geometry, double zoom, double x, double y);
+
+// "100 %", "33.3 %"
+std::string zoomText(double zoom);
+
+} // namespace viewer
