@@ -233,7 +233,8 @@ void drawLabels(const Canvas& canvas, const Axis& axis, const gauge::TickLayout&
         int y = axis.vertical ? along : acrossStart;
         if (digitsOnly)
             y += font.digitHeight - XmStringBaseline(font.table, text.text);
-        XmStringDraw(canvas.display, canvas.drawable, font.table, text.text, canvas.gc, x, y,
+        XmStringDraw(canvas.display, canvas.drawable, font.table, text.text, canvas.gc,
+                     static_cast<Position>(x), static_cast<Position>(y),
                      axis.vertical ? tick.size.across : tick.size.along, XmALIGNMENT_BEGINNING,
                      XmSTRING_DIRECTION_L_TO_R, nullptr);
     }

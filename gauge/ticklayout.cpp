@@ -278,6 +278,7 @@ std::vector<std::string> labelTexts(const AxisRequest& request, const TickSeries
     if (request.rangePrecision && !request.labelFunc)
         return textsByRange(request, series, values);
     std::vector<std::string> texts;
+    texts.reserve(values.size());
     for (double value : values)
         texts.push_back(request.labelFunc ? request.labelFunc(value) : labelText(value, request.precision));
     return texts;
