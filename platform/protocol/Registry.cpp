@@ -1,5 +1,6 @@
 // What the selections and the tool list say: which windows have which number, who holds the input, which
 // tools run.
+#include "platform/protocol/ConnectionState.h"
 #include "platform/protocol/PropertyBytes.h"
 #include "platform/protocol/XProtocol.h"
 
@@ -98,17 +99,10 @@ void writeTitle(Display* display, Window window, Atom property, const std::strin
                std::as_bytes(std::span(title)));
 }
 
-struct HeldLock {
-    Display* display;
-    int windowNumber;
-    Window owner;
-};
-std::vector<HeldLock> heldLocks; // of this process
-
-auto findHeldLock(Display* display, int windowNumber, Window owner)
+auto findHeldLock(std::vector<HeldLock>& locks, int windowNumber, Window owner)
 {
-    return std::find_if(heldLocks.begin(), heldLocks.end(), [&](const HeldLock& lock) {
-        return lock.display == display && lock.windowNumber == windowNumber && lock.owner == owner;
+    return std::find_if(locks.begin(), locks.end(), [&](const HeldLock& lock) {
+        return lock.windowNumber == windowNumber && lock.owner == owner;
     });
 }
 
@@ -169,9 +163,10 @@ Window findImageWindow(Display* display, int number)
 LockResult takeInputLock(Display* display, int windowNumber, const std::string& title)
 {
     const Atom selection = inputSelection(display, windowNumber, true);
+    auto& locks = stateOf(display).locks;
     const ServerGrab grab(display);
     const Window holder = XGetSelectionOwner(display, selection);
-    if (holder != None && findHeldLock(display, windowNumber, holder) != heldLocks.end())
+    if (holder != None && findHeldLock(locks, windowNumber, holder) != locks.end())
         return {holder, {}};
     if (holder != None)
         return {None, holderName(display, holder)};
@@ -181,7 +176,7 @@ LockResult takeInputLock(Display* display, int windowNumber, const std::string& 
         XDestroyWindow(display, owner);
         return {None, "unnamed"};
     }
-    heldLocks.push_back({display, windowNumber, owner});
+    locks.push_back({windowNumber, owner});
     return {owner, {}};
 }
 
@@ -193,10 +188,11 @@ bool holdsInputLock(Display* display, int windowNumber, Window owner)
 
 void releaseInputLock(Display* display, int windowNumber, Window owner)
 {
-    const auto lock = findHeldLock(display, windowNumber, owner);
-    if (lock == heldLocks.end())
+    auto& locks = stateOf(display).locks;
+    const auto lock = findHeldLock(locks, windowNumber, owner);
+    if (lock == locks.end())
         return;
-    heldLocks.erase(lock);
+    locks.erase(lock);
     XDestroyWindow(display, owner); // the selection goes with its window
     XFlush(display);
 }

@@ -3,7 +3,6 @@
 #include "platform/protocol/PropertyBytes.h"
 
 #include <cstdio>
-#include <map>
 #include <memory>
 
 namespace protocol {
@@ -44,27 +43,6 @@ void writeBytes(Display* display, Window window, Atom property, Atom type, int m
 {
     XChangeProperty(display, window, property, type, 8, mode,
                     reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<int>(bytes.size()));
-}
-
-Atoms::Atoms(Display* connection)
-{
-    static const char* const names[] = {"_IW_DISPLAY", "_IW_OVERLAY", "_KV_TOOLS",   "_KV_PROGRAM",
-                                        "_KV_QUIT",    "UTF8_STRING", "_NET_WM_NAME"};
-    Atom values[std::size(names)] = {};
-    XInternAtoms(connection, const_cast<char**>(names), std::size(names), False, values);
-    display = values[0];
-    overlay = values[1];
-    tools = values[2];
-    program = values[3];
-    quit = values[4];
-    utf8String = values[5];
-    netWmName = values[6];
-}
-
-const Atoms& atoms(Display* display)
-{
-    static std::map<Display*, Atoms> interned;
-    return interned.try_emplace(display, display).first->second;
 }
 
 void publishDisplay(Display* display, Window canvas, const DisplayRecord& record)

@@ -81,7 +81,20 @@ int raceForLock(Shared& shared, int attempts)
 
 class Protocol : public ::testing::Test {
 protected:
-    void SetUp() override { protocol::installErrorHandler("protocol_x_test"); }
+    // The server notices the closed connections of the test before in its own time.
+    void SetUp() override
+    {
+        protocol::installErrorHandler("protocol_x_test");
+        const Connection connection;
+        ASSERT_TRUE(waitUntil([&] { return !owned(connection, "IMAGE_WINDOW_1"); }));
+        ASSERT_TRUE(waitUntil([&] { return !owned(connection, "IMAGE_WINDOW_2"); }));
+        ASSERT_TRUE(waitUntil([&] { return !owned(connection, "IMAGE_WINDOW_1_INPUT"); }));
+    }
+
+    static bool owned(Display* display, const char* selection)
+    {
+        return XGetSelectionOwner(display, XInternAtom(display, selection, False)) != None;
+    }
 };
 
 TEST_F(Protocol, NumbersAreTheLowestFree)
