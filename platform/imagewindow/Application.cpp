@@ -1,5 +1,6 @@
 #include "platform/imagewindow/Application.h"
 
+#include "platform/imagewindow/Appearance.h"
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/protocol/XProtocol.h"
 
@@ -8,62 +9,53 @@
 
 #include <algorithm>
 #include <clocale>
+#include <cstdio>
 #include <stdexcept>
+#include <string_view>
 
 namespace viewer {
 
 namespace {
 
-// The colon after the font name asks for a font set, which draws any character of the locale.
-const char* const fallbackResources[] = {
-    "*fontList: fixed:",
-    "*background: #2b2e31",
-    "*foreground: #d9dbdd",
-    "*shadowThickness: 1",
-    "*highlightThickness: 1",
-    "*highlightColor: #6c8ebf",
-    "*borderWidth: 0",
-    "*XmScale.highlightThickness: 0",
-    "*XmScale*XmScrollBar.highlightThickness: 0",
-    "*XmScrollBar.troughColor: #1d1f21",
-    "*XmScrollBar.background: #4a4e53",
-    "*XmText.background: #1d1f21",
-    "*XmTextField.background: #1d1f21",
-    "*XmList.background: #1d1f21",
-    "*XmToggleButton.indicatorSize: 13",
-    "*XmToggleButton.selectColor: #d9dbdd",
-    "*port.background: #16181b",
-    "*area.background: #16181b",
-    "*status.background: #232527",
-    "*status*background: #232527",
-    nullptr,
-};
-
 // The error handler and the event dispatcher are per process in Xt.
 Application* theApplication = nullptr;
 XtEventDispatchProc nextDestroyDispatcher = nullptr;
 
+// In a UTF-8 locale the server's bitmap fonts never have every character set; that is no news.
+void toolkitWarning(String message)
+{
+    if (!std::string_view(message).starts_with("Missing charsets"))
+        std::fprintf(stderr, "imagewindow: %s\n", message);
+}
+
+Display* openDisplay(const std::string& name)
+{
+    const char* asked = name.empty() ? nullptr : name.c_str();
+    Display* display = XOpenDisplay(asked);
+    if (display)
+        return display;
+    const std::string server = XDisplayName(asked);
+    throw std::runtime_error(server.empty() ? "there is no X display: DISPLAY is not set"
+                                            : "cannot connect to the X display \"" + server + "\"");
+}
+
 } // namespace
 
-Application::Application(const std::string& displayName)
+Application::Application(const std::string& displayName) : connection(openDisplay(displayName))
 {
-    XtSetLanguageProc(nullptr, nullptr, nullptr);
+    if (!std::setlocale(LC_ALL, "") || !XSupportsLocale())
+        std::setlocale(LC_ALL, "C");
+    // Numbers are written in one way only.
+    std::setlocale(LC_NUMERIC, "C");
+    XSetLocaleModifiers("");
     XtToolkitInitialize();
     app = XtCreateApplicationContext();
-    XtAppSetFallbackResources(app, const_cast<String*>(fallbackResources));
+    XtAppSetWarningHandler(app, toolkitWarning);
+    XtAppSetFallbackResources(app, fallbackResources(connection));
     int argc = 1;
     char name[] = "imagewindow";
     char* argv[] = {name, nullptr};
-    connection = XtOpenDisplay(app, displayName.empty() ? nullptr : displayName.c_str(), name, "ImageWindow",
-                               nullptr, 0, &argc, argv);
-    if (!connection) {
-        const std::string asked = XDisplayName(displayName.empty() ? nullptr : displayName.c_str());
-        XtDestroyApplicationContext(app);
-        throw std::runtime_error(asked.empty() ? "there is no X display: DISPLAY is not set"
-                                               : "cannot connect to the X display \"" + asked + "\"");
-    }
-    // Opening the display has set the whole locale; numbers are written in one way only.
-    std::setlocale(LC_NUMERIC, "C");
+    XtDisplayInitialize(app, connection, name, "ImageWindow", nullptr, 0, &argc, argv);
     protocol::installErrorHandler("imagewindow");
     theApplication = this;
     nextDestroyDispatcher = XtSetEventDispatcher(connection, DestroyNotify, dispatchDestroy);

@@ -228,9 +228,9 @@ Widget Controls::makeStatus()
                   XmNrightAttachment, XmATTACH_FORM, nullptr);
     XtVaSetValues(stageLabel, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, pixelLabel,
                   XmNbottomAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment,
-                  XmATTACH_POSITION, XmNrightPosition, 62, nullptr);
+                  XmATTACH_POSITION, XmNrightPosition, 70, nullptr);
     XtVaSetValues(noteLabel, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, pixelLabel, XmNbottomAttachment,
-                  XmATTACH_FORM, XmNleftAttachment, XmATTACH_POSITION, XmNleftPosition, 62,
+                  XmATTACH_FORM, XmNleftAttachment, XmATTACH_POSITION, XmNleftPosition, 70,
                   XmNrightAttachment, XmATTACH_FORM, nullptr);
     XtManageChild(status);
     return status;

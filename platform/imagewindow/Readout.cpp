@@ -38,17 +38,18 @@ std::string stageText(const image::ImageFile& file, const image::SectionIndex& s
 {
     const image::ImageInfo& info = file.info();
     if (!info.calibrated)
-        return "uncalibrated";
+        return "";
     const auto header = [&](int field) { return file.extendedHeader(section, field); };
-    std::string text =
-        format("stage %.2f, %.2f µm", header(image::StageXMicrons).value_or(0) + x * info.spacing[0],
-               header(image::StageYMicrons).value_or(0) + y * info.spacing[1]);
+    const auto stageX = header(image::StageXMicrons), stageY = header(image::StageYMicrons);
+    std::string text = format("%s %.2f, %.2f", stageX && stageY ? "stage" : "position",
+                              stageX.value_or(0) + x * info.spacing[0], stageY.value_or(0) + y * info.spacing[1]);
     if (const auto z = header(image::StageZMicrons))
-        text += format("  z %.2f µm", *z);
+        text += format(", %.2f", *z);
     else if (info.sizeZ > 1)
-        text += format("  z %.2f µm", section.z * static_cast<double>(info.spacing[2]));
+        text += format(", %.2f", section.z * static_cast<double>(info.spacing[2]));
+    text += " µm";
     if (const auto time = header(image::TimeStampSeconds); time && info.sizeT > 1)
-        text += format("  time %.7g s", *time);
+        text += format("   %.7g s", *time);
     return text;
 }
 

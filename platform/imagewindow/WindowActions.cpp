@@ -194,7 +194,7 @@ std::string ImageWindow::noteText() const
     if (!file->info().calibrated)
         text = "uncalibrated   " + text;
     if (!scan->done())
-        text = "reading ranges " + std::to_string(static_cast<int>(scan->progress() * 100)) + " %   " + text;
+        text = "ranges " + std::to_string(static_cast<int>(scan->progress() * 100)) + " %   " + text;
     return text;
 }
 
