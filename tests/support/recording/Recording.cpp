@@ -19,9 +19,6 @@ void reset()
 {
     script = {};
     calls.clear();
-    handlers.clear();
-    widgets.clear();
-    actions.clear();
     state = {};
 }
 

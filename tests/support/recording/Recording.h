@@ -62,7 +62,7 @@ extern std::map<long, WMEventProc> handlers;
 extern std::map<std::string, Widget> widgets;         // by name
 extern std::map<std::string, XtCallbackProc> actions; // of the controls, by label
 
-// Back to the start values; forgets calls, handlers and graphics ids.
+// Back to the start script; forgets calls and graphics ids. Widgets and what was registered stay.
 void reset();
 
 // The calls whose text begins with one of the prefixes, in order.
@@ -75,5 +75,7 @@ Widget makeToken(const std::string& name);
 
 // From now on widgets are real ones on $DISPLAY. The connection stays for the rest of the process.
 Display* useDisplay();
+// Handles what the server has sent.
+void processEvents();
 
 } // namespace recording

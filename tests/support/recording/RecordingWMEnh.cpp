@@ -36,6 +36,13 @@ Display* useDisplay()
     return display;
 }
 
+void processEvents()
+{
+    XSync(display, False);
+    while (XtAppPending(application))
+        XtAppProcessEvent(application, XtIMAll);
+}
+
 Widget makeToken(const std::string& name)
 {
     static std::vector<std::unique_ptr<char>> tokens;

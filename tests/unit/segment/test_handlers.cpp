@@ -1,0 +1,252 @@
+#include "tests/support/recording/RunningTool.h"
+
+#include "profile/plot.h"
+#include "segment/segment.h"
+#include "shell/message.h"
+#include "shell/toolWindow.h"
+
+using recording::calls;
+using recording::callsOf;
+using recording::handlers;
+using recording::script;
+using recording::takeCalls;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+// A motion that is rejected keeps its copy of the event, as it always has.
+extern "C" const char* __lsan_default_suppressions()
+{
+    return "leak:segmentMotion";
+}
+
+class Handlers : public RunningTool {
+protected:
+    void TearDown() override
+    {
+        if (dragging)
+            release();
+    }
+    static std::vector<std::string> overlayCalls() { return callsOf({"IWGr", "IWDisplay"}); }
+};
+
+TEST_F(Handlers, APressMarksTheStart)
+{
+    script.fraction = 0.25f;
+    press(12, 34);
+    EXPECT_THAT(calls, ElementsAre("IWGetButPressInfo(12, 34)", "IMRtXY(1)", "WMAddEventHandler(1, 64)",
+                                   "WMAddEventHandler(1, 8)", "IWRtMulDis(1)", "IWRtMulDisStyle(1)",
+                                   "IWGrAddPt2D(1, 2, 7, 12.25, 34.25)", "IWDisplay(1)"));
+    EXPECT_EQ(segment.start.x, 12.25f);
+    EXPECT_EQ(segment.start.markerId, 1);
+    EXPECT_EQ(dragging, 1);
+    EXPECT_EQ(segmentDefined, 0);
+    takeCalls();
+    press(50, 50); // a second press while dragging registers the handlers again and no more
+    EXPECT_THAT(callsOf({"WM", "IWGr", "IWDisplay"}),
+                ElementsAre("WMAddEventHandler(1, 64)", "WMAddEventHandler(1, 8)"));
+    EXPECT_EQ(segment.start.x, 12.25f);
+}
+
+TEST_F(Handlers, PressesElsewhereDoNothing)
+{
+    const struct {
+        unsigned button;
+        int onImage, x, y;
+        float fraction;
+        int accepted;
+    } cases[] = {
+        {1, 1, 0,  0,  0,      1},
+        {1, 1, 99, 79, 0,      1},
+        {2, 1, 5,  5,  0,      0},
+        {3, 1, 5,  5,  0,      0},
+        {1, 0, 5,  5,  0,      0},
+        {1, 1, 0,  5,  -0.01f, 0},
+        {1, 1, 99, 5,  0.01f,  0},
+        {1, 1, 5,  79, 0.01f,  0},
+        {1, 1, 5,  0,  -0.01f, 0},
+    };
+    for (const auto& c : cases) {
+        SetUp();
+        script.onImage = c.onImage;
+        script.fraction = c.fraction;
+        press(c.x, c.y, c.button);
+        EXPECT_EQ(dragging, c.accepted) << c.button << " " << c.x << " " << c.y;
+        EXPECT_EQ(callsOf({"WMAddEventHandler"}).size(), c.accepted ? 2u : 0u);
+    }
+}
+
+TEST_F(Handlers, MotionDrawsTheLineThenTheProfileThenTheReadout)
+{
+    press(10, 10);
+    takeCalls();
+    motion(13, 14);
+    std::vector<std::string> all = takeCalls();
+    calls = all;
+    EXPECT_THAT(callsOf({"IWG", "IMRtXY", "IWDisplay", "IMAlCon", "IWDataToTSPos", "WM"}),
+                ElementsAre("IWGetButPressInfo(13, 14)", "IMRtXY(1)",
+                            "IWGrAddLn2D(1, 2, 0, 7, 10, 10, 13, 14)", "IWDisplay(1)", "IMAlCon(1, 1)",
+                            "IWDataToTSPos(13, 14, 0, 1)", "IWDataToTSPos(10, 10, 0, 1)",
+                            "WMUpdateField(text)"));
+    EXPECT_EQ(segment.lineId, 2);
+    EXPECT_EQ(segmentDefined, 1);
+    EXPECT_STREQ(messageText, "Line length 2.500 \xB5m, angle 53.13 degrees");
+}
+
+TEST_F(Handlers, TheNextDragReplacesTheGraphics)
+{
+    drag(10, 10, 20, 20); // ids 1 and 2
+    takeCalls();
+    press(30, 30);
+    EXPECT_THAT(overlayCalls(), ElementsAre("IWGrRmGrID(1, 1)", "IWGrRmGrID(1, 2)", "IWDisplay(1)",
+                                            "IWGrAddPt2D(1, 2, 7, 30, 30)", "IWDisplay(1)"));
+    takeCalls();
+    motion(31, 30);
+    motion(32, 30);
+    EXPECT_THAT(overlayCalls(),
+                ElementsAre("IWGrRmGrID(1, 2)", "IWGrAddLn2D(1, 2, 0, 7, 30, 30, 31, 30)", "IWDisplay(1)",
+                            "IWGrRmGrID(1, 4)", "IWGrAddLn2D(1, 2, 0, 7, 30, 30, 32, 30)", "IWDisplay(1)"));
+}
+
+TEST_F(Handlers, PanelsBindTheGraphicsByStyle)
+{
+    const struct {
+        int columns, rows, style;
+        const char *point, *line;
+    } cases[] = {
+        {1, 1, 2, "IWGrAddPt2D(1, 2, 7, 5, 6)",             "IWGrAddLn2D(1, 2, 0, 7, 5, 6, 8, 9)"},
+        {2, 1, 0, "IWGrAddPt5D(1, -1, -1, 2, 7, 5, 6, -1)",
+         "IWGrAddLn5D(1, -1, -1, 2, 0, 7, 5, 6, -1, 8, 9, -1)"                                   },
+        {2, 1, 1, "IWGrAddPt5D(1, -1, -1, 2, 7, 5, 6, 4)",
+         "IWGrAddLn5D(1, -1, -1, 2, 0, 7, 5, 6, 4, 8, 9, 4)"                                     },
+        {1, 2, 2, "IWGrAddPt5D(1, -1, 3, 2, 7, 5, 6, -1)",
+         "IWGrAddLn5D(1, -1, 3, 2, 0, 7, 5, 6, -1, 8, 9, -1)"                                    },
+        {1, 2, 3, "IWGrAddPt5D(1, -1, -1, 2, 7, 5, 6, -1)",
+         "IWGrAddLn5D(1, -1, -1, 2, 0, 7, 5, 6, -1, 8, 9, -1)"                                   },
+    };
+    for (const auto& c : cases) {
+        SetUp();
+        script.columns = c.columns, script.rows = c.rows, script.style = c.style;
+        script.panel = 3, script.pressZ = 4;
+        drag(5, 6, 8, 9);
+        EXPECT_THAT(callsOf({"IWGrAdd"}), ElementsAre(c.point, c.line));
+    }
+}
+
+TEST_F(Handlers, MotionElsewhereIsIgnored)
+{
+    const struct {
+        const char* name;
+        std::function<void()> arrange;
+        unsigned state;
+        bool accepted;
+    } cases[] = {
+        {"no button",         [] {},                                        0,                      false},
+        {"another button",    [] {},                                        Button2Mask,            false},
+        {"off the image",     [] { script.onImage = 0; },                   Button1Mask,            false},
+        {"another panel",     [] { script.panel = 1; },                     Button1Mask,            false},
+        {"another sub-panel", [] { script.subPanel = 1; },                  Button1Mask,            false},
+        {"another section",   [] { script.pressZ = 1; },                    Button1Mask,            false},
+        {"single panel",      [] { script.columns = 1, script.panel = 1; }, Button1Mask,            true },
+        {"no drag",           [] { dragging = 0; },                         Button1Mask,            false},
+        {"the same panel",    [] {},                                        Button1Mask | LockMask, true },
+    };
+    for (const auto& c : cases) {
+        SetUp();
+        script.columns = 2, script.style = 1;
+        press(5, 6);
+        takeCalls();
+        c.arrange();
+        motion(8, 9, c.state);
+        EXPECT_EQ(segmentDefined, c.accepted) << c.name;
+        EXPECT_EQ(overlayCalls().size(), c.accepted ? 2u : 0u) << c.name;
+        release();
+    }
+}
+
+TEST_F(Handlers, EndsAreConstrainedAndClamped)
+{
+    const struct {
+        int x, y;
+        float fraction;
+        unsigned modifiers;
+        float endX, endY;
+    } cases[] = {
+        {30,  50,  0.5f,   0,                       30.5f, 50.5f},
+        {30,  50,  0.5f,   ShiftMask,               20.5f, 50.5f},
+        {30,  50,  0.5f,   ControlMask,             30.5f, 20.5f},
+        {30,  50,  0.5f,   ShiftMask | ControlMask, 20.5f, 50.5f},
+        {-7,  50,  0.5f,   0,                       0.5f,  50.5f}, // the window's edge
+        {500, 500, 0,      0,                       99,    79   }, // the last pixel of the window
+        {99,  50,  0.5f,   0,                       99,    50.5f}, // the image's last pixel, y still following
+        {0,   -3,  -0.75f, 0,                       0,     0    },
+    };
+    for (const auto& c : cases) {
+        SetUp();
+        script.fraction = 0.5f;
+        press(20, 20);
+        script.fraction = c.fraction;
+        motion(c.x, c.y, Button1Mask | c.modifiers);
+        EXPECT_EQ(segment.end.x, c.endX) << c.x << ", " << c.y;
+        EXPECT_EQ(segment.end.y, c.endY) << c.x << ", " << c.y;
+        EXPECT_EQ(segment.end.markerId, 0);
+        release();
+    }
+}
+
+TEST_F(Handlers, TheDistanceAxisFollowsTheLength)
+{
+    const struct {
+        int dx;
+        float spacing, length;
+        int precision;
+        const char* message;
+    } cases[] = {
+        {9,   0.111f, 0.999f, 2, "Line length 0.999 \xB5m, angle 0.00 degrees"    },
+        {10,  0.1f,   1.0f,   1, "Line length 1.000 \xB5m, angle 0.00 degrees"    },
+        {10,  1.0f,   10.0f,  0, "Line length 10.000 \xB5m, angle 0.00 degrees"   },
+        {10,  10.0f,  100.0f, 0, "Line length 100.000 \xB5m, angle 0.00 degrees"  },
+        {-10, 1.0f,   10.0f,  0, "Line length 10.000 \xB5m, angle -180.00 degrees"},
+        {0,   1.0f,   0.0f,   2, "Line length 0.000 \xB5m, angle 0.00 degrees"    },
+    };
+    Dimension width = 0;
+    XtVaGetValues(plot.plotArea, "width", &width, nullptr);
+    for (const auto& c : cases) {
+        SetUp();
+        script.spacing[0] = script.spacing[1] = c.spacing;
+        drag(50, 40, 50 + c.dx, 40);
+        float margin = c.length / static_cast<float>(width) * 5.0f;
+        int precision = -1;
+        XtVaGetValues(toolWindow.distanceTicks, "xrtGaPrecision", &precision, nullptr);
+        EXPECT_EQ(precision, c.precision) << c.message;
+        EXPECT_FLOAT_EQ(static_cast<float>(doubleResource(toolWindow.distanceTicks, "xrtGaOffset")), margin);
+        EXPECT_FLOAT_EQ(static_cast<float>(doubleResource(toolWindow.distanceScale, "xrtGaMin")), margin);
+        EXPECT_FLOAT_EQ(static_cast<float>(doubleResource(toolWindow.distanceScale, "xrtGaMax")),
+                        c.length + margin);
+        EXPECT_STREQ(messageText, c.message);
+    }
+}
+
+TEST_F(Handlers, AReleaseEndsTheDrag)
+{
+    press(5, 6);
+    motion(8, 9);
+    takeCalls();
+    release();
+    EXPECT_THAT(callsOf({"IWDisplay", "WM", "IMAlCon", "IWData"}),
+                ElementsAre("IWDisplay(1)", "WMCancelEventHandler(1, 64)", "WMCancelEventHandler(1, 8)",
+                            "IMAlCon(1, 1)"));
+    EXPECT_EQ(dragging, 0);
+    EXPECT_THAT(handlers, ElementsAre(::testing::Key(ButtonPressMask), ::testing::Key(EnterWindowMask)));
+}
+
+TEST_F(Handlers, AClickLeavesTheMarkerAndAnEmptyPlot)
+{
+    drag(5, 6, 8, 9);
+    press(20, 20);
+    takeCalls();
+    release();
+    EXPECT_THAT(calls, Not(Contains("IMAlCon(1, 1)")));
+    EXPECT_EQ(segmentDefined, 0);
+}
