@@ -320,12 +320,15 @@ void TiffImage::readLarge(RecentSection& view, const PixelRect& rect, float* out
         const int bandRows = static_cast<int>(std::max<std::int64_t>(1, pixelsPerItem / rect.width()));
         parallelFor((bottom - top) / bandRows + 1, [&](int band) {
             const int y0 = top + band * bandRows, y1 = std::min(bottom, y0 + bandRows - 1);
-            for (int row = y0 / plane.blockHeight; row <= y1 / plane.blockHeight; ++row)
-                for (int column = 0; column < columns; ++column) {
-                    const auto at = static_cast<std::size_t>((row - first) * columns + column);
-                    convertPart(plane, view.sample, blocks[at]->first(), range.columnFirst + column, row,
-                                rect, y0, y1, out);
-                }
+            // Of tiles, row by row: out is then written from front to back, which is what the memory likes.
+            const int step = columns > 1 ? 1 : y1 - y0 + 1;
+            for (int y = y0; y <= y1; y += step)
+                for (int row = y / plane.blockHeight; row <= std::min(y1, y + step - 1) / plane.blockHeight; ++row)
+                    for (int column = 0; column < columns; ++column) {
+                        const auto at = static_cast<std::size_t>((row - first) * columns + column);
+                        convertPart(plane, view.sample, blocks[at]->first(), range.columnFirst + column, row, rect,
+                                    y, y + step - 1, out);
+                    }
         });
     }
 }
