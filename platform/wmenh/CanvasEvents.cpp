@@ -181,7 +181,8 @@ Widget carrier()
 {
     static Widget widget = nullptr;
     if (!widget) {
-        widget = XtCreateWidget("canvasEvents", coreWidgetClass, toolkit().shell, nullptr, 0);
+        // Xt realises unmanaged children too, and a window of no size is fatal.
+        widget = XtVaCreateWidget("canvasEvents", coreWidgetClass, toolkit().shell, XmNwidth, 1, XmNheight, 1, nullptr);
         XtAddRawEventHandler(widget, inputMask | changeMask, False, canvasEvent, nullptr);
     }
     return widget;
