@@ -30,6 +30,7 @@ public:
     const TiffStructure& tags() const { return structure; }
     std::uint64_t size() const { return opened.size; } // bytes
     FileStamp stamp() const { return opened; }         // at the time of opening
+    bool changed() const { return file.stamp() != opened; }
 
     // The plane whose directory is at the offset. The last is used again as long as the file does not change.
     PlanePtr plane(std::uint64_t directoryOffset, std::optional<SampleType> declared,

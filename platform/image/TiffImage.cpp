@@ -70,6 +70,7 @@ private:
     void checkFirstSection();
     void findLevels(TiffFile& file, const PlanePlace& where, const Plane& plane);
     template<class Action> bool attempt(const SectionIndex& section, Action action);
+    bool fail(const SectionIndex& section, std::string reason);
     RecentSection& view(const SectionIndex& section, int level);
     void lookUp(RecentSection& recent, const SectionIndex& section, int level);
     PlanePtr levelPlane(TiffFile& file, const PlanePlace& where, int level);
@@ -323,11 +324,12 @@ void TiffImage::readLarge(RecentSection& view, const PixelRect& rect, float* out
             // Of tiles, row by row: out is then written from front to back, which is what the memory likes.
             const int step = columns > 1 ? 1 : y1 - y0 + 1;
             for (int y = y0; y <= y1; y += step)
-                for (int row = y / plane.blockHeight; row <= std::min(y1, y + step - 1) / plane.blockHeight; ++row)
+                for (int row = y / plane.blockHeight; row <= std::min(y1, y + step - 1) / plane.blockHeight;
+                     ++row)
                     for (int column = 0; column < columns; ++column) {
                         const auto at = static_cast<std::size_t>((row - first) * columns + column);
-                        convertPart(plane, view.sample, blocks[at]->first(), range.columnFirst + column, row, rect,
-                                    y, y + step - 1, out);
+                        convertPart(plane, view.sample, blocks[at]->first(), range.columnFirst + column, row,
+                                    rect, y, y + step - 1, out);
                     }
         });
     }
@@ -347,31 +349,37 @@ static std::string nameOf(const SectionIndex& s)
            std::to_string(s.t) + ", position " + std::to_string(s.p);
 }
 
+bool TiffImage::fail(const SectionIndex& section, std::string reason)
+{
+    const PlanePlace* where = place(section);
+    try {
+        if (where && dataset.files->file(where->file)->changed())
+            reason = "the file has changed since it was opened (" + reason + ")";
+    } catch (const FormatError&) {
+        // The reason says already that the file is not there.
+    }
+    recentSection = {};
+    lastReadError =
+        "Cannot read " + nameOf(section) + " of \"" + dataset.info.path.string() + "\": " + reason + ".";
+    return false;
+}
+
 // Runs a read; a file that was changed meanwhile is looked at anew, once.
 template<class Action> bool TiffImage::attempt(const SectionIndex& section, Action action)
 {
-    bool changed = false;
-    const auto fail = [&](const std::string& text) {
-        const std::string reason = changed ? "the file has changed since it was opened (" + text + ")" : text;
-        recentSection = {};
-        lastReadError =
-            "Cannot read " + nameOf(section) + " of \"" + dataset.info.path.string() + "\": " + reason + ".";
-        return false;
-    };
     try {
         try {
             return action();
         } catch (const StalePlane&) {
-            changed = true;
             recentSection = {};
             return action();
         }
     } catch (const StalePlane&) {
-        return fail("the file is being written by another program");
+        return fail(section, "another program is writing to it");
     } catch (const std::bad_alloc&) {
-        return fail("there is not enough memory");
+        return fail(section, "there is not enough memory");
     } catch (const std::exception& error) {
-        return fail(error.what());
+        return fail(section, error.what());
     }
 }
 

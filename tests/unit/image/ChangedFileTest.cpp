@@ -1,1 +1,59 @@
+// Files that change, shrink or go away while they are open.
+#include "tests/unit/image/TestFiles.h"
 
+#include <gtest/gtest.h>
+
+using namespace image;
+namespace fs = std::filesystem;
+
+class ChangedFile : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        spec.pages = 8;
+        spec.width = spec.height = 80;
+        writeTiff(path, spec);
+        image = ImageFile::open(path);
+        ASSERT_EQ(firstPixel(*image, {}), storedValue(spec, 0, 0, 0, 0));
+    }
+    TempFolder folder;
+    fs::path path = folder / "c.tif";
+    TiffSpec spec;
+    std::unique_ptr<ImageFile> image;
+};
+
+TEST_F(ChangedFile, DeletedOrReplacedFileIsStillRead)
+{
+    fs::rename(path, folder / "old.tif");
+    TiffSpec other;
+    writeTiff(path, other);
+    EXPECT_EQ(firstPixel(*image, {5, 0, 0, 0}), storedValue(spec, 0, 0, 5, 0));
+    fs::remove(folder / "old.tif");
+    EXPECT_EQ(firstPixel(*image, {6, 0, 0, 0}), storedValue(spec, 0, 0, 6, 0));
+}
+
+TEST_F(ChangedFile, TruncatedFileFailsWithASentence)
+{
+    for (const std::uintmax_t size : {fs::file_size(path) / 2, std::uintmax_t{100}, std::uintmax_t{0}}) {
+        fs::resize_file(path, size);
+        EXPECT_TRUE(readWhole(*image, {7, 0, 0, 0}).empty());
+        EXPECT_NE(image->lastError().find("changed"), std::string::npos) << image->lastError();
+    }
+}
+
+TEST_F(ChangedFile, FileRewrittenInAnotherShapeIsNotReadAtOldOffsets)
+{
+    TiffSpec other;
+    other.width = 300;
+    other.height = 20;
+    other.pages = 20;
+    writeTiff(path, other);
+    EXPECT_TRUE(readWhole(*image, {7, 0, 0, 0}).empty());
+    EXPECT_FALSE(image->lastError().empty());
+}
+
+TEST_F(ChangedFile, FileThatIsOnlyAppendedToStaysReadable)
+{
+    writeBytes(path, readBytes(path) + "more");
+    EXPECT_EQ(firstPixel(*image, {7, 0, 0, 0}), storedValue(spec, 0, 0, 7, 0));
+}
