@@ -19,6 +19,11 @@ enum Stream : std::uint64_t {
 
 constexpr double stepMicrons = 0.05; // along a filament, half a pixel
 
+double length(double x, double y)
+{
+    return std::sqrt(x * x + y * y);
+}
+
 } // namespace
 
 Specimen::Specimen(std::uint64_t seed) : seed(seed)
@@ -41,7 +46,7 @@ void Specimen::placeCells()
             const double x = random.uniform(0, fieldPeriod), y = random.uniform(0, fieldPeriod);
             double nearest = fieldPeriod;
             for (const Cell& other : all)
-                nearest = std::min(nearest, std::hypot(wrapDistance(x - other.x), wrapDistance(y - other.y)));
+                nearest = std::min(nearest, length(wrapDistance(x - other.x), wrapDistance(y - other.y)));
             if (nearest > bestDistance) {
                 bestDistance = nearest;
                 best.x = x;
@@ -208,7 +213,7 @@ double Specimen::height(int index, double x, double y, double depth) const
     if (depth <= 0)
         return 0;
     const Nucleus& n = all[index].nucleus;
-    const double r = std::hypot(wrapDistance(x - n.centre.x), wrapDistance(y - n.centre.y));
+    const double r = length(wrapDistance(x - n.centre.x), wrapDistance(y - n.centre.y));
     return std::sqrt(std::min(1.0, depth / 2.5)) * (1.3 + (2 * n.c - 0.6) * gaussian(r, 5.5));
 }
 

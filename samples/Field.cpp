@@ -298,6 +298,46 @@ Field::Image Field::focus(const Slices& slices, int section, const Channel& chan
     return sum;
 }
 
+// The sum over the channels of the logarithm of the brightest pixel.
+double Field::brightness(const Segment& line, int channels)
+{
+    const int steps = std::max({1, std::abs(line.x1 - line.x0), std::abs(line.y1 - line.y0)});
+    double sum = 0;
+    for (int c = 0; c < channels; ++c) {
+        const Image& image = sections(c, 0, 0)[size.sizeZ / 2];
+        float peak = 1;
+        for (int i = 0; i <= steps; ++i) {
+            const int x = line.x0 + (line.x1 - line.x0) * i / steps + originX;
+            const int y = line.y0 + (line.y1 - line.y0) * i / steps + originY;
+            peak = std::max(peak, image[wrapPixel(y) * fieldPixels + wrapPixel(x)]);
+        }
+        sum += logarithm(peak);
+    }
+    return sum;
+}
+
+Segment Field::brightSegment(int channels)
+{
+    constexpr int shift = 16, step = 2; // of the end points, in pixels
+    const Segment middle = segmentAcrossNuclei();
+    Segment best = middle;
+    double brightest = 0;
+    for (int dy0 = -shift; dy0 <= shift; dy0 += step) {
+        for (int dy1 = -shift; dy1 <= shift; dy1 += step) {
+            Segment line = middle;
+            line.y0 = std::clamp(line.y0 + dy0, 0, size.height - 1);
+            line.y1 = std::clamp(line.y1 + dy1, 0, size.height - 1);
+            const double value = brightness(line, channels);
+            if (value > brightest) {
+                brightest = value;
+                best = line;
+            }
+        }
+    }
+    return best;
+}
+
+// The pair of nuclei whose middle is nearest to that of the image.
 Segment Field::segmentAcrossNuclei()
 {
     constexpr double beyond = 9; // microns past both centres, so that the line ends outside the nuclei

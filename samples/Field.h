@@ -33,8 +33,9 @@ public:
     Field(std::uint64_t seed, FieldSize size);
     // Fills out (width * height, row by row) with camera counts, 0 to 65535, whole numbers.
     void render(const Plane& plane, std::span<double> out);
-    // A line through two nuclei of position 0 that lies inside the image; for a small image its diagonal.
-    Segment segmentAcrossNuclei();
+    // A line inside the image through two nuclei of position 0 that also meets bright spots of the first
+    // `channels` channels in the middle section; for a small image its diagonal.
+    Segment brightSegment(int channels);
 
 private:
     using Image = std::vector<float>;  // fieldPixels squared
@@ -43,6 +44,8 @@ private:
         int cell = 0;
         double x = 0, y = 0, depth = 0, height = 0, mottle = 0; // microns but for the mottle
     };
+    Segment segmentAcrossNuclei();
+    double brightness(const Segment& line, int channels);
     const Specimen& specimen(int position);
     const std::vector<Image>& sections(int c, int t, int p);
     std::vector<Image> renderSections(int c, int t, int p);

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iostream>
+#include <iterator>
 
 namespace sample {
 
@@ -61,10 +61,35 @@ constexpr Named timeUnits[] = {
     {"h",   1 / 3600.0, "h"  },
 };
 
+constexpr struct {
+    const char* name;
+    PatternKind kind;
+} patternTable[] = {
+    {"field",  PatternKind::Field },
+    {"ramp",   PatternKind::Ramp  },
+    {"planes", PatternKind::Planes},
+};
+
+constexpr struct {
+    const char* name;
+    Split split;
+} splitTable[] = {
+    {"none",     Split::None    },
+    {"channel",  Split::Channel },
+    {"z",        Split::Z       },
+    {"time",     Split::Time    },
+    {"position", Split::Position},
+};
+
+constexpr struct {
+    const char* name;
+} orderTable[] = {{"XYZCT"}, {"XYZTC"}, {"XYCTZ"}, {"XYCZT"}, {"XYTCZ"}, {"XYTZC"}};
+
 const char* const footer = R"(
 Patterns:
   field   a fluorescence field of 512 x 512 pixels that repeats; counts of a 16-bit camera with offset 100.
           8-bit pixels hold (counts - 100) / 8, int8 that minus 128, bit whether counts exceed 300.
+          With --rgb red is the mitochondria, green the microtubules and blue the nuclei.
   ramp    v = x + 11 y + 101 z + 1009 c + 10007 t + 20011 p, indices from 0, stored as
             bit v mod 2, uint8 v mod 256, int8 v mod 256 - 128, uint16 v mod 65536,
             int16 v mod 32768 - 100, uint32 v mod 2^20 + 70000, int32 v mod 2^20 - 100,
@@ -77,19 +102,42 @@ Files: with --split or --files, NAME.ome.tif becomes NAME_C0.ome.tif and so on (
 
 Exit status: 0 done, 1 a file could not be written, 2 wrong usage.)";
 
-template<typename Table> std::map<std::string, int> namesOf(const Table& table)
+// What is looked up in a table once the command line is parsed.
+struct Choices {
+    std::string size = "512x512", pattern = "field", type = "uint16", order = "XYCZT",
+                compression = "deflate", split = "none", lengthUnit = "um", timeUnit = "s";
+};
+
+template<typename Table> std::string namesIn(const Table& table)
 {
-    std::map<std::string, int> names;
-    int index = 0;
-    for (const auto& row : table)
-        names[row.name] = index++;
+    std::string names;
+    for (const auto& row : table) {
+        const bool last = &row == std::end(table) - 1;
+        names += names.empty() ? "" : last ? " or " : ", ";
+        names += row.name;
+    }
     return names;
 }
 
-struct Choices {
-    int type = 3, compression = 2, lengthUnit = 0, timeUnit = 0;
-    std::string size = "512x512";
-};
+template<typename Table> const auto& choose(const char* flag, const std::string& name, const Table& table)
+{
+    for (const auto& row : table) {
+        if (name == row.name)
+            return row;
+    }
+    throw UsageError(std::string(flag) + " takes " + namesIn(table) + ", not \"" + name + "\"");
+}
+
+template<typename Table>
+void addChoice(CLI::App& app, const char* flag, std::string& to, const Table& table, const std::string& help)
+{
+    app.add_option(flag, to, help + ": " + namesIn(table) + " (" + to + ")");
+}
+
+void addCount(CLI::App& app, const char* flag, int& to, int least, int most, const char* help)
+{
+    app.add_option(flag, to, help)->check(CLI::Range(least, most));
+}
 
 void parseSize(const std::string& text, FieldSize& size)
 {
@@ -99,14 +147,6 @@ void parseSize(const std::string& text, FieldSize& size)
         throw UsageError("--size takes width and height in pixels such as 640x512, not \"" + text + "\"");
 }
 
-template<typename Table>
-CLI::Option* addChoice(CLI::App& app, const char* flag, int& to, const Table& table, const char* help)
-{
-    return app.add_option(flag, to, help)
-        ->transform(CLI::Transformer(namesOf(table)).description(""))
-        ->check(CLI::Range(0, static_cast<int>(std::size(table)) - 1).description(""));
-}
-
 void addImageOptions(CLI::App& app, Options& o, Choices& choices)
 {
     app.add_option("OUTPUT", o.output, "File to write, such as demo.ome.tif");
@@ -114,54 +154,36 @@ void addImageOptions(CLI::App& app, Options& o, Choices& choices)
                  "Print the dimensions, the files and a line worth dragging (segment x0 y0 x1 y1); "
                  "writes nothing without OUTPUT");
     app.add_option("--size", choices.size, "Width x height in pixels (512x512)");
-    app.add_option("--z", o.size.sizeZ, "Sections (5)")->check(CLI::Range(1, 10000));
-    app.add_option("--channels", o.channels, "Channels (4)")->check(CLI::Range(1, maxChannels));
-    app.add_option("--time", o.times, "Time points (3)")->check(CLI::Range(1, 10000));
-    app.add_option("--positions", o.positions, "Stage positions, one OME image each (1)")
-        ->check(CLI::Range(1, 1000));
-    const std::map<std::string, PatternKind> patterns{
-        {"field",  PatternKind::Field },
-        {"ramp",   PatternKind::Ramp  },
-        {"planes", PatternKind::Planes}
-    };
-    app.add_option("--pattern", o.pattern, "field, ramp or planes, see below (field)")
-        ->transform(CLI::CheckedTransformer(patterns).description(""));
+    addCount(app, "--z", o.size.sizeZ, 1, 10000, "Sections (5)");
+    addCount(app, "--channels", o.channels, 1, maxChannels, "Channels (4)");
+    addCount(app, "--time", o.times, 1, 10000, "Time points (3)");
+    addCount(app, "--positions", o.positions, 1, 1000, "Stage positions, one OME image each (1)");
+    addChoice(app, "--pattern", choices.pattern, patternTable, "What the image shows, see below");
     app.add_option("--seed", o.seed, "Another seed makes another field (10)");
-    addChoice(app, "--pixel-type", choices.type, typeTable,
-              "bit, uint8, int8, uint16, int16, uint32, int32, float or double (uint16)");
-    app.add_option("--order", o.order, "Order of the planes, as OME names it (XYCZT)")
-        ->check(CLI::IsMember({"XYZCT", "XYZTC", "XYCTZ", "XYCZT", "XYTCZ", "XYTZC"}).description(""));
+    addChoice(app, "--pixel-type", choices.type, typeTable, "Pixel type");
+    addChoice(app, "--order", choices.order, orderTable, "Order of the planes, as OME names it");
 }
 
 void addLayoutOptions(CLI::App& app, Options& o, Choices& choices)
 {
     app.add_flag("--big-endian", o.bigEndian, "Big-endian bytes");
     app.add_flag("--bigtiff", o.bigTiff, "BigTIFF");
-    addChoice(app, "--compression", choices.compression, compressionTable,
-              "none, lzw, deflate, zstd, lzma, packbits, jpeg, webp, fax3 or fax4 (deflate)");
-    app.add_flag("!--no-predictor", o.predictor, "No differencing before compression");
-    app.add_option("--rows-per-strip", o.rowsPerStrip, "Rows per strip (about 64 kB)")
-        ->check(CLI::Range(1, 1000000));
-    app.add_option("--tile", o.tile, "Square tiles of N pixels, a multiple of 16, instead of strips")
-        ->check(CLI::Range(16, 65536));
-    app.add_option("--pyramid", o.pyramidLevels, "Reduced levels in SubIFDs")->check(CLI::Range(0, 16));
+    addChoice(app, "--compression", choices.compression, compressionTable, "Compression");
+    app.add_flag("--no-predictor", o.noPredictor, "No differencing before compression");
+    addCount(app, "--rows-per-strip", o.rowsPerStrip, 1, 1000000, "Rows per strip (about 64 kB)");
+    addCount(app, "--tile", o.tile, 16, 65536,
+             "Square tiles of N pixels, a multiple of 16, instead of strips");
+    addCount(app, "--pyramid", o.pyramidLevels, 0, 16, "Reduced levels in SubIFDs");
     app.add_flag_callback(
         "--rgb", [&o] { o.rgb = Rgb::Interleaved; }, "Red, green, blue in one page");
     app.add_flag_callback(
         "--planar-rgb", [&o] { o.rgb = Rgb::Planar; }, "The same in separate planes");
 }
 
-void addFileOptions(CLI::App& app, Options& o)
+void addFileOptions(CLI::App& app, Options& o, Choices& choices)
 {
-    const std::map<std::string, Split> splits{
-        {"channel",  Split::Channel },
-        {"z",        Split::Z       },
-        {"time",     Split::Time    },
-        {"position", Split::Position}
-    };
-    app.add_option("--split", o.split, "One file per channel, z, time or position")
-        ->transform(CLI::CheckedTransformer(splits).description(""));
-    app.add_option("--files", o.files, "Distribute the planes over N files")->check(CLI::Range(1, 10000));
+    addChoice(app, "--split", choices.split, splitTable, "One file for each");
+    addCount(app, "--files", o.files, 1, 1000, "Distribute the planes over N files");
     app.add_flag("--companion", o.companion, "Metadata in a file of its own");
     app.add_flag_callback(
         "--imagej", [&o] { o.flavor = Flavor::ImageJ; }, "An ImageJ hyperstack");
@@ -171,9 +193,8 @@ void addFileOptions(CLI::App& app, Options& o)
 
 void addMetadataOptions(CLI::App& app, Options& o, Choices& choices)
 {
-    addChoice(app, "--length-unit", choices.lengthUnit, lengthUnits,
-              "Unit of lengths in OME: um, nm, pm, angstrom, mm, cm, m or inch (um)");
-    addChoice(app, "--time-unit", choices.timeUnit, timeUnits, "Unit of times in OME: s, ms, us, min, h (s)");
+    addChoice(app, "--length-unit", choices.lengthUnit, lengthUnits, "Unit of lengths in OME");
+    addChoice(app, "--time-unit", choices.timeUnit, timeUnits, "Unit of times in OME");
     const struct {
         const char* flag;
         bool& to;
@@ -227,7 +248,8 @@ void checkCombination(Options& o, bool channelsGiven)
     require(o.files == 1 || o.split == Split::None, "--split and --files exclude each other");
     if (o.files > 1)
         o.split = Split::Count;
-    const int planes = o.size.sizeZ * o.pagesPerSection() * o.times * o.positions;
+    const double planes = 1.0 * o.size.sizeZ * o.pagesPerSection() * o.times * o.positions;
+    require(planes <= 1e6, "That makes more than a million planes");
     require(o.files <= planes, "There are fewer planes than --files asks for");
     if (o.flavor != Flavor::Ome) {
         require(o.split == Split::None && !o.companion && o.positions == 1,
@@ -266,7 +288,7 @@ bool parseOptions(int argc, char** argv, Options& o)
     Choices choices;
     addImageOptions(app, o, choices);
     addLayoutOptions(app, o, choices);
-    addFileOptions(app, o);
+    addFileOptions(app, o, choices);
     addMetadataOptions(app, o, choices);
     try {
         app.parse(argc, argv);
@@ -277,10 +299,13 @@ bool parseOptions(int argc, char** argv, Options& o)
         throw UsageError(error.what());
     }
     parseSize(choices.size, o.size);
-    o.pixelType = typeTable[choices.type].type;
-    o.compression = &compressionTable[choices.compression];
-    o.lengthUnit = &lengthUnits[choices.lengthUnit];
-    o.timeUnit = &timeUnits[choices.timeUnit];
+    o.pattern = choose("--pattern", choices.pattern, patternTable).kind;
+    o.pixelType = choose("--pixel-type", choices.type, typeTable).type;
+    o.order = choose("--order", choices.order, orderTable).name;
+    o.compression = &choose("--compression", choices.compression, compressionTable);
+    o.split = choose("--split", choices.split, splitTable).split;
+    o.lengthUnit = &choose("--length-unit", choices.lengthUnit, lengthUnits);
+    o.timeUnit = &choose("--time-unit", choices.timeUnit, timeUnits);
     checkCombination(o, app.count("--channels") > 0);
     return true;
 }

@@ -42,7 +42,7 @@ struct Options {
 
     bool bigEndian = false, bigTiff = false;
     const Compression* compression = nullptr;
-    bool predictor = true;
+    bool noPredictor = false;
     int rowsPerStrip = 0; // 0: about 64 kB per strip
     int tile = 0;         // 0: strips
     int pyramidLevels = 0;

@@ -79,7 +79,10 @@ std::vector<double> Pattern::values(const Plane& plane)
     const FieldSize& size = options.size;
     std::vector<double> out(static_cast<std::size_t>(size.width) * size.height);
     if (options.pattern == PatternKind::Field) {
-        field.render(plane, out);
+        Plane source = plane;
+        if (options.rgb != Rgb::No) // the colours of the first three channels are blue, green and red
+            source.c = 2 - plane.c;
+        field.render(source, out);
         for (double& value : out)
             value = storedCounts(value, options.pixelType);
         return out;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstdarg>
 #include <cstring>
 #include <fstream>
@@ -83,13 +84,15 @@ struct Level {
 
 class FileWriter {
 public:
-    FileWriter(const Options& options, std::filesystem::path draft, std::string name)
+    FileWriter(const Options& options, const std::filesystem::path& draft, std::string name)
         : options(options), name(std::move(name))
     {
         const std::string mode =
             std::string("w") + (options.bigEndian ? "b" : "l") + (options.bigTiff ? "8" : "4");
         lastTiffError.clear();
         tiff.reset(TIFFOpen(draft.c_str(), mode.c_str()));
+        if (lastTiffError.starts_with(draft.string() + ": "))
+            lastTiffError.erase(0, draft.string().size() + 2);
         check(tiff != nullptr);
     }
 
@@ -147,6 +150,18 @@ private:
         }
     }
 
+    int predictor() const
+    {
+        const int bits = bitsOf(options.pixelType);
+        if (options.noPredictor || !options.compression->predictor || bits == 1)
+            return PREDICTOR_NONE;
+        if (sampleFormat() != SAMPLEFORMAT_IEEEFP)
+            return PREDICTOR_HORIZONTAL;
+        // libtiff 4.5 orders the bytes wrongly when it differences floats for a file of the other byte order.
+        return options.bigEndian == (std::endian::native == std::endian::big) ? PREDICTOR_FLOATINGPOINT
+                                                                              : PREDICTOR_NONE;
+    }
+
     void setShape(const Level& level)
     {
         const bool rgb = options.rgb != Rgb::No;
@@ -159,10 +174,8 @@ private:
         set(TIFFTAG_PHOTOMETRIC, rgb ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK);
         set(TIFFTAG_PLANARCONFIG, options.rgb == Rgb::Planar ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
         set(TIFFTAG_COMPRESSION, scheme);
-        if (options.compression->predictor && options.predictor && bits > 1)
-            set(TIFFTAG_PREDICTOR, bits >= 32 && sampleFormat() == SAMPLEFORMAT_IEEEFP
-                                       ? PREDICTOR_FLOATINGPOINT
-                                       : PREDICTOR_HORIZONTAL);
+        if (predictor() != PREDICTOR_NONE)
+            set(TIFFTAG_PREDICTOR, predictor());
         if (scheme == COMPRESSION_WEBP)
             set(TIFFTAG_WEBP_LOSSLESS, 1);
         if (options.tile) {
@@ -314,6 +327,10 @@ void writeFiles(const Options& options, const FileSet& set, Pattern& pattern)
     if (!TIFFIsCODECConfigured(static_cast<std::uint16_t>(options.compression->scheme)))
         throw WriteError(std::string("This TIFF library has no ") + options.compression->name +
                          " compression");
+    for (const OutputFile& file : set.files) {
+        if (std::filesystem::is_directory(file.path))
+            throw WriteError("Cannot write " + file.path.string() + ": it is a directory");
+    }
     TIFFSetErrorHandler(keepTiffError);
     TIFFSetWarningHandler(nullptr);
     Drafts drafts(set);
