@@ -43,6 +43,9 @@ ContrastLimits automaticLimits(std::vector<float>& values)
     if (values.empty())
         return {0, 1};
     ContrastLimits limits{valueAtFraction(values, darkFraction), valueAtFraction(values, brightFraction)};
+    const float median = valueAtFraction(values, 0.5);
+    if (median < limits.high && median - limits.low < (limits.high - limits.low) / 3)
+        limits.low = median;
     // A sparse image has its few bright pixels above the upper fraction: show those rather than nothing.
     if (limits.low == limits.high) {
         const auto [min, max] = std::minmax_element(values.begin(), values.end());

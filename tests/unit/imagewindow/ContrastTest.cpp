@@ -1,0 +1,89 @@
+#include "platform/imagewindow/Contrast.h"
+#include "tests/unit/imagewindow/FakeImage.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numeric>
+
+using namespace viewer;
+using viewertest::FakeImage;
+
+TEST(Contrast, LeavesOutTheFewDarkestAndBrightestValues)
+{
+    std::vector<float> values(10001);
+    std::iota(values.begin(), values.end(), 0.0F);
+    const ContrastLimits limits = automaticLimits(values);
+    EXPECT_FLOAT_EQ(limits.low, 10);
+    EXPECT_FLOAT_EQ(limits.high, 9980);
+}
+
+TEST(Contrast, MakesABackgroundBlack)
+{
+    std::vector<float> values;
+    for (int i = 0; i < 1000; ++i)
+        values.push_back(static_cast<float>(i < 800 ? 100 + i % 10 : 1000 + i));
+    const ContrastLimits limits = automaticLimits(values);
+    EXPECT_GE(limits.low, 105);
+    EXPECT_LE(limits.low, 109);
+    EXPECT_GT(limits.high, 1900);
+}
+
+TEST(Contrast, HasAPositiveSpanWhateverTheValues)
+{
+    const float nan = std::nanf("");
+    const std::vector<float> none, undefined(2, nan), holes = {nan, 4, 8}, same(3, 3.0F), huge(2, 1e30F);
+    std::vector<float> sparse(100000, 5.0F);
+    sparse[77] = 900; // one bright pixel is not lost
+    struct Row {
+        std::vector<float> values;
+        float low, high;
+    };
+    const std::vector<Row> rows = {
+        Row{none,      0,     1                          },
+        Row{undefined, 0,     1                          },
+        Row{holes,     4,     8                          },
+        Row{sparse,    5,     900                        },
+        Row{same,      3,     4                          },
+        Row{huge,      1e30F, std::nextafter(1e30F, 3e38F)},
+    };
+    for (auto row : rows) {
+        const ContrastLimits limits = automaticLimits(row.values);
+        EXPECT_FLOAT_EQ(limits.low, row.low);
+        EXPECT_FLOAT_EQ(limits.high, row.high);
+        EXPECT_LT(limits.low, limits.high);
+    }
+}
+
+TEST(Contrast, TakesFixedLimitsFromTheFileAndForBrightField)
+{
+    FakeImage file(8, 8, 3);
+    image::ImageInfo& info = file.description;
+    EXPECT_FALSE(fixedLimits(info, 0));
+    info.wavelengths[1].displayMin = 20;
+    info.wavelengths[1].displayMax = 90;
+    EXPECT_EQ(fixedLimits(info, 1), (ContrastLimits{20, 90}));
+    info.wavelengths[1].displayMax = 20; // an empty range asks for nothing
+    EXPECT_FALSE(fixedLimits(info, 1));
+    info.pixelType = image::PixelType::UInt8;
+    info.wavelengths[0].colorIndex = 1;
+    info.wavelengths[1].colorIndex = 2;
+    info.wavelengths[2].colorIndex = 4;
+    EXPECT_EQ(fixedLimits(info, 2), (ContrastLimits{0, 255}));
+    info.wavelengths[2].nanometres = 461; // fluorescence in the same colours
+    EXPECT_FALSE(fixedLimits(info, 2));
+}
+
+TEST(Contrast, SamplesAreBoundedAndSpreadOverTheSection)
+{
+    FakeImage file(1000, 1000);
+    file.value = [](const image::SectionIndex&, int, int y) { return static_cast<float>(y); };
+    const auto sample = sampleSection(file, {}, 100000);
+    EXPECT_LE(sample.size(), 101000U);
+    EXPECT_GE(sample.size(), 50000U);
+    EXPECT_LT(*std::min_element(sample.begin(), sample.end()), 20);
+    EXPECT_GT(*std::max_element(sample.begin(), sample.end()), 980);
+    EXPECT_TRUE(sampleSection(file, {.z = 5}, 1000).empty());
+    file.broken = true;
+    EXPECT_TRUE(sampleSection(file, {}, 1000).empty());
+}

@@ -1,0 +1,152 @@
+#include "platform/imagewindow/OverlayStore.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+using namespace viewer;
+using protocol::OverlayCommand;
+using protocol::OverlayKind;
+using Outcome = OverlayStore::Outcome;
+
+namespace {
+
+OverlayCommand line(std::uint32_t client, std::int32_t id)
+{
+    return {.kind = OverlayKind::AddLine, .client = client, .id = id, .x1 = 9, .y1 = 9};
+}
+
+OverlayCommand removal(std::uint32_t client, std::int32_t id)
+{
+    return {.kind = OverlayKind::Remove, .client = client, .id = id};
+}
+
+} // namespace
+
+TEST(OverlayStore, IdsBelongToTheirClient)
+{
+    OverlayStore store;
+    EXPECT_EQ(store.apply(line(1, 5)), Outcome::Changed);
+    EXPECT_EQ(store.apply(line(2, 5)), Outcome::Changed);
+    EXPECT_EQ(store.size(), 2U);
+    EXPECT_EQ(store.apply(removal(1, 5)), Outcome::Changed);
+    EXPECT_EQ(store.apply(removal(1, 5)), Outcome::Ignored); // gone already
+    EXPECT_EQ(store.apply(removal(3, 5)), Outcome::Ignored);
+    EXPECT_EQ(store.size(), 1U);
+    EXPECT_EQ(store.apply({.kind = OverlayKind::RemoveAll, .client = 2}), Outcome::Changed);
+    EXPECT_EQ(store.apply({.kind = OverlayKind::RemoveAll, .client = 2}), Outcome::Ignored);
+    EXPECT_EQ(store.size(), 0U);
+    EXPECT_EQ(store.apply({.kind = OverlayKind::Redraw, .client = 1}), Outcome::RedrawAsked);
+}
+
+TEST(OverlayStore, AnIdInUseIsReplaced)
+{
+    OverlayStore store;
+    store.apply(line(1, 5));
+    store.takeTouched();
+    OverlayCommand other = line(1, 5);
+    other.x1 = 50;
+    EXPECT_EQ(store.apply(other), Outcome::Changed);
+    EXPECT_EQ(store.size(), 1U);
+    const auto touched = store.takeTouched();
+    ASSERT_TRUE(touched);
+    ASSERT_EQ(touched->size(), 2U); // where it was and where it is
+    EXPECT_EQ((*touched)[0].x1, 9);
+    EXPECT_EQ((*touched)[1].x1, 50);
+}
+
+TEST(OverlayStore, ADeadClientTakesItsGraphicsAlong)
+{
+    OverlayStore store;
+    for (std::int32_t id = 1; id <= 3; ++id) {
+        store.apply(line(1, id));
+        store.apply(line(0xFFFFFFFFU, id));
+    }
+    EXPECT_TRUE(store.dropClient(1));
+    EXPECT_FALSE(store.dropClient(1));
+    EXPECT_EQ(store.size(), 3U);
+    EXPECT_TRUE(store.dropClient(0xFFFFFFFFU));
+    EXPECT_EQ(store.size(), 0U);
+}
+
+TEST(OverlayStore, AFloodIsBounded)
+{
+    OverlayStore store;
+    std::size_t accepted = 0;
+    for (std::int32_t id = 1; id <= 12000; ++id)
+        accepted += store.apply(line(1, id)) == Outcome::Changed;
+    EXPECT_EQ(accepted, maxGraphicsPerClient);
+    EXPECT_EQ(store.apply(line(2, 1)), Outcome::Changed); // another client still has room
+    EXPECT_EQ(store.apply(line(1, 7)), Outcome::Changed); // replacing needs none
+    EXPECT_FALSE(store.takeTouched());                    // too many to list
+    EXPECT_EQ(store.apply(removal(1, 7)), Outcome::Changed);
+    EXPECT_EQ(store.apply(line(1, 99999)), Outcome::Changed);
+    OverlayCommand bad = line(2, 2);
+    bad.x0 = std::numeric_limits<float>::infinity();
+    EXPECT_EQ(store.apply(bad), Outcome::Refused);
+}
+
+TEST(OverlayStore, BindingToTimePanelAndSection)
+{
+    struct Row {
+        const char* what;
+        OverlayKind kind;
+        int timePoint, panel;
+        float z0, z1;
+        int inPanel, z, t;
+        bool shows;
+    };
+    const auto point = OverlayKind::AddPoint, segment = OverlayKind::AddLine;
+    const Row rows[] = {
+        {"everywhere",              segment, -1, -1, -1,   -1, 3, 7, 2, true },
+        {"time point",              segment, 2,  -1, -1,   -1, 0, 0, 2, true },
+        {"another time point",      segment, 2,  -1, -1,   -1, 0, 0, 1, false},
+        {"panel",                   point,   -1, 3,  -1,   -1, 3, 0, 0, true },
+        {"another panel",           point,   -1, 3,  -1,   -1, 2, 0, 0, false},
+        {"section of a point",      point,   -1, -1, 4.9F, -1, 0, 4, 0, true },
+        {"next section of a point", point,   -1, -1, 4.9F, -1, 0, 5, 0, false},
+        {"section of a line",       segment, -1, -1, 4,    4,  0, 4, 0, true },
+        {"another section",         segment, -1, -1, 4,    4,  0, 3, 0, false},
+        {"between its two ends",    segment, -1, -1, 6,    4,  0, 5, 0, true },
+        {"beyond its two ends",     segment, -1, -1, 6,    4,  0, 7, 0, false},
+        {"one end bound",           segment, -1, -1, -1,   4,  0, 4, 0, true },
+        {"one end bound elsewhere", segment, -1, -1, -1,   4,  0, 0, 0, false},
+    };
+    for (const Row& row : rows) {
+        const OverlayCommand command{.kind = row.kind,
+                                     .client = 1,
+                                     .id = 1,
+                                     .timePoint = row.timePoint,
+                                     .panel = row.panel,
+                                     .z0 = row.z0,
+                                     .z1 = row.z1};
+        EXPECT_EQ(showsIn(command, row.inPanel, row.z, row.t), row.shows) << row.what;
+    }
+}
+
+TEST(OverlayStore, SegmentsAreCutToTheRectangle)
+{
+    const struct {
+        Segment segment;
+        std::optional<Segment> expected;
+    } rows[] = {
+        {{2, 3, 8, 5},         Segment{2, 3, 8, 5}    }, // inside
+        {{-10, 5, 30, 5},      Segment{0, 5, 20, 5}   }, // through
+        {{1e9, 1e9, 1e9, 1e9}, std::nullopt           }, // a point far away
+        {{-5, -5, 25, 25},     Segment{0, 0, 10, 10}  }, // out at the lower edge
+        {{-5, 0, 0, -5},       std::nullopt           }, // past a corner
+        {{-1, -1, -1, 9},      std::nullopt           },
+        {{20, 10, 20, 10},     Segment{20, 10, 20, 10}}, // a point on the corner
+        {{-1e9, 5, 1e9, 5},    Segment{0, 5, 20, 5}   },
+    };
+    for (const auto& row : rows) {
+        const auto part = clipSegment(row.segment, 0, 0, 20, 10);
+        ASSERT_EQ(part.has_value(), row.expected.has_value()) << row.segment.x0 << "," << row.segment.y0;
+        if (!part)
+            continue;
+        EXPECT_NEAR(part->x0, row.expected->x0, 1e-6);
+        EXPECT_NEAR(part->y0, row.expected->y0, 1e-6);
+        EXPECT_NEAR(part->x1, row.expected->x1, 1e-6);
+        EXPECT_NEAR(part->y1, row.expected->y1, 1e-6);
+    }
+}

@@ -1,0 +1,175 @@
+#include "platform/imagewindow/View.h"
+#include "tests/unit/imagewindow/FakeImage.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using namespace viewer;
+using viewertest::FakeImage;
+
+namespace {
+
+image::ImageInfo imageOf(int width, int height, int sizeZ = 1, int sizeW = 1, int sizeT = 1)
+{
+    FakeImage file(width, height, sizeW);
+    file.description.sizeZ = sizeZ;
+    file.description.sizeT = sizeT;
+    return file.description;
+}
+
+} // namespace
+
+TEST(View, ShowsAtMostFiveWavelengthsAndAtLeastOne)
+{
+    View view = initialView(imageOf(10, 10, 1, 7));
+    EXPECT_EQ(displayedWavelengths(view), (std::vector{0, 1, 2, 3, 4}));
+    EXPECT_FALSE(showWavelength(view, 6, true));
+    EXPECT_TRUE(showWavelength(view, 2, false));
+    EXPECT_TRUE(showWavelength(view, 6, true));
+    EXPECT_EQ(displayedWavelengths(view), (std::vector{0, 1, 3, 4, 6}));
+    EXPECT_FALSE(showWavelength(view, 7, true));
+    for (int w : {0, 1, 3, 4})
+        EXPECT_TRUE(showWavelength(view, w, false));
+    EXPECT_FALSE(showWavelength(view, 6, false));
+}
+
+TEST(View, CanvasNeverExceedsTheImage)
+{
+    const struct {
+        int width, height;
+        double zoom;
+        Size area;
+        Size canvas;
+        bool horizontal, vertical;
+    } rows[] = {
+        {100,   80,  1.0,      {400, 300}, {100, 80},  false, false},
+        {100,   80,  1.0,      {100, 80},  {100, 80},  false, false},
+        {100,   80,  2.0,      {400, 300}, {200, 160}, false, false},
+        {100,   80,  1.0 / 3,  {400, 300}, {34, 27},   false, false},
+        {100,   80,  8.0,      {400, 300}, {385, 285}, true,  true },
+        {100,   80,  1.0,      {200, 79},  {100, 79},  false, true },
+        {100,   80,  1.0,      {105, 79},  {90, 64},   true,  true }, // one bar makes the other necessary
+        {3,     2,   1.0 / 16, {400, 300}, {1, 1},     false, false},
+        {30000, 100, 32.0,     {400, 300}, {385, 285}, true,  true },
+    };
+    for (const auto& row : rows) {
+        const image::ImageInfo info = imageOf(row.width, row.height);
+        View view = initialView(info);
+        view.zoom = row.zoom;
+        const Arrangement arrangement = arrange(info, view, row.area, 15);
+        EXPECT_EQ(arrangement.canvas, row.canvas) << row.width << " at " << row.zoom;
+        EXPECT_EQ(arrangement.horizontalBar, row.horizontal) << row.width << " at " << row.zoom;
+        EXPECT_EQ(arrangement.verticalBar, row.vertical) << row.width << " at " << row.zoom;
+        const auto last =
+            protocol::dataFromWindow(arrangement.geometry, row.canvas.width - 1, row.canvas.height - 1);
+        EXPECT_TRUE(last) << "the last canvas pixel is off the image";
+    }
+}
+
+TEST(View, AtZoomOneCanvasPixelsAreDataPixelsWhateverTheScroll)
+{
+    const image::ImageInfo info = imageOf(1000, 900);
+    View view = initialView(info);
+    view.originX = 123.4;
+    view.originY = 5000;
+    const protocol::Geometry geometry = layOut(info, view, {300, 200});
+    EXPECT_EQ(geometry.originX, 123);
+    EXPECT_EQ(geometry.originY, 700); // the end of the image
+    const auto data = protocol::dataFromWindow(geometry, 7, 9);
+    ASSERT_TRUE(data);
+    EXPECT_EQ(data->x, 130);
+    EXPECT_EQ(data->y, 709);
+}
+
+TEST(View, FitShowsTheWholeImageInEveryPanel)
+{
+    for (const int count : {1, 2, 3, 5, 12}) {
+        const image::ImageInfo info = imageOf(512, 256, count);
+        View view = initialView(info);
+        view.style = protocol::ZPanels;
+        view.fit = true;
+        const Arrangement arrangement = arrange(info, view, {801, 603}, 15);
+        const protocol::Geometry& geometry = arrangement.geometry;
+        EXPECT_EQ(geometry.panelCount, count);
+        EXPECT_GE(geometry.columns * geometry.rows, count);
+        EXPECT_LE(arrangement.canvas.width, 801);
+        EXPECT_LE(arrangement.canvas.height, 603);
+        EXPECT_NEAR(geometry.panelWidth, 512 * geometry.zoom, 1);
+        EXPECT_NEAR(geometry.panelHeight, 256 * geometry.zoom, 1);
+        EXPECT_FALSE(arrangement.horizontalBar || arrangement.verticalBar);
+    }
+}
+
+TEST(View, ZoomKeepsThePointUnderThePointer)
+{
+    const image::ImageInfo info = imageOf(4000, 3000, 4);
+    for (int style : {protocol::SinglePanel, protocol::ZPanels})
+        for (double x : {400.0, 401.0, 637.0})
+            for (int steps : {1, 3, -1, -2}) {
+                View view = initialView(info);
+                view.style = style;
+                view.zoom = 2;
+                view.originX = 1000;
+                view.originY = 800;
+                const auto before = layOut(info, view, {1000, 800});
+                const auto point = protocol::dataFromWindow(before, x, 150);
+                ASSERT_TRUE(point);
+                zoomAround(view, before, steppedZoom(view.zoom, steps), x, 150);
+                const auto after = layOut(info, view, {1000, 800});
+                const auto moved = protocol::dataFromWindow(after, x, 150);
+                ASSERT_TRUE(moved);
+                EXPECT_EQ(moved->panel, point->panel);
+                EXPECT_LE(std::fabs(moved->x - point->x) * after.zoom, 0.5 + 1e-6) << x << " by " << steps;
+                EXPECT_LE(std::fabs(moved->y - point->y) * after.zoom, 0.5 + 1e-6) << x << " by " << steps;
+            }
+}
+
+TEST(View, ZoomSteps)
+{
+    const struct {
+        double zoom;
+        int steps;
+        double expected;
+    } rows[] = {
+        {1,        1,  1.5     },
+        {1,        -1, 2.0 / 3 },
+        {1,        3,  3       },
+        {32,       1,  32      },
+        {1.0 / 16, -1, 1.0 / 16},
+        {0.559,    1,  2.0 / 3 }, // from a fitted zoom to the next step
+        {0.559,    -1, 0.5     },
+        {0.01,     -1, 0.01    }, // fitted below the list: not further out
+        {0.01,     1,  1.0 / 16},
+    };
+    for (const auto& row : rows)
+        EXPECT_NEAR(steppedZoom(row.zoom, row.steps), row.expected, 1e-9) << row.zoom << " by " << row.steps;
+}
+
+TEST(View, PanelsShowConsecutiveSectionsOrWavelengths)
+{
+    image::ImageInfo info = imageOf(10, 10, 5, 3, 30);
+    info.wavelengths[2].name = "DAPI";
+    View view = initialView(info);
+    view.z = 3;
+    view.style = protocol::ZPanels;
+    clampSection(info, view);
+    auto panels = panelContents(info, view);
+    ASSERT_EQ(panels.size(), 5U);
+    EXPECT_EQ(panels[4].z, 4); // the first panel moved back to 0
+    EXPECT_EQ(panels[4].caption, "z 5");
+    view.style = protocol::TimePanels;
+    view.t = 29;
+    clampSection(info, view);
+    panels = panelContents(info, view);
+    ASSERT_EQ(panels.size(), static_cast<std::size_t>(maxPanels));
+    EXPECT_EQ(panels.front().t, 30 - maxPanels);
+    EXPECT_EQ(panels.back().caption, "t 30");
+    view.style = protocol::WavelengthPanels;
+    showWavelength(view, 0, false);
+    panels = panelContents(info, view);
+    ASSERT_EQ(panels.size(), 2U);
+    EXPECT_EQ(panels[0].wavelengths, std::vector{1});
+    EXPECT_EQ(panels[0].caption, "w 2");
+    EXPECT_EQ(panels[1].caption, "DAPI");
+}
