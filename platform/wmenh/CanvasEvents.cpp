@@ -9,6 +9,7 @@
 #include "platform/wmenh/Toolkit.h"
 
 #include <X11/Core.h>
+#include <X11/Shell.h>
 
 #include <algorithm>
 #include <cstdio>

@@ -112,6 +112,17 @@ struct IntField {
     }
 };
 
+// An insertion cursor where nothing can be typed is clutter.
+void showCursor(Widget control, XtPointer, XtPointer)
+{
+    XtVaSetValues(control, XmNcursorPositionVisible, XmTextFieldGetEditable(control), nullptr);
+}
+
+void hideCursor(Widget control, XtPointer, XtPointer)
+{
+    XtVaSetValues(control, XmNcursorPositionVisible, False, nullptr);
+}
+
 void stepKey(Widget control, XtPointer data, XEvent* event, Boolean*)
 {
     const KeySym key = XLookupKeysym(&event->xkey, 0);
@@ -201,8 +212,9 @@ Widget WMAddText(char* buffer, int columns, XtCallbackProc changed)
 Widget WMAddIntField(int* value, int increment, int columns, int maxLength, int* minimum, int* maximum,
                      int* step, XtCallbackProc changed, XtPointer clientData, int, int)
 {
-    const Widget text = XtVaCreateWidget("number", xmTextFieldWidgetClass, currentRows().parent(), XmNcolumns,
-                                         columns, XmNmaxLength, maxLength, nullptr);
+    const Widget text =
+        XtVaCreateWidget("number", xmTextFieldWidgetClass, currentRows().parent(), XmNcolumns, columns,
+                         XmNmaxLength, maxLength, XmNcursorPositionVisible, False, nullptr);
     const IntField number{
         text, value, columns, {minimum, maximum, step, increment}
     };
@@ -211,6 +223,8 @@ Widget WMAddIntField(int* value, int increment, int columns, int maxLength, int*
     field.take = [number] { return number.take(); };
     field.step = [number](int direction) { number.step(direction); };
     Field& bound = bindField(std::move(field));
+    XtAddCallback(text, XmNfocusCallback, showCursor, nullptr);
+    XtAddCallback(text, XmNlosingFocusCallback, hideCursor, nullptr);
     XtAddCallback(text, XmNactivateCallback, fieldChanged, &bound);
     XtAddCallback(text, XmNlosingFocusCallback, fieldChanged, &bound);
     XtAddEventHandler(text, KeyPressMask, False, stepKey, &bound);

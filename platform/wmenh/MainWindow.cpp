@@ -16,7 +16,7 @@
 namespace wmenh {
 namespace {
 
-constexpr int margin = 10;
+constexpr int margin = 10;          // pixels around the rows and around the message area
 constexpr int smallestCanvas = 120; // pixels: what a plot keeps when the user makes the window small
 
 // The one main window. Rows refer to widgets of the shell, which lives as long as the process.
@@ -31,12 +31,14 @@ void closeWindow(Widget, XtPointer, XtPointer)
     closed = true;
 }
 
+// A form of rows in the frame. The margin is outside of it: within, attachments to the form mean its very
+// edge. The policy keeps the user's size when a control asks for more or less room later.
 Widget makeForm(Widget parent, const char* name)
 {
-    // The policy keeps the user's size when a control asks for more or less room later.
-    return XtVaCreateWidget(name, xmFormWidgetClass, parent, XmNmarginWidth, margin, XmNmarginHeight, margin,
-                            XmNhorizontalSpacing, 0, XmNverticalSpacing, 0, XmNresizePolicy, XmRESIZE_GROW,
-                            nullptr);
+    return XtVaCreateWidget(name, xmFormWidgetClass, parent, XmNhorizontalSpacing, 0, XmNverticalSpacing, 0,
+                            XmNresizePolicy, XmRESIZE_ANY, XmNleftAttachment, XmATTACH_FORM, XmNleftOffset,
+                            margin, XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, margin,
+                            XmNbottomAttachment, XmATTACH_FORM, XmNbottomOffset, margin, nullptr);
 }
 
 // Keeps the user from making the window so small that controls are cut off. The attachments that a program
@@ -101,10 +103,9 @@ Widget WMInitMainWindow(const char* title)
     XtVaSetValues(shell, XmNtitle, title, XmNiconName, title, XmNallowShellResize, shellResize, nullptr);
     XmAddWMProtocolCallback(shell, XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False), closeWindow,
                             nullptr);
-    frame = XtVaCreateWidget("frame", xmFormWidgetClass, shell, XmNresizePolicy, XmRESIZE_GROW, nullptr);
+    frame = XtVaCreateWidget("frame", xmFormWidgetClass, shell, XmNresizePolicy, XmRESIZE_ANY, nullptr);
     const Widget form = makeForm(frame, "rows");
-    XtVaSetValues(form, XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment,
-                  XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);
+    XtVaSetValues(form, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, margin, nullptr);
     mainRows.emplace(form);
     return form;
 }
@@ -137,11 +138,10 @@ void WMStartMainWindowMessageAreaForm(Widget parent)
         return;
     currentRows().newRow();
     const Widget area = makeForm(parent, "messageArea");
-    XtVaSetValues(area, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
-                  XmNbottomAttachment, XmATTACH_FORM, nullptr);
-    const Widget line = XtVaCreateManagedWidget(
-        "separator", xmSeparatorWidgetClass, parent, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget,
-        area, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, nullptr);
+    const Widget line =
+        XtVaCreateManagedWidget("separator", xmSeparatorWidgetClass, parent, XmNbottomAttachment,
+                                XmATTACH_WIDGET, XmNbottomWidget, area, XmNbottomOffset, margin,
+                                XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, nullptr);
     XtVaSetValues(mainRows->parent(), XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, line, nullptr);
     messageRows.emplace(area);
     inMessageArea = true;

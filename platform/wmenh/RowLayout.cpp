@@ -14,22 +14,16 @@ struct Size {
     int width = 0, height = 0;
 };
 
-// What a control asks for; a canvas has no wish of its own but the size that its program gave it.
-Size preferredSize(Widget widget)
+// A canvas has no wish of its own but the size that its program gave it.
+Size naturalSize(Widget widget, RowLayout::Kind kind)
 {
-    XtWidgetGeometry wish{};
-    XtQueryGeometry(widget, nullptr, &wish);
     Dimension width = 0, height = 0;
     XtVaGetValues(widget, XmNwidth, &width, XmNheight, &height, nullptr);
+    XtWidgetGeometry wish{};
+    if (kind == RowLayout::Kind::Control)
+        XtQueryGeometry(widget, nullptr, &wish);
     return {wish.request_mode & CWWidth ? wish.width : width,
             wish.request_mode & CWHeight ? wish.height : height};
-}
-
-Size givenSize(Widget widget)
-{
-    Dimension width = 0, height = 0;
-    XtVaGetValues(widget, XmNwidth, &width, XmNheight, &height, nullptr);
-    return {width, height};
 }
 
 } // namespace
@@ -38,7 +32,7 @@ void RowLayout::add(Widget control, Kind kind)
 {
     const Item* const left = row.empty() ? nullptr : &row.back();
     const bool touching = !left || (kind == Kind::Canvas && left->kind == Kind::Canvas);
-    const Item item{control, kind, offsetLeft + (touching ? 0 : controlGap), offsetTop, offsetBottom, false};
+    const Item item{control, kind, offsetLeft + (touching ? 0 : controlGap), offsetTop, offsetBottom, 0, 0};
     if (left)
         XtVaSetValues(control, XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, left->widget, XmNleftOffset,
                       item.left, nullptr);
@@ -72,7 +66,6 @@ void RowLayout::attachRightSide()
 {
     if (row.empty())
         return;
-    row.back().rightAttached = true;
     XtVaSetValues(lastControl, XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, offsetRight, nullptr);
 }
 
@@ -80,21 +73,19 @@ void RowLayout::newRow()
 {
     if (row.empty())
         return;
-    int tallest = -1;
     int bottom = 0;
-    Widget anchor = nullptr;
-    for (const Item& item : row) {
-        const int height = preferredSize(item.widget).height;
+    for (Item& item : row) {
+        const Size size = naturalSize(item.widget, item.kind);
+        item.width = size.width;
+        item.height = size.height;
         bottom = std::max(bottom, item.bottom);
-        if (height > tallest) {
-            tallest = height;
-            anchor = item.widget;
-        }
     }
+    const Item& tallest = *std::max_element(row.begin(), row.end(),
+                                            [](const Item& a, const Item& b) { return a.height < b.height; });
     for (const Item& item : row)
         if (item.kind == Kind::Control)
-            attachTop(item, (tallest - preferredSize(item.widget).height) / 2);
-    above = anchor;
+            attachTop(item, (tallest.height - item.height) / 2);
+    above = tallest.widget;
     gapAbove = rowGap + bottom;
     rows.push_back(std::move(row));
     row.clear();
@@ -105,11 +96,9 @@ int RowLayout::neededWidth(int canvasWidth) const
     int widest = 0;
     for (const auto& items : rows) {
         int width = 0;
-        for (const Item& item : items) {
-            const int own = item.kind == Kind::Control ? preferredSize(item.widget).width
-                                                       : std::min(givenSize(item.widget).width, canvasWidth);
-            width += item.left + own;
-        }
+        for (const Item& item : items)
+            width +=
+                item.left + (item.kind == Kind::Control ? item.width : std::min(item.width, canvasWidth));
         widest = std::max(widest, width);
     }
     return widest;
@@ -121,7 +110,7 @@ int RowLayout::canvasHeight() const
     for (const auto& items : rows)
         for (const Item& item : items)
             if (item.kind == Kind::Canvas)
-                tallest = std::max(tallest, givenSize(item.widget).height);
+                tallest = std::max(tallest, item.height);
     return tallest;
 }
 

@@ -37,7 +37,7 @@ private:
         Widget widget;
         Kind kind;
         int left, top, bottom; // offsets
-        bool rightAttached;
+        int width, height;     // what it asks for, before the form stretches it; known when its row ends
     };
     Widget form;
     Widget lastControl = nullptr;

@@ -5,48 +5,86 @@
 
 #include <X11/Shell.h>
 #include <X11/Xatom.h>
+#include <X11/Xft/Xft.h>
 #include <X11/Xutil.h>
 
 #include <cctype>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace wmenh {
 namespace {
 
-// The colon makes the entry a font set, which shows the locale's whole encoding.
-const char* const fallbackResources[] = {
-    "*fontList: -misc-fixed-medium-r-semicondensed--13-*-*-*-*-*-*-*,fixed:",
-    "*background: #d9d9d6",
+// What holds unless the user's resources say otherwise.
+const char* const looks[] = {
+    "*background: #dcdcd9",
     "*foreground: #101010",
     "*shadowThickness: 1",
+    "*XmForm.shadowThickness: 0",
     "*highlightThickness: 1",
+    "*XmToggleButton.shadowThickness: 0",
+    "*XmToggleButton.selectColor: #2a5a9a",
     "*XmText.background: #ffffff",
     "*XmTextField.background: #ffffff",
+    "*XmText.marginHeight: 3",
+    "*XmTextField.marginHeight: 3",
     "*XmList.background: #ffffff",
-    "*XmToggleButton.selectColor: #2a5a9a",
-    "*XmScrollBar.troughColor: #bdbdb8",
-    "*toolTipLabel.background: #ffffe1",
     "*TipLabel.background: #ffffe1",
     "*toolTipPostDelay: 600",
-    nullptr,
 };
+const char* const smoothFont[] = {
+    "*renderTable: plain",
+    "*plain.fontType: FONT_IS_XFT",
+    "*plain.fontName: Sans",
+    "*plain.fontSize: 9",
+};
+// The colon makes the entry a font set, which shows what the locale can encode.
+const char* const bitmapFont[] = {"*fontList: fixed"};
 
-String setLanguage(Display*, String language, XtPointer)
+// Motif draws a scalable font's text right in UTF-8 only; elsewhere it leaves out what is not ASCII.
+bool smoothFontUsable(Display* display)
 {
-    if (!setlocale(LC_ALL, language))
+    if (!localeIsUtf8())
+        return false;
+    XftFont* const font = XftFontOpenName(display, DefaultScreen(display), "Sans-9");
+    if (font)
+        XftFontClose(display, font);
+    return font != nullptr;
+}
+
+// The list is Xt's for the life of the process.
+String* fallbackResources(Display* display)
+{
+    static std::vector<const char*> list(std::begin(looks), std::end(looks));
+    if (smoothFontUsable(display))
+        list.insert(list.end(), std::begin(smoothFont), std::end(smoothFont));
+    else
+        list.insert(list.end(), std::begin(bitmapFont), std::end(bitmapFont));
+    list.push_back(nullptr);
+    return const_cast<String*>(list.data());
+}
+
+// Before Xt is told of the display: the fonts depend on the locale.
+void setLocale()
+{
+    if (!setlocale(LC_ALL, ""))
         fprintf(stderr, "%s: the locale is not supported, using C\n", iwlProgramName().c_str());
     if (!XSupportsLocale())
         setlocale(LC_ALL, "C");
     XSetLocaleModifiers("");
-    static std::string chosen;
-    chosen = setlocale(LC_ALL, nullptr);
     // Numbers keep the decimal point whatever the language: they are parsed and written all over.
     setlocale(LC_NUMERIC, "C");
-    return chosen.data();
+}
+
+// Xt asks for the language that its resource files are looked up by.
+String tellLanguage(Display*, String, XtPointer)
+{
+    return setlocale(LC_CTYPE, nullptr);
 }
 
 std::string className(std::string name)
@@ -67,9 +105,10 @@ Toolkit start()
     const std::string name = iwlProgramName();
     const std::string klass = className(name);
     XtToolkitInitialize();
-    XtSetLanguageProc(nullptr, setLanguage, nullptr);
+    XtSetLanguageProc(nullptr, tellLanguage, nullptr);
     kit.context = XtCreateApplicationContext();
-    XtAppSetFallbackResources(kit.context, const_cast<String*>(fallbackResources));
+    setLocale();
+    XtAppSetFallbackResources(kit.context, fallbackResources(kit.display));
     int argc = 0;
     String argv[] = {nullptr};
     XtDisplayInitialize(kit.context, kit.display, name.c_str(), klass.c_str(), nullptr, 0, &argc,
