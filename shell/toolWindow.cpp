@@ -76,9 +76,12 @@ static void addDistanceGauge()
 {
     ToolWindow& w = toolWindow;
     w.distanceGauge = WMAddCustom("tick_gauge", xmXrtGaLinearGaugeWidgetClass, nullptr, 0);
+    // Attached beside the other gauge from the start: moved there only in attachAxes, it would widen the
+    // window.
     XtVaSetValues(w.distanceGauge, XmNwidth, plot.plotWidth, XmNheight, distanceGaugeHeight, XmNresizable, 0,
                   XmNtopAttachment, XmATTACH_NONE, XmNbottomAttachment, XmATTACH_FORM, XmNrightAttachment,
-                  XmATTACH_FORM, XmNleftAttachment, XmATTACH_WIDGET, nullptr);
+                  XmATTACH_FORM, XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, w.intensityGauge,
+                  nullptr);
     w.distanceScale =
         XtVaCreateWidget("tick_scale", xmXrtGaLinearScaleObjectClass, w.distanceGauge, XmNwidth, 0, XmNx, 0,
                          XmNheight, 8, XmNy, 0, XmNxrtGaMax, doubleValue(0.0), nullptr);
