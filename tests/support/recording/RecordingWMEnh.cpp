@@ -87,7 +87,8 @@ Widget WMInitMainWindow(const char* title)
     Widget shell =
         XtVaAppCreateShell("lineprofile", "LineProfile", applicationShellWidgetClass, display, nullptr);
     Widget frame = XtVaCreateManagedWidget("frame", xmFrameWidgetClass, shell, nullptr);
-    form = XtVaCreateManagedWidget("form", xmFormWidgetClass, frame, nullptr);
+    form = XtVaCreateManagedWidget("form", xmFormWidgetClass, frame, XmNwidth, 700, XmNheight, 500,
+                                   XmNresizePolicy, XmRESIZE_NONE, nullptr);
     widgets.insert({
         {"shell", shell},
         {"frame", frame},

@@ -5,6 +5,8 @@
 #include "segment/segment.h"
 #include "shell/startUp.h"
 
+#include <X11/IntrinsicP.h> // XtConfigureWidget
+
 Display* RunningTool::display;
 Window RunningTool::imageWindow;
 
@@ -20,6 +22,9 @@ void RunningTool::SetUpTestSuite()
     ASSERT_EQ(runTool(2, arguments), 0);
     while (plot.firstExpose)
         recording::processEvents();
+    // The recording platform lays nothing out.
+    XtConfigureWidget(plot.plotArea, 0, 0, 500, 200, 0);
+    XRaiseWindow(display, XtWindow(plot.plotArea));
 }
 
 void RunningTool::SetUp()
