@@ -84,6 +84,7 @@ static void loadFont(Display* display)
     }
     plot.plotFont = font->fid;
     plot.lineHeight = font->ascent + font->descent;
+    XFreeFontInfo(nullptr, font, 1); // the font itself stays loaded
 }
 
 // Stores the area's size and returns its depth.

@@ -8,20 +8,19 @@
 
 // A record over arrays that live as long as it does.
 struct Record {
-    std::string name;
     std::vector<std::vector<float>> channels;
     std::vector<float*> pointers;
     std::vector<FloatPair> pixels, microns;
     SavedProfile saved = {};
 
-    Record(std::string imageName, int channelCount, int sampleCount)
-        : name(std::move(imageName)), pixels(sampleCount), microns(sampleCount)
+    Record(const char* imageName, int channelCount, int sampleCount)
+        : pixels(sampleCount), microns(sampleCount)
     {
         for (int c = 0; c < channelCount; c++)
             channels.emplace_back(sampleCount, 0.0f);
         for (auto& channel : channels)
             pointers.push_back(channel.data());
-        saved.imageName = name.data();
+        saved.imageName = const_cast<char*>(imageName);
         saved.channelCount = channelCount;
         saved.sampleCount = sampleCount;
         saved.channelSamples = pointers.data();
