@@ -65,7 +65,9 @@ Application::~Application()
 {
     windows.clear();
     theApplication = nullptr;
-    XtDestroyApplicationContext(app);
+    // The connection ends with the process: Xt's own way to close one that it did not open frees the resource
+    // database twice.
+    XSync(connection, False);
 }
 
 void Application::open(const std::string& path, const Options& options)

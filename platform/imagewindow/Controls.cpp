@@ -113,9 +113,10 @@ void setLabel(Widget label, const std::string& text)
 Controls::Controls(ImageWindow& window, Display* display, Size size, const std::string& userGeometry)
     : window(window), info(window.image().info())
 {
+    // Without a base size the size in a geometry would count from the smallest size.
     topLevel = XtVaAppCreateShell("imagewindow", "ImageWindow", applicationShellWidgetClass, display,
                                   XmNdeleteResponse, XmDO_NOTHING, XmNminWidth, 320, XmNminHeight, 240,
-                                  XmNmappedWhenManaged, True, nullptr);
+                                  XmNbaseWidth, 0, XmNbaseHeight, 0, nullptr);
     if (!userGeometry.empty())
         XtVaSetValues(topLevel, XmNgeometry, userGeometry.c_str(), nullptr);
     const Atom deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
@@ -322,10 +323,9 @@ void Controls::place(const Arrangement& arrangement)
     placeBar(vertical, arrangement.verticalBar, right, static_cast<int>(g.originY * g.zoom + 0.5),
              g.panelHeight, scaledSide(g.imageHeight, g.zoom));
     XtConfigureWidget(port, 0, 0, side(width), side(height), 0);
-    const Size canvas = arrangement.canvas;
-    XtConfigureWidget(canvasWidget, static_cast<Position>(std::max(0, (width - canvas.width) / 2)),
-                      static_cast<Position>(std::max(0, (height - canvas.height) / 2)), side(canvas.width),
-                      side(canvas.height), 0);
+    XtConfigureWidget(canvasWidget, static_cast<Position>(arrangement.left),
+                      static_cast<Position>(arrangement.top), side(arrangement.canvas.width),
+                      side(arrangement.canvas.height), 0);
 }
 
 void Controls::showScale(SectionScale& section, int index)
@@ -373,15 +373,6 @@ void Controls::showNote(const std::string& text)
     showText(noteLabel, statusTexts[2], text);
 }
 
-void Controls::toCanvas(int& x, int& y) const
-{
-    Position left = 0, top = 0;
-    Dimension width = 1, height = 1;
-    XtVaGetValues(canvasWidget, XtNx, &left, XtNy, &top, XtNwidth, &width, XtNheight, &height, nullptr);
-    x = std::clamp(x - left, 0, width - 1);
-    y = std::clamp(y - top, 0, height - 1);
-}
-
 void Controls::handlePort(XEvent& event)
 {
     if (event.type == MotionNotify) {
@@ -410,9 +401,7 @@ void Controls::turnWheel(const XButtonEvent& event, int step)
         return window.stepZ(step);
     if (event.state & ControlMask)
         return window.stepTime(step);
-    int x = event.x, y = event.y;
-    toCanvas(x, y);
-    window.zoomStepsAt(step, x, y);
+    window.zoomStepsAt(step, event.x, event.y);
 }
 
 } // namespace viewer

@@ -63,8 +63,6 @@ private:
     void makeArea(Size area, Widget above, Widget below);
     Widget makeStatus();
     void turnWheel(const XButtonEvent& event, int step);
-    // From the area around the canvas to canvas pixels, moved to the nearest one on the canvas.
-    void toCanvas(int& x, int& y) const;
     void showScale(SectionScale& scale, int index);
 
     ImageWindow& window;

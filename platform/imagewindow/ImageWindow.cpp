@@ -113,10 +113,9 @@ void ImageWindow::update()
 void ImageWindow::layOutCanvas()
 {
     layoutStale = false;
-    const Arrangement arrangement = arrange(file->info(), view, controls->areaSize(), scrollBarThickness);
+    arrangement = arrange(file->info(), view, controls->areaSize(), scrollBarThickness);
     controls->place(arrangement);
     controls->showView(view);
-    geometry = arrangement.geometry;
     if (!buffer || buffer->size() != arrangement.canvas) {
         buffer.reset();
         buffer = std::make_unique<CanvasBuffer>(display(), DefaultScreen(display()), arrangement.canvas);
@@ -128,7 +127,7 @@ void ImageWindow::drawImage()
 {
     imageStale = overlaysStale = false;
     panels = panelContents(file->info(), view);
-    problem = renderer.load(geometry, panels);
+    problem = renderer.load(arrangement.geometry, panels);
     renderer.draw(buffer->pixels(), buffer->size().width, buffer->size().height);
     buffer->upload();
     painter.drawCaptions(*buffer, scene());
@@ -206,7 +205,7 @@ protocol::DisplayRecord ImageWindow::currentRecord() const
     current.t = view.t;
     current.p = view.p;
     current.w = waves.front();
-    current.geometry = geometry;
+    current.geometry = arrangement.geometry;
     const auto ranges = scan->ranges();
     current.wavelengths.resize(view.displayed.size());
     for (std::size_t w = 0; w < view.displayed.size(); ++w) {

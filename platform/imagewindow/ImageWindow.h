@@ -42,8 +42,9 @@ public:
     void stepTime(int steps) { showSection(view.z, view.t + steps, view.p); }
     void setWavelengthShown(int wavelength, bool shown);
     void setPanels(int style);
-    // Zoom around a canvas position (a step as in steppedZoom()), or around the middle of the canvas.
-    void zoomStepsAt(int steps, double x, double y);
+    // Zoom around a position in the visible area, in steps as steppedZoom(), or around its middle.
+    void zoomStepsAt(int steps, int x, int y) { zoomAt(steppedZoom(view.zoom, steps), x, y); }
+    void zoomAt(double zoom, int x, int y);
     void zoomSteps(int steps);
     void zoomTo(double zoom);
     void zoomToFit();
@@ -85,7 +86,7 @@ private:
     void changed();
     protocol::DisplayRecord currentRecord() const;
     bool watchClient(Window client);
-    Scene scene() const { return {geometry, panels, overlays}; }
+    Scene scene() const { return {arrangement.geometry, panels, overlays}; }
 
     Application& application;
     std::unique_ptr<image::ImageFile> file;
@@ -95,7 +96,7 @@ private:
     OverlayStore overlays;
     OverlayPainter painter;
     std::unique_ptr<CanvasBuffer> buffer;
-    protocol::Geometry geometry;
+    Arrangement arrangement;
     std::vector<PanelContent> panels;
     protocol::DisplayRecord record; // as published
     std::set<Window> clients;       // watched for their end

@@ -41,8 +41,9 @@ std::string stageText(const image::ImageFile& file, const image::SectionIndex& s
         return "";
     const auto header = [&](int field) { return file.extendedHeader(section, field); };
     const auto stageX = header(image::StageXMicrons), stageY = header(image::StageYMicrons);
-    std::string text = format("%s %.2f, %.2f", stageX && stageY ? "stage" : "position",
-                              stageX.value_or(0) + x * info.spacing[0], stageY.value_or(0) + y * info.spacing[1]);
+    std::string text =
+        format("%s %.2f, %.2f", stageX && stageY ? "stage" : "position",
+               stageX.value_or(0) + x * info.spacing[0], stageY.value_or(0) + y * info.spacing[1]);
     if (const auto z = header(image::StageZMicrons))
         text += format(", %.2f", *z);
     else if (info.sizeZ > 1)

@@ -20,8 +20,8 @@ std::string wavelengthName(const image::ImageInfo& info, int wavelength);
 // "x 120  y 85   AF647 1450   DAPI 87"; caption (of a panel) goes in front.
 std::string pixelText(const std::string& caption, int x, int y, const std::vector<WavelengthValue>& values);
 
-// "stage 1234.56, 78.90, 3.50 µm   12.5 s": place and time of data position (x, y) on a section, as far as the file
-// tells; "position ..." when it has no stage position, empty when it has no pixel spacing.
+// "stage 1234.56, 78.90, 3.50 µm   12.5 s": place and time of data position (x, y) on a section, as far as
+// the file tells; "position ..." when it has no stage position, empty when it has no pixel spacing.
 std::string stageText(const image::ImageFile& file, const image::SectionIndex& section, double x, double y);
 
 } // namespace viewer

@@ -177,6 +177,8 @@ Arrangement arrange(const image::ImageInfo& info, View& view, Size area, int bar
     const protocol::Geometry& g = result.geometry;
     result.canvas = {g.columns * g.panelWidth + (g.columns - 1) * g.gap,
                      g.rows * g.panelHeight + (g.rows - 1) * g.gap};
+    result.left = std::max(0, (result.visible.width - result.canvas.width) / 2);
+    result.top = std::max(0, (result.visible.height - result.canvas.height) / 2);
     return result;
 }
 
@@ -208,15 +210,24 @@ double steppedZoom(double zoom, int steps)
     return zoom;
 }
 
-void zoomAround(View& view, const protocol::Geometry& geometry, double zoom, double x, double y)
+void zoomAround(const image::ImageInfo& info, View& view, const Arrangement& now, Size area, int barThickness,
+                double zoom, int x, int y)
 {
-    const int pitchX = geometry.panelWidth + geometry.gap, pitchY = geometry.panelHeight + geometry.gap;
-    const double inPanelX = x - std::clamp(std::floor(x / pitchX), 0.0, geometry.columns - 1.0) * pitchX;
-    const double inPanelY = y - std::clamp(std::floor(y / pitchY), 0.0, geometry.rows - 1.0) * pitchY;
-    view.originX = geometry.originX + inPanelX / geometry.zoom - inPanelX / zoom;
-    view.originY = geometry.originY + inPanelY / geometry.zoom - inPanelY / zoom;
+    const protocol::Geometry& old = now.geometry;
+    const int canvasX = std::clamp(x - now.left, 0, now.canvas.width - 1);
+    const int canvasY = std::clamp(y - now.top, 0, now.canvas.height - 1);
+    const int column = canvasX / (old.panelWidth + old.gap), row = canvasY / (old.panelHeight + old.gap);
+    const double dataX = old.originX + (canvasX - column * (old.panelWidth + old.gap)) / old.zoom;
+    const double dataY = old.originY + (canvasY - row * (old.panelHeight + old.gap)) / old.zoom;
     view.zoom = zoom;
     view.fit = false;
+    // The new zoom may move the canvas and its panels in the visible area; the origin does not.
+    const Arrangement next = arrange(info, view, area, barThickness);
+    const protocol::Geometry& g = next.geometry;
+    const int nextX = now.left + canvasX - next.left - column * (g.panelWidth + g.gap);
+    const int nextY = now.top + canvasY - next.top - row * (g.panelHeight + g.gap);
+    view.originX = dataX - nextX / zoom;
+    view.originY = dataY - nextY / zoom;
 }
 
 std::string zoomText(double zoom)

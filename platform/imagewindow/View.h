@@ -61,8 +61,9 @@ protocol::Geometry layOut(const image::ImageInfo& info, View& view, Size visible
 // As layOut(), with scroll bars of that thickness taken off the area where the image needs them.
 struct Arrangement {
     protocol::Geometry geometry;
-    Size visible; // what the scroll bars leave
-    Size canvas;  // of all panels and gaps, within visible
+    Size visible;          // what the scroll bars leave
+    Size canvas;           // of all panels and gaps, within visible
+    int left = 0, top = 0; // where the canvas stands in the visible area: centred
     bool horizontalBar = false, verticalBar = false;
 };
 Arrangement arrange(const image::ImageInfo& info, View& view, Size area, int barThickness);
@@ -76,9 +77,11 @@ double fitZoom(const image::ImageInfo& info, const View& view, Size visible);
 // Next zoom in the list of zoom steps; steps > 0 zooms in. The result is within the limits.
 double steppedZoom(double zoom, int steps);
 
-// Changes the zoom so that the data point under canvas position (x, y) stays there, as far as the image's
-// edges and whole canvas pixels let it. The result is put in order by the next layOut().
-void zoomAround(View& view, const protocol::Geometry& geometry, double zoom, double x, double y);
+// Changes the zoom so that the data point at (x, y) of the visible area (on the canvas or nearest to it)
+// stays where it is on the screen, as far as the image's edges and whole canvas pixels let it. now: the
+// present arrangement.
+void zoomAround(const image::ImageInfo& info, View& view, const Arrangement& now, Size area, int barThickness,
+                double zoom, int x, int y);
 
 // "100 %", "33.3 %"
 std::string zoomText(double zoom);

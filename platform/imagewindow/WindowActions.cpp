@@ -80,23 +80,22 @@ void ImageWindow::setPanels(int style)
     changed();
 }
 
-void ImageWindow::zoomStepsAt(int steps, double x, double y)
+void ImageWindow::zoomAt(double zoom, int x, int y)
 {
-    zoomAround(view, geometry, steppedZoom(view.zoom, steps), x, y);
+    zoomAround(file->info(), view, arrangement, controls->areaSize(), scrollBarThickness, zoom, x, y);
     // Events that come before the next drawing go on from here.
     layOutCanvas();
     changed();
 }
 
-void ImageWindow::zoomSteps(int steps)
-{
-    zoomStepsAt(steps, geometry.panelWidth / 2.0, geometry.panelHeight / 2.0);
-}
-
 void ImageWindow::zoomTo(double zoom)
 {
-    zoomAround(view, geometry, zoom, geometry.panelWidth / 2.0, geometry.panelHeight / 2.0);
-    changed();
+    zoomAt(zoom, arrangement.visible.width / 2, arrangement.visible.height / 2);
+}
+
+void ImageWindow::zoomSteps(int steps)
+{
+    zoomTo(steppedZoom(view.zoom, steps));
 }
 
 void ImageWindow::zoomToFit()
@@ -171,7 +170,8 @@ void ImageWindow::updateStatus()
 {
     statusStale = false;
     controls->showNote(noteText());
-    const auto place = pointer ? protocol::dataFromWindow(geometry, pointer->x, pointer->y) : std::nullopt;
+    const auto place =
+        pointer ? protocol::dataFromWindow(arrangement.geometry, pointer->x, pointer->y) : std::nullopt;
     const std::string& sentence = notice.empty() ? problem : notice;
     if (!place) {
         controls->showPixel(sentence.empty() ? imageText(file->info()) : sentence);

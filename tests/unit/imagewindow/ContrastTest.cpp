@@ -35,17 +35,18 @@ TEST(Contrast, HasAPositiveSpanWhateverTheValues)
     const std::vector<float> none, undefined(2, nan), holes = {nan, 4, 8}, same(3, 3.0F), huge(2, 1e30F);
     std::vector<float> sparse(100000, 5.0F);
     sparse[77] = 900; // one bright pixel is not lost
+    const float aboveHuge = std::nextafter(1e30F, 3e38F);
     struct Row {
         std::vector<float> values;
         float low, high;
     };
     const std::vector<Row> rows = {
-        Row{none,      0,     1                          },
-        Row{undefined, 0,     1                          },
-        Row{holes,     4,     8                          },
-        Row{sparse,    5,     900                        },
-        Row{same,      3,     4                          },
-        Row{huge,      1e30F, std::nextafter(1e30F, 3e38F)},
+        Row{none,      0,     1        },
+        Row{undefined, 0,     1        },
+        Row{holes,     4,     8        },
+        Row{sparse,    5,     900      },
+        Row{same,      3,     4        },
+        Row{huge,      1e30F, aboveHuge},
     };
     for (auto row : rows) {
         const ContrastLimits limits = automaticLimits(row.values);

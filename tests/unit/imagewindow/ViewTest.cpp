@@ -101,28 +101,49 @@ TEST(View, FitShowsTheWholeImageInEveryPanel)
     }
 }
 
+// The data point at a place of the visible area, wherever the canvas stands in it.
+static protocol::DataPosition pointAt(const Arrangement& arrangement, int x, int y)
+{
+    const auto point =
+        protocol::dataFromWindow(arrangement.geometry, x - arrangement.left, y - arrangement.top);
+    EXPECT_TRUE(point) << x << "," << y;
+    return point.value_or(protocol::DataPosition{});
+}
+
 TEST(View, ZoomKeepsThePointUnderThePointer)
 {
-    const image::ImageInfo info = imageOf(4000, 3000, 4);
-    for (int style : {protocol::SinglePanel, protocol::ZPanels})
-        for (double x : {400.0, 401.0, 637.0})
-            for (int steps : {1, 3, -1, -2}) {
-                View view = initialView(info);
-                view.style = style;
-                view.zoom = 2;
-                view.originX = 1000;
-                view.originY = 800;
-                const auto before = layOut(info, view, {1000, 800});
-                const auto point = protocol::dataFromWindow(before, x, 150);
-                ASSERT_TRUE(point);
-                zoomAround(view, before, steppedZoom(view.zoom, steps), x, 150);
-                const auto after = layOut(info, view, {1000, 800});
-                const auto moved = protocol::dataFromWindow(after, x, 150);
-                ASSERT_TRUE(moved);
-                EXPECT_EQ(moved->panel, point->panel);
-                EXPECT_LE(std::fabs(moved->x - point->x) * after.zoom, 0.5 + 1e-6) << x << " by " << steps;
-                EXPECT_LE(std::fabs(moved->y - point->y) * after.zoom, 0.5 + 1e-6) << x << " by " << steps;
-            }
+    const Size area{1000, 800};
+    const struct {
+        int style, width, x, y;
+        double zoom;
+        int steps;
+    } rows[] = {
+        {protocol::SinglePanel, 4000, 400, 150, 2, 1 },
+        {protocol::SinglePanel, 4000, 401, 150, 2, 3 },
+        {protocol::SinglePanel, 4000, 637, 151, 2, -1},
+        {protocol::SinglePanel, 4000, 500, 400, 2, -2},
+        {protocol::SinglePanel, 100,  401, 333, 8, 1 }, // from a centred canvas to one that fills the area
+        {protocol::SinglePanel, 100,  590, 350, 8, 3 },
+        {protocol::ZPanels,     4000, 637, 150, 2, 2 },
+        {protocol::ZPanels,     300,  640, 560, 1, 3 },
+    };
+    for (const auto& row : rows) {
+        const image::ImageInfo info = imageOf(row.width, row.width, 4);
+        View view = initialView(info);
+        view.style = row.style;
+        view.zoom = row.zoom;
+        view.originX = view.originY = row.width / 4.0;
+        const Arrangement before = arrange(info, view, area, 15);
+        const auto point = pointAt(before, row.x, row.y);
+        zoomAround(info, view, before, area, 15, steppedZoom(view.zoom, row.steps), row.x, row.y);
+        const Arrangement after = arrange(info, view, area, 15);
+        const auto moved = pointAt(after, row.x, row.y);
+        EXPECT_EQ(moved.panel, point.panel) << row.x << " by " << row.steps;
+        EXPECT_LE(std::fabs(moved.x - point.x) * after.geometry.zoom, 0.5 + 1e-6)
+            << row.x << " by " << row.steps;
+        EXPECT_LE(std::fabs(moved.y - point.y) * after.geometry.zoom, 0.5 + 1e-6)
+            << row.x << " by " << row.steps;
+    }
 }
 
 TEST(View, ZoomSteps)

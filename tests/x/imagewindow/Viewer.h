@@ -1,0 +1,45 @@
+// The viewer program on made-up images, for its tests.
+#pragma once
+
+#include "platform/protocol/XProtocol.h"
+#include "tests/support/Drive.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace viewertest {
+
+// Path of an image that makesample writes with these options, made once per run of the tests.
+std::string sampleImage(const std::string& name, const std::vector<std::string>& options);
+
+// 40 x 30 pixels of 8-bit red, green and blue: shown as they are. Wavelength c of pixel (x, y) is
+// (x + 11 y + 1009 c) mod 256.
+std::string rgbImage();
+drive::Pixel rgbPixel(int x, int y);
+
+// 64 x 48, 4 sections, 3 wavelengths, 2 time points, 16 bit.
+std::string stackImage();
+
+// imagewindow with one image. Waits until it is shown.
+class Viewer {
+public:
+    explicit Viewer(std::vector<std::string> arguments, std::map<std::string, std::string> environment = {});
+
+    drive::Screen screen;
+    drive::Process process;
+    int number = 0; // 0: it did not show an image
+    Window canvas = None;
+
+    std::optional<protocol::DisplayRecord> record();
+    // Waits until the published record is as asked, and tells the last one.
+    protocol::DisplayRecord
+    waitForRecord(const std::function<bool(const protocol::DisplayRecord&)>& condition);
+    bool waitForPixel(int x, int y, const drive::Pixel& pixel);
+    drive::Pixel pixelAt(int x, int y) { return screen.capture(canvas).at(x, y); }
+    // Gives the window the keyboard.
+    void focus();
+};
+
+} // namespace viewertest
