@@ -187,7 +187,7 @@ std::string replaceFile(const fs::path& target, std::string_view text)
         return describe(target, "cannot be written");
     const bool written = writeBytes(file, text) && fchmod(file, mode) == 0;
     if (!written || std::rename(temporary.c_str(), target.c_str()) != 0) {
-        const std::string problem = describe(target, "cannot be written");
+        std::string problem = describe(target, "cannot be written");
         unlink(temporary.c_str());
         return problem;
     }

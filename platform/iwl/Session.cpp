@@ -16,10 +16,14 @@
 
 namespace {
 
-// The session: one connection and the attached windows, for the life of the process. Entry 0 is unused.
+using SlotTable = std::array<std::unique_ptr<iwl::Slot>, IW_MAX_SLOTS + 1>;
+
+// The session: one connection and the attached windows, for the life of the process. Entry 0 is unused. The
+// table is never destroyed: a program that calls exit() with images open must not close them after the image
+// code's own thread-local data has gone.
 Display* connection = nullptr;
 Window clientWindow = None;
-std::array<std::unique_ptr<iwl::Slot>, IW_MAX_SLOTS + 1> slots;
+SlotTable& slots = *std::make_unique<SlotTable>().release();
 
 Window makeClientWindow()
 {

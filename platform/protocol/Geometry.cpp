@@ -54,10 +54,9 @@ std::optional<DataPosition> dataFromWindow(const Geometry& geometry, double x, d
 WindowPosition windowFromData(const Geometry& geometry, const DataPosition& position)
 {
     const int columns = geometry.columns > 0 ? geometry.columns : 1;
-    const double left =
-        (position.panel % columns) * (static_cast<double>(geometry.panelWidth) + geometry.gap);
-    const double top =
-        (position.panel / columns) * (static_cast<double>(geometry.panelHeight) + geometry.gap);
+    const int column = position.panel % columns, row = position.panel / columns;
+    const double left = column * (static_cast<double>(geometry.panelWidth) + geometry.gap);
+    const double top = row * (static_cast<double>(geometry.panelHeight) + geometry.gap);
     return {left + (position.x - geometry.originX) * geometry.zoom,
             top + (position.y - geometry.originY) * geometry.zoom};
 }

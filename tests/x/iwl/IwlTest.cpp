@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <limits>
@@ -380,6 +381,14 @@ TEST_F(Iwl, RectanglesAreReadRowByRowAndBadOnesRefused)
     })
         EXPECT_EQ(IMPosnZWTP(slot, s[0], s[1], s[2], s[3]), -1);
     EXPECT_EQ(IMRdPas(slot, buffer, 1, 1, 0, 0, 0, 0), -1) << "a refused section is not the one before";
+}
+
+TEST_F(Iwl, AProgramMayExitWithTheImageOpen)
+{
+    auto viewer = show();
+    EXPECT_EQ(pixel(0, 0, 0, 3, 2), 23);
+    peers::Child program([]() -> int { std::exit(0); });
+    EXPECT_EQ(program.wait(), 0);
 }
 
 TEST_F(Iwl, AFileThatIsReplacedIsReadAnewWhenItFits)
