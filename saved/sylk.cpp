@@ -1,25 +1,13 @@
 #include "saved/sylk.h"
 
 #include <algorithm>
+#include <charconv>
+#include <string_view>
 
 // Rows of a block beside its samples.
 constexpr int blockRows = 7;
 // Columns of sample coordinates, and of a block's values.
 constexpr int coordinateColumns = 4, valueColumns = 8;
-
-// A float cell's format for a number of decimals; made once, as a file has millions of such cells.
-struct FloatFormat {
-    char text[40];
-};
-
-static FloatFormat floatFormat(int decimals)
-{
-    FloatFormat format;
-    std::snprintf(format.text, sizeof format.text, "C;X%%d;Y%%d;K\"%%.%df\"\n", decimals);
-    return format;
-}
-
-static const FloatFormat sixDecimals = floatFormat(6), noDecimals = floatFormat(0);
 
 static void textCell(FILE* file, int column, int row, const char* text)
 {
@@ -31,9 +19,23 @@ static void integerCell(FILE* file, int column, int row, int value)
     std::fprintf(file, "C;X%d;Y%d;K\"%d\"\n", column, row, value);
 }
 
-static void floatCell(FILE* file, int column, int row, float value, const FloatFormat& format)
+static char* append(char* at, std::string_view text)
 {
-    std::fprintf(file, format.text, column, row, double{value});
+    return std::copy(text.begin(), text.end(), at);
+}
+
+// The bytes of fprintf with "C;X%d;Y%d;K\"%.<decimals>f\"\n". A file has millions of these cells, and
+// to_chars makes the same digits in a fraction of the time.
+static void floatCell(FILE* file, int column, int row, float value, int decimals)
+{
+    char record[128];                       // the longest float has 39 digits before the point
+    char* end = record + sizeof record - 8; // leaves room for what stands around the numbers
+    char* at = append(record, "C;X");
+    at = std::to_chars(at, end, column).ptr;
+    at = std::to_chars(append(at, ";Y"), end, row).ptr;
+    at = std::to_chars(append(at, ";K\""), end, double{value}, std::chars_format::fixed, decimals).ptr;
+    at = append(at, "\"\n");
+    std::fwrite(record, 1, static_cast<size_t>(at - record), file);
 }
 
 // Cells of a row from column on; returns the column after them.
@@ -44,11 +46,10 @@ static int textCells(FILE* file, int column, int row, std::initializer_list<cons
     return column;
 }
 
-static int floatCells(FILE* file, int column, int row, std::initializer_list<float> values,
-                      const FloatFormat& format)
+static int floatCells(FILE* file, int column, int row, std::initializer_list<float> values, int decimals)
 {
     for (float value : values)
-        floatCell(file, column++, row, value, format);
+        floatCell(file, column++, row, value, decimals);
     return column;
 }
 
@@ -77,9 +78,9 @@ static void writeContext(FILE* file, const SavedProfile& saved, int ordinal, int
     integerCell(file, 3, row + 3, saved.timePoint);
     column = floatCells(
         file, 4, row + 3,
-        {saved.timeSeconds, saved.angle, saved.segmentLength, saved.pixelSize, saved.knownBias}, sixDecimals);
+        {saved.timeSeconds, saved.angle, saved.segmentLength, saved.pixelSize, saved.knownBias}, 6);
     if (showFwhm)
-        floatCell(file, column, row + 3, saved.peakFwhm, sixDecimals);
+        floatCell(file, column, row + 3, saved.peakFwhm, 6);
 }
 
 static void writeChannelHeaders(FILE* file, const SavedProfile& saved, int row)
@@ -95,10 +96,10 @@ static void writeChannelHeaders(FILE* file, const SavedProfile& saved, int row)
 static void writeSample(FILE* file, const SavedProfile& saved, int j, int row)
 {
     for (int c = 0; c < saved.channelCount; c++)
-        floatCell(file, c + 1, row, saved.channelSamples[c][j], sixDecimals);
+        floatCell(file, c + 1, row, saved.channelSamples[c][j], 6);
     const FloatPair &pixel = saved.pixelPoints[j], &micron = saved.micronPoints[j];
-    int column = floatCells(file, saved.channelCount + 1, row, {pixel.x, pixel.y}, noDecimals);
-    floatCells(file, column, row, {micron.x, micron.y}, sixDecimals);
+    int column = floatCells(file, saved.channelCount + 1, row, {pixel.x, pixel.y}, 0);
+    floatCells(file, column, row, {micron.x, micron.y}, 6);
 }
 
 void writeSylk(FILE* file, SavedProfile* const* profiles, int count, int showFwhm)

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <bit>
+#include <cfloat>
 #include <cmath>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -165,4 +169,26 @@ TEST(Sylk, BlocksFollowOneAnother)
     for (const char* line : lines)
         EXPECT_NE(text.find(line), std::string::npos) << line;
     EXPECT_EQ(text.find(";Y11;"), std::string::npos); // a record without a name has an empty first row
+}
+
+TEST(Sylk, FloatsReadAsPrintfWritesThem)
+{
+    Record record("a", 1, 4000);
+    std::mt19937 random(7);
+    std::uniform_int_distribution<uint32_t> bits; // every exponent, infinities and not-a-numbers among them
+    for (float& sample : record.channels[0])
+        sample = std::bit_cast<float>(bits(random));
+    const float edges[] = {0.0f,    -0.0f,    0.5f,      1.5f, 2.5f, 5e-7f,
+                           1.5e-6f, INFINITY, -INFINITY, NAN,  -NAN, FLT_MAX};
+    std::ranges::copy(edges, record.channels[0].begin());
+    for (size_t j = 0; j < record.pixels.size(); j++)
+        record.pixels[j].x = record.channels[0][j];
+    std::string text = sylk({&record.saved}, 0);
+    for (size_t j = 0; j < record.pixels.size(); j++) {
+        char expected[256];
+        double value = record.channels[0][j];
+        std::snprintf(expected, sizeof expected, "C;X1;Y%zu;K\"%.6f\"\nC;X2;Y%zu;K\"%.0f\"\n", j + 7, value,
+                      j + 7, value);
+        ASSERT_NE(text.find(expected), std::string::npos) << expected;
+    }
 }
