@@ -65,9 +65,10 @@ int IWRtFilename(int slot, int what, char* name);
  * position plus pixel times spacing. stage receives x, y, z. Returns 1, 0 when not attached (stage is untouched). */
 int IWDataToTSPos(float x, float y, float z, int slot, float* stage);
 
-/* Overlay graphics. Each add returns an id > 0, or 0 when not attached. width is in window pixels, dash 0 is solid,
- * color 0 to 6 as the display colours, 7 the annotation colour. The 5D calls bind a graphic to a time point and a
- * panel (-1: all) and to the section of its z (negative: all). Changes show at the next IWDisplay. */
+/* Overlay graphics. Each add returns an id > 0, or 0 when not attached, when the image window is gone or when a
+ * coordinate is not finite. width is in window pixels, dash 0 is solid, color 0 to 6 as the display colours, 7 the
+ * annotation colour. The 5D calls bind a graphic to a time point and a panel (-1: all) and to the section of its z
+ * (negative: all). Changes show at the next IWDisplay. */
 int IWGrAddPt2D(int slot, int width, int color, float x, float y);
 int IWGrAddPt5D(int slot, int timePoint, int panel, int width, int color, float x, float y, float z);
 int IWGrAddLn2D(int slot, int width, int dash, int color, float x0, float y0, float x1, float y1);
@@ -82,7 +83,9 @@ int IWGrRmAllGrID(int slot);
  * first call. IWGetConfig returns the value (owned by the library, valid until the next IW*Config call) or a null
  * pointer. IWGetConfigBoolean returns 1 and fills value (0 or 1) when the key exists and is a boolean, else 0.
  * IWSetConfig and IWSetConfigBoolean change the value in memory; IWSaveUserConfig merges the changes into the file,
- * replaced atomically, and returns 1, or 0 after a line on standard error. */
+ * replaced atomically, and returns 1, or 0 after a line on standard error. A key consists of letters, digits, '_' and
+ * '-'; a colon at its end does not count. A null value removes the key. A boolean is true, on, yes, 1, false, off, no
+ * or 0 in any case of letters. */
 const char* IWGetConfig(const char* key);
 int IWGetConfigBoolean(const char* key, int* value);
 void IWSetConfig(const char* key, const char* value);
