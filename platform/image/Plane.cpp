@@ -52,7 +52,7 @@ bool Plane::isTiles() const
 
 std::size_t Plane::blockBytes(int block) const
 {
-    const int blockRow = block / across() % down();
+    const int blockRow = block / across % down;
     return rowBytes * static_cast<std::size_t>(isTiles() ? blockHeight : rowsIn(blockRow));
 }
 
@@ -77,6 +77,20 @@ static int runOfRows(const Plane& plane)
     return std::min(d.height, strips * d.blockHeight);
 }
 
+static void divideIntoBlocks(Plane& plane)
+{
+    const Directory& d = plane.directory;
+    plane.blockWidth = d.tiled ? d.blockWidth : d.width;
+    plane.rowBytes = (static_cast<std::size_t>(plane.blockWidth) * plane.samples * plane.bits + 7) / 8;
+    plane.blockHeight = d.tiled ? d.blockHeight : runOfRows(plane);
+    if (plane.rowBytes * static_cast<std::size_t>(plane.blockHeight) > maxDecodedBytes)
+        throw FormatError("one of its strips or tiles would take more than 512 MiB");
+    plane.across = (d.width + plane.blockWidth - 1) / plane.blockWidth;
+    plane.down = (d.height + plane.blockHeight - 1) / plane.blockHeight;
+    if (std::int64_t{plane.across} * plane.down * (d.planar ? d.samples : 1) > maxBlocks)
+        throw FormatError("its pages are larger than any image");
+}
+
 Plane planeOf(const Directory& directory, std::optional<SampleType> declared, std::uint64_t firstByteShift)
 {
     Plane plane;
@@ -98,14 +112,7 @@ Plane planeOf(const Directory& directory, std::optional<SampleType> declared, st
     const bool isUnsigned = plane.type == SampleType::Bits || plane.type == SampleType::U8 ||
                             plane.type == SampleType::U16 || plane.type == SampleType::U32;
     plane.inverted = directory.photometric == MinIsWhite && isUnsigned;
-    plane.blockWidth = directory.tiled ? directory.blockWidth : directory.width;
-    plane.rowBytes = (static_cast<std::size_t>(plane.blockWidth) * plane.samples * plane.bits + 7) / 8;
-    plane.blockHeight = directory.tiled ? directory.blockHeight : runOfRows(plane);
-    if (plane.rowBytes * static_cast<std::size_t>(plane.blockHeight) > maxDecodedBytes)
-        throw FormatError("one of its strips or tiles would take more than 512 MiB");
-    const std::int64_t perSample = std::int64_t{plane.across()} * plane.down();
-    if (perSample * (directory.planar ? directory.samples : 1) > maxBlocks)
-        throw FormatError("its pages are larger than any image");
+    divideIntoBlocks(plane);
     return plane;
 }
 

@@ -27,17 +27,16 @@ struct Plane {
     int sampleCount = 1;              // in all, alpha excluded
     bool inverted = false;            // high values are dark in the file
     int blockWidth = 0, blockHeight = 0;
+    int across = 1, down = 1; // blocks per plane; a planar page has these for each sample
     std::size_t rowBytes = 0; // of a block
 
     int width() const { return directory.width; }
     int height() const { return directory.height; }
-    int across() const { return (width() + blockWidth - 1) / blockWidth; }
-    int down() const { return (height() + blockHeight - 1) / blockHeight; }
-    int blockCount() const { return across() * down() * (directory.planar ? directory.samples : 1); }
+    int blockCount() const { return across * down * (directory.planar ? directory.samples : 1); }
     int blockAt(int column, int row, int sample) const
     {
-        const int first = directory.planar && samples == 1 ? sample * across() * down() : 0;
-        return first + row * across() + column;
+        const int first = directory.planar && samples == 1 ? sample * across * down : 0;
+        return first + row * across + column;
     }
     // Rows of the image in blocks of this block row.
     int rowsIn(int blockRow) const { return std::min(blockHeight, height() - blockRow * blockHeight); }

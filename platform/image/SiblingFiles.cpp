@@ -3,8 +3,6 @@
 #include "platform/image/Error.h"
 #include "platform/image/OmeMetadata.h"
 
-#include <algorithm>
-
 namespace image {
 
 constexpr int maxFolderEntries = 4096;  // looked at when a file is searched by its UUID
@@ -76,9 +74,9 @@ std::optional<std::uint32_t> SiblingFiles::find(const std::string& name, const s
         lost.push_back(name);
         return std::nullopt;
     }
-    const auto known = std::find(found.begin(), found.end(), *path);
-    answer->second = static_cast<std::uint32_t>(known - found.begin());
-    if (known == found.end())
+    const auto [place, isNewFile] = places.try_emplace(*path, static_cast<std::uint32_t>(found.size()));
+    answer->second = place->second;
+    if (isNewFile)
         found.push_back(*path);
     return answer->second;
 }

@@ -37,6 +37,7 @@ private:
     bool openedHasPixels, single;
     std::map<std::pair<std::string, std::string>, std::optional<std::uint32_t>> answers;
     std::vector<std::filesystem::path> found;
+    std::map<std::filesystem::path, std::uint32_t> places; // of found
     std::vector<std::string> lost;
     std::map<std::string, std::filesystem::path> byUuid; // of the folder's TIFF files, once it was read
     bool folderRead = false;

@@ -92,7 +92,7 @@ void TiffFile::loadRows(const Plane& plane, int block, std::span<std::byte> out)
 {
     const Directory& d = plane.directory;
     const std::size_t rowBytes = plane.rowBytes, rows = out.size() / rowBytes;
-    const int perSample = plane.down(), stripsPerSample = d.blocksDown();
+    const int perSample = plane.down, stripsPerSample = d.blocksDown();
     const std::size_t firstStrip = static_cast<std::size_t>(block / perSample) * stripsPerSample;
     const std::size_t firstRow = static_cast<std::size_t>(block % perSample) * plane.blockHeight;
     const auto stripHeight = static_cast<std::size_t>(d.blockHeight);
@@ -140,7 +140,7 @@ static void requireInFile(const Directory& d, std::size_t block, std::uint64_t f
 void TiffFile::decodeStrips(TiffDecoder& decoder, const Plane& plane, int block, std::span<std::byte> out)
 {
     const Directory& d = plane.directory;
-    const int sample = block / plane.down(), firstRow = block % plane.down() * plane.blockHeight;
+    const int sample = block / plane.down, firstRow = block % plane.down * plane.blockHeight;
     const int rows = static_cast<int>(out.size() / plane.rowBytes);
     const std::uint64_t fileSize = file.size();
     for (int row = 0; row < rows; row += d.blockHeight) {
@@ -159,9 +159,8 @@ void TiffFile::decode(const Plane& plane, int block, std::span<std::byte> out)
 {
     Lease lease = takeDecoder(plane);
     TiffDecoder& decoder = *lease.decoder;
-    const int inSample = block % (plane.across() * plane.down());
-    const int x = inSample % plane.across() * plane.blockWidth,
-              y = inSample / plane.across() * plane.blockHeight;
+    const int inSample = block % (plane.across * plane.down);
+    const int x = inSample % plane.across * plane.blockWidth, y = inSample / plane.across * plane.blockHeight;
     switch (plane.access) {
     case Plane::Access::DecodedTiles:
         requireInFile(plane.directory, static_cast<std::size_t>(block), file.size());

@@ -245,8 +245,10 @@ BlockPtr TiffImage::block(RecentSection& view, int number, bool keep)
 
 static BlockRange blocksOf(const Plane& plane, const PixelRect& rect)
 {
-    return {rect.xFirst / plane.blockWidth, rect.xLast / plane.blockWidth, rect.yFirst / plane.blockHeight,
-            rect.yLast / plane.blockHeight};
+    const int rowFirst = rect.yFirst / plane.blockHeight, rowLast = rect.yLast / plane.blockHeight;
+    if (plane.across == 1)
+        return {0, 0, rowFirst, rowLast};
+    return {rect.xFirst / plane.blockWidth, rect.xLast / plane.blockWidth, rowFirst, rowLast};
 }
 
 // Converts what the rectangle and the block at (column, row) have in common, from row yFirst to yLast of the
@@ -417,8 +419,8 @@ bool TiffImage::valueRange(const SectionIndex& section, const std::stop_token& s
         const Plane& plane = *recent.plane;
         std::vector<float> values;
         bool any = false;
-        for (int row = 0; row < plane.down(); ++row)
-            for (int column = 0; column < plane.across(); ++column) {
+        for (int row = 0; row < plane.down; ++row)
+            for (int column = 0; column < plane.across; ++column) {
                 if (stop.stop_requested())
                     return false;
                 const BlockPtr data = block(recent, plane.blockAt(column, row, recent.sample), false);
