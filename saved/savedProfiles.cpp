@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <malloc.h>
 
 // Module state: the store and the controls that show it.
 SavedProfile** savedProfiles = nullptr;
@@ -174,6 +175,7 @@ void clearSavedProfiles(Widget, XtPointer, XtPointer)
     std::free(savedProfiles);
     savedProfiles = nullptr;
     savedCount = 0;
+    malloc_trim(0); // thousands of records lie below later blocks: give their pages back to the system
     WMDisableField(savedControls.clearButton);
     WMDisableField(savedControls.writeButton);
     WMUpdateField(savedControls.savedCountField);

@@ -3,7 +3,11 @@
 #include "saved/savedProfiles.h"
 #include "tests/support/recording/Recording.h"
 
+#include <cstdlib>
+#include <cstring>
 #include <ctime>
+#include <fstream>
+#include <unistd.h>
 
 using recording::calls;
 using recording::callsOf;
@@ -160,4 +164,37 @@ TEST_F(Store, ClearForgetsAll)
         EXPECT_THAT(calls,
                     ElementsAre("WMDisableField(Clear)", "WMDisableField(Write)", "WMUpdateField(counter)"));
     }
+}
+
+static long residentBytes()
+{
+    long size = 0, resident = 0;
+    std::ifstream("/proc/self/statm") >> size >> resident;
+    return resident * sysconf(_SC_PAGESIZE);
+}
+
+TEST_F(Store, MemoryGrowsByTheRecordsAndComesBack)
+{
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "The address sanitizer keeps freed memory back.";
+#endif
+    script.nx = 3000;
+    script.waves.assign(5, 500), script.displayed.assign(5, 1), script.colors.assign(5, 1);
+    segment.end = {0, 2009, 20, 1};
+    sampleProfile();
+    save();
+    long before = residentBytes();
+    constexpr int records = 500;
+    std::vector<char*> later; // blocks that stay, among the records
+    for (int i = 0; i < records; i++, calls.clear()) {
+        save();
+        later.push_back(strdup("text of a field"));
+    }
+    const long recordBytes = 2000L * (5 * sizeof(float) + 2 * sizeof(FloatPair));
+    EXPECT_NEAR(static_cast<double>(residentBytes() - before), static_cast<double>(records * recordBytes),
+                0.05 * static_cast<double>(records * recordBytes));
+    clear();
+    EXPECT_LT(residentBytes() - before, records * recordBytes / 10);
+    for (char* text : later)
+        std::free(text);
 }
