@@ -23,6 +23,7 @@ constexpr const char* looks[] = {
     "*XmScrollBar.shadowThickness: 1",
     "*XmScale.highlightThickness: 0",
     "*XmScale*XmScrollBar.highlightThickness: 0",
+    "*XmScale.background: #4a4e53",
     "*XmScrollBar.troughColor: #1d1f21",
     "*XmScrollBar.background: #4a4e53",
     "*XmText.background: #1d1f21",

@@ -328,20 +328,24 @@ void Controls::place(const Arrangement& arrangement)
                       side(arrangement.canvas.height), 0);
 }
 
-void Controls::showScale(SectionScale& section, int index)
+void Controls::showScale(SectionScale& section, int index, int lastIndex)
 {
-    if (!section.row || section.shown == index)
+    if (!section.row)
         return;
-    section.shown = index;
+    // The user may have moved the scale to where the view cannot follow.
     XmScaleSetValue(section.scale, index + 1);
-    setLabel(section.value, std::to_string(index + 1) + " / " + std::to_string(section.count));
+    XtSetSensitive(section.scale, lastIndex > 0);
+    if (section.shown != index)
+        setLabel(section.value, std::to_string(index + 1) + " / " + std::to_string(section.count));
+    section.shown = index;
 }
 
 void Controls::showView(const View& view)
 {
-    showScale(zScale, view.z);
-    showScale(tScale, view.t);
-    showScale(pScale, view.p);
+    const View last = lastSection(info, view);
+    showScale(zScale, view.z, last.z);
+    showScale(tScale, view.t, last.t);
+    showScale(pScale, view.p, last.p);
     for (std::size_t w = 0; w < toggles.size(); ++w)
         XmToggleButtonSetState(toggles[w], view.displayed[w], False);
     for (std::size_t style = 0; style < menus.panelToggles.size(); ++style)

@@ -63,7 +63,7 @@ private:
     void makeArea(Size area, Widget above, Widget below);
     Widget makeStatus();
     void turnWheel(const XButtonEvent& event, int step);
-    void showScale(SectionScale& scale, int index);
+    void showScale(SectionScale& scale, int index, int lastIndex);
 
     ImageWindow& window;
     const image::ImageInfo& info;

@@ -10,7 +10,7 @@ namespace viewer {
 
 namespace {
 
-constexpr long contrastSamples = 1L << 20; // of one wavelength, over all panels
+constexpr long contrastSamples = 1L << 18; // of one wavelength, over all panels
 constexpr std::size_t maxCachedLimits = 1024;
 constexpr int bandRows = 64; // tile rows that one work item composes
 
@@ -81,12 +81,22 @@ void Renderer::updateLimits()
     std::set<int> wavelengths;
     for (const PanelContent& panel : panels)
         wavelengths.insert(panel.wavelengths.begin(), panel.wavelengths.end());
-    for (int w : wavelengths) {
-        const PanelContent& first = panels.front();
-        const LimitsKey key{first.z, w, first.t, first.p, geometry.style, geometry.panelCount};
-        const auto found = limitsCache.find(key);
-        current[w] = found != limitsCache.end() ? found->second : (limitsCache[key] = limitsOfSections(w));
-    }
+    const PanelContent& first = panels.front();
+    const auto keyFor = [&](int w) {
+        return LimitsKey{first.z, w, first.t, first.p, geometry.style, geometry.panelCount};
+    };
+    std::vector<int> missing;
+    std::copy_if(wavelengths.begin(), wavelengths.end(), std::back_inserter(missing),
+                 [&](int w) { return !limitsCache.contains(keyFor(w)); });
+    std::vector<ContrastLimits> found(missing.size());
+    image::parallelFor(static_cast<int>(missing.size()), [&](int i) {
+        const auto index = static_cast<std::size_t>(i);
+        found[index] = limitsOfSections(missing[index]);
+    });
+    for (std::size_t i = 0; i < missing.size(); ++i)
+        limitsCache[keyFor(missing[i])] = found[i];
+    for (int w : wavelengths)
+        current[w] = limitsCache[keyFor(w)];
 }
 
 // One pair of limits for all panels, or they could not be compared.

@@ -128,14 +128,21 @@ std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View
     return contents;
 }
 
-void clampSection(const image::ImageInfo& info, View& view)
+View lastSection(const image::ImageInfo& info, View view)
 {
     const int panels = panelCount(info, view);
-    const int lastZ = info.sizeZ - (view.style == protocol::ZPanels ? panels : 1);
-    const int lastT = info.sizeT - (view.style == protocol::TimePanels ? panels : 1);
-    view.z = std::clamp(view.z, 0, lastZ);
-    view.t = std::clamp(view.t, 0, lastT);
-    view.p = std::clamp(view.p, 0, info.sizeP - 1);
+    view.z = info.sizeZ - (view.style == protocol::ZPanels ? panels : 1);
+    view.t = info.sizeT - (view.style == protocol::TimePanels ? panels : 1);
+    view.p = info.sizeP - 1;
+    return view;
+}
+
+void clampSection(const image::ImageInfo& info, View& view)
+{
+    const View last = lastSection(info, view);
+    view.z = std::clamp(view.z, 0, last.z);
+    view.t = std::clamp(view.t, 0, last.t);
+    view.p = std::clamp(view.p, 0, last.p);
 }
 
 protocol::Geometry layOut(const image::ImageInfo& info, View& view, Size visible)

@@ -51,6 +51,9 @@ struct PanelContent {
 };
 std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View& view);
 
+// The view with the last section, time point and position that its first panel can show.
+View lastSection(const image::ImageInfo& info, View view);
+
 // Puts section, time point, position and panel start inside the image.
 void clampSection(const image::ImageInfo& info, View& view);
 
