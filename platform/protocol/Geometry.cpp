@@ -5,7 +5,8 @@
 namespace protocol {
 namespace {
 
-// A quotient such as 7 / (1 / 3.0) lands a rounding error below the pixel boundary that is meant.
+// An origin that has come about by steps, such as ten scrolls by 1 / 10.0, lies a rounding error below the
+// pixel boundary that is meant.
 constexpr double boundaryTolerance = 1e-7;
 
 double snapToBoundary(double data)

@@ -114,6 +114,18 @@ TEST(Geometry, IntegerPartIsThePixelAtEveryZoom)
         }
 }
 
+TEST(Geometry, AnOriginMadeOfStepsKeepsThePixel)
+{
+    for (int scale : {3, 6, 7, 10, 12}) {
+        Geometry geometry = single(scale);
+        for (int step = 1; step <= 500; ++step) {
+            geometry.originX += 1.0 / scale;
+            ASSERT_EQ(static_cast<int>(dataFromWindow(geometry, 0, 0)->x), step / scale)
+                << scale << " at " << step;
+        }
+    }
+}
+
 TEST(Geometry, WindowFromDataUndoesDataFromWindow)
 {
     for (double zoom : {0.05, 1.0 / 3, 0.7, 1.0, 1.5, 3.0, 10.0, 32.0}) {
