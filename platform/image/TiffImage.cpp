@@ -36,6 +36,12 @@ struct Level {
     int following = 0;     // how many pages after the plane's
 };
 
+// A block's bytes and where it stands among the plane's blocks.
+struct PlacedBlock {
+    const std::byte* data;
+    int column, row;
+};
+
 // Blocks of the plane that a rectangle touches: inclusive columns and rows.
 struct BlockRange {
     int columnFirst, columnLast, rowFirst, rowLast;
@@ -165,8 +171,7 @@ double TiffImage::levelScale(int level) const
 
 PlanePtr TiffImage::levelPlane(TiffFile& file, const PlanePlace& where, int level)
 {
-    const PlanePtr plane =
-        file.plane(file.pages()[where.page].offset, dataset.declaredType, where.firstByteShift);
+    PlanePtr plane = file.plane(file.pages()[where.page].offset, dataset.declaredType, where.firstByteShift);
     if (level == 0)
         return plane;
     const Level& wanted = levels[static_cast<std::size_t>(level)];
@@ -251,16 +256,16 @@ static BlockRange blocksOf(const Plane& plane, const PixelRect& rect)
     return {rect.xFirst / plane.blockWidth, rect.xLast / plane.blockWidth, rowFirst, rowLast};
 }
 
-// Converts what the rectangle and the block at (column, row) have in common, from row yFirst to yLast of the
+// Converts what the rectangle and the block have in common, from row yFirst to yLast of the
 // image.
-static void convertPart(const Plane& plane, int sample, const std::byte* data, int column, int row,
-                        const PixelRect& rect, int yFirst, int yLast, float* out)
+static void convertPart(const Plane& plane, int sample, const PlacedBlock& block, const PixelRect& rect,
+                        int yFirst, int yLast, float* out)
 {
-    const int left = column * plane.blockWidth, top = row * plane.blockHeight;
+    const int left = block.column * plane.blockWidth, top = block.row * plane.blockHeight;
     const int x0 = std::max(rect.xFirst, left), x1 = std::min(rect.xLast, left + plane.blockWidth - 1);
     const int y0 = std::max(yFirst, top), y1 = std::min(yLast, top + plane.blockHeight - 1);
     SampleSource source;
-    source.first = data;
+    source.first = block.data;
     source.rowBytes = plane.rowBytes;
     source.samples = plane.samples;
     source.sample = plane.samples > 1 ? sample : 0;
@@ -300,7 +305,8 @@ void TiffImage::readLarge(RecentSection& view, const PixelRect& rect, float* out
     const int groupRows = static_cast<int>(std::clamp<std::size_t>(groupBytes / rowBytes, 1, 1 << 20));
     for (int first = range.rowFirst; first <= range.rowLast; first += groupRows) {
         const int last = std::min(range.rowLast, first + groupRows - 1);
-        std::vector<BlockPtr> blocks(static_cast<std::size_t>((last - first + 1) * columns));
+        std::vector<BlockPtr> blocks(static_cast<std::size_t>(last - first + 1) *
+                                     static_cast<std::size_t>(columns));
         const auto numberOf = [&](int i) {
             return plane.blockAt(range.columnFirst + i % columns, first + i / columns, view.sample);
         };
@@ -330,8 +336,9 @@ void TiffImage::readLarge(RecentSection& view, const PixelRect& rect, float* out
                      ++row)
                     for (int column = 0; column < columns; ++column) {
                         const auto at = static_cast<std::size_t>((row - first) * columns + column);
-                        convertPart(plane, view.sample, blocks[at]->first(), range.columnFirst + column, row,
-                                    rect, y, y + step - 1, out);
+                        convertPart(plane, view.sample,
+                                    {blocks[at]->first(), range.columnFirst + column, row}, rect, y,
+                                    y + step - 1, out);
                     }
         });
     }
@@ -432,7 +439,7 @@ bool TiffImage::valueRange(const SectionIndex& section, const std::stop_token& s
                 for (int y = top; y <= bottom; y += bandRows) {
                     const PixelRect part{left, y, right, std::min(bottom, y + bandRows - 1)};
                     values.resize(static_cast<std::size_t>(part.width()) * part.height());
-                    convertPart(plane, recent.sample, data->first(), column, row, part, part.yFirst,
+                    convertPart(plane, recent.sample, {data->first(), column, row}, part, part.yFirst,
                                 part.yLast, values.data());
                     finish(plane, values);
                     float low = 0, high = 0;
