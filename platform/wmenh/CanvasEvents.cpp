@@ -183,7 +183,8 @@ Widget carrier()
     static Widget widget = nullptr;
     if (!widget) {
         // Xt realises unmanaged children too, and a window of no size is fatal.
-        widget = XtVaCreateWidget("canvasEvents", coreWidgetClass, toolkit().shell, XmNwidth, 1, XmNheight, 1, nullptr);
+        widget = XtVaCreateWidget("canvasEvents", coreWidgetClass, toolkit().shell, XmNwidth, 1, XmNheight, 1,
+                                  nullptr);
         XtAddRawEventHandler(widget, inputMask | changeMask, False, canvasEvent, nullptr);
     }
     return widget;

@@ -100,8 +100,8 @@ std::string complaintAbout(const std::string& path, int capacity)
     if (hasControl(path))
         return "The name contains characters that cannot be in a file name.";
     if (path.size() >= static_cast<size_t>(std::max(capacity, 1)))
-        return "The path is " + std::to_string(path.size() - static_cast<size_t>(capacity) + 1) +
-               " characters too long: please choose a shorter name or folder.";
+        return "The path has " + std::to_string(path.size()) + " characters and may have " +
+               std::to_string(capacity - 1) + ": please choose a shorter name or folder.";
     const std::string folder = directoryPart(path);
     if (!isDirectory(folder))
         return "There is no folder \"" + folder + "\".";

@@ -7,7 +7,6 @@
 #include <Xm/DialogS.h>
 #include <Xm/MessageB.h>
 #include <Xm/Protocols.h>
-#include <Xm/Text.h>
 
 #include <algorithm>
 #include <cstdarg>
@@ -55,22 +54,6 @@ void centerOnScreen(Widget dialogue, XtPointer, XtPointer)
 
 enum class Kind { Error, Question, Warning };
 
-// A text that would not fit on the screen goes into a scrolled field of the dialogue.
-void addScrolledText(Widget dialogue, const std::string& text)
-{
-    Arg args[] = {
-        {const_cast<char*>(XmNeditMode),              XmMULTI_LINE_EDIT},
-        {const_cast<char*>(XmNeditable),              False            },
-        {const_cast<char*>(XmNcursorPositionVisible), False            },
-        {const_cast<char*>(XmNrows),                  mostLines        },
-        {const_cast<char*>(XmNcolumns),               textColumns + 2  },
-        {const_cast<char*>(XmNscrollHorizontal),      False            }
-    };
-    const Widget field = XmCreateScrolledText(dialogue, const_cast<char*>("text"), args, XtNumber(args));
-    XmTextSetString(field, const_cast<char*>(text.c_str()));
-    XtManageChild(field);
-}
-
 Widget makeMessage(Kind kind, std::string_view message)
 {
     const std::string text = wrapText(localeText(message.substr(0, mostText)), textColumns);
@@ -83,7 +66,7 @@ Widget makeMessage(Kind kind, std::string_view message)
     XtVaSetValues(dialogue, XmNmessageString, label, XmNautoUnmanage, False, nullptr);
     XmStringFree(label);
     if (scrolled)
-        addScrolledText(dialogue, text);
+        makeScrolledText(dialogue, text, mostLines, textColumns);
     XtUnmanageChild(XmMessageBoxGetChild(dialogue, XmDIALOG_HELP_BUTTON));
     return dialogue;
 }

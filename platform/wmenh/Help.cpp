@@ -5,7 +5,6 @@
 
 #include <Xm/Form.h>
 #include <Xm/PushB.h>
-#include <Xm/Text.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -56,22 +55,10 @@ Widget addCloseButton(Widget form)
 
 void addText(Widget form, Widget below, const std::string& text)
 {
-    Arg args[] = {
-        {const_cast<char*>(XmNeditMode),              XmMULTI_LINE_EDIT},
-        {const_cast<char*>(XmNeditable),              False            },
-        {const_cast<char*>(XmNcursorPositionVisible), False            },
-        {const_cast<char*>(XmNrows),                  rows             },
-        {const_cast<char*>(XmNcolumns),               columns          },
-        {const_cast<char*>(XmNscrollHorizontal),      False            },
-        {const_cast<char*>(XmNwordWrap),              True             }
-    };
-    const Widget field = XmCreateScrolledText(form, const_cast<char*>("text"), args, XtNumber(args));
+    const Widget field = makeScrolledText(form, localeText(joinLines(text)), rows, columns);
     XtVaSetValues(XtParent(field), XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM,
                   XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget,
                   below, XmNbottomOffset, 8, nullptr);
-    const std::string local = localeText(text);
-    XmTextSetString(field, const_cast<char*>(local.c_str()));
-    XtManageChild(field);
 }
 
 Widget makeWindow(const std::string& topic)

@@ -32,22 +32,18 @@ void closeWindow(Widget, XtPointer, XtPointer)
 }
 
 // A form of rows in the frame. The margin is outside of it: within, attachments to the form mean its very
-// edge. The policy keeps the user's size when a control asks for more or less room later.
+// edge.
 Widget makeForm(Widget parent, const char* name)
 {
     return XtVaCreateWidget(name, xmFormWidgetClass, parent, XmNhorizontalSpacing, 0, XmNverticalSpacing, 0,
-                            XmNresizePolicy, XmRESIZE_ANY, XmNleftAttachment, XmATTACH_FORM, XmNleftOffset,
-                            margin, XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, margin,
-                            XmNbottomAttachment, XmATTACH_FORM, XmNbottomOffset, margin, nullptr);
+                            XmNleftAttachment, XmATTACH_FORM, XmNleftOffset, margin, XmNrightAttachment,
+                            XmATTACH_FORM, XmNrightOffset, margin, XmNbottomAttachment, XmATTACH_FORM,
+                            XmNbottomOffset, margin, nullptr);
 }
 
-// Keeps the user from making the window so small that controls are cut off. The attachments that a program
-// makes after WMDisplay count, so this runs from the main loop.
-void limitSize(XtPointer, XtIntervalId*)
+// Keeps the user from making the window so small that controls are cut off.
+void limitSize(Widget shell)
 {
-    const Widget shell = mainShell();
-    if (!shell || !mainRows)
-        return;
     Dimension height = 0;
     XtVaGetValues(shell, XmNheight, &height, nullptr);
     int width = mainRows->neededWidth(smallestCanvas);
@@ -55,6 +51,17 @@ void limitSize(XtPointer, XtIntervalId*)
         width = std::max(width, messageRows->neededWidth(smallestCanvas));
     const int spare = std::max(0, mainRows->canvasHeight() - smallestCanvas);
     XtVaSetValues(shell, XmNminWidth, width + 2 * margin, XmNminHeight, height - spare, nullptr);
+}
+
+// Timeout. Showing waits for the event loop because programs go on changing attachments after WMDisplay: a
+// window manager that is just taking the window over loses the resizing that comes of that.
+void show(XtPointer, XtIntervalId*)
+{
+    limitSize(mainShell());
+    // From now on the size is the user's: a control that asks for another size must not shrink the window.
+    for (const Widget form : {frame, mainRows->parent(), messageRows ? messageRows->parent() : frame})
+        XtVaSetValues(form, XmNresizePolicy, XmRESIZE_GROW, nullptr);
+    XtMapWidget(mainShell());
 }
 
 } // namespace
@@ -103,7 +110,7 @@ Widget WMInitMainWindow(const char* title)
     XtVaSetValues(shell, XmNtitle, title, XmNiconName, title, XmNallowShellResize, shellResize, nullptr);
     XmAddWMProtocolCallback(shell, XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False), closeWindow,
                             nullptr);
-    frame = XtVaCreateWidget("frame", xmFormWidgetClass, shell, XmNresizePolicy, XmRESIZE_ANY, nullptr);
+    frame = XtVaCreateWidget("frame", xmFormWidgetClass, shell, nullptr);
     const Widget form = makeForm(frame, "rows");
     XtVaSetValues(form, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, margin, nullptr);
     mainRows.emplace(form);
@@ -159,10 +166,8 @@ void WMEndMainWindowMessageAreaForm(void)
 void WMDisplay(void)
 {
     realiseMainWindow();
-    if (!mainShell())
-        return;
-    XtMapWidget(mainShell());
-    XtAppAddTimeOut(toolkit().context, 0, limitSize, nullptr);
+    if (mainShell())
+        XtAppAddTimeOut(toolkit().context, 0, show, nullptr);
 }
 
 void WMAppMainLoop(void)

@@ -146,6 +146,18 @@ std::string wrapText(std::string_view text, int columns)
     return out;
 }
 
+std::string joinLines(std::string_view text)
+{
+    std::string out;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const bool before = i > 0 && text[i - 1] == '\n';
+        const bool after = i + 1 < text.size() && (text[i + 1] == '\n' || text[i + 1] == ' ');
+        const bool last = i + 1 == text.size();
+        out += text[i] == '\n' && !before && !after && !last ? ' ' : text[i];
+    }
+    return out;
+}
+
 int lineCount(std::string_view text)
 {
     return 1 + static_cast<int>(std::count(text.begin(), text.end(), '\n'));

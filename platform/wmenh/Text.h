@@ -21,6 +21,10 @@ std::string localeText(std::string_view text);
 // in an encoding of one byte per character.
 std::string wrapText(std::string_view text, int columns);
 
+// Makes one line of each paragraph, so that it can be wrapped to a window's width: a line feed stays before
+// and after empty lines and before lines that start with a space.
+std::string joinLines(std::string_view text);
+
 // Lines of text: one more than its line feeds.
 int lineCount(std::string_view text);
 

@@ -7,6 +7,7 @@
 #include <X11/Xatom.h>
 #include <X11/Xft/Xft.h>
 #include <X11/Xutil.h>
+#include <Xm/Text.h>
 
 #include <cctype>
 #include <clocale>
@@ -167,6 +168,27 @@ Label::Label(std::string_view text)
 Label::~Label()
 {
     XmStringFree(string);
+}
+
+Widget makeScrolledText(Widget parent, const std::string& text, int rows, int columns)
+{
+    Arg args[] = {
+        {const_cast<char*>(XmNeditMode),              XmMULTI_LINE_EDIT},
+        {const_cast<char*>(XmNeditable),              False            },
+        {const_cast<char*>(XmNcursorPositionVisible), False            },
+        {const_cast<char*>(XmNrows),                  rows             },
+        {const_cast<char*>(XmNscrollHorizontal),      False            },
+        {const_cast<char*>(XmNwordWrap),              True             }
+    };
+    const Widget field = XmCreateScrolledText(parent, const_cast<char*>("text"), args, XtNumber(args));
+    // Motif counts columns in the widest character of a scalable font: far too wide.
+    XmRenderTable fonts = nullptr;
+    XtVaGetValues(field, XmNrenderTable, &fonts, nullptr);
+    const Label sample(std::string(static_cast<size_t>(columns), 'n'));
+    XtVaSetValues(field, XmNwidth, XmStringWidth(fonts, sample.get()) + 16, nullptr);
+    XmTextSetString(field, const_cast<char*>(text.c_str()));
+    XtManageChild(field);
+    return field;
 }
 
 TopLevel topLevelOf(Display* display, Window window)

@@ -7,6 +7,7 @@
 
 #include <Xm/Xm.h>
 
+#include <string>
 #include <string_view>
 
 namespace wmenh {
@@ -36,13 +37,13 @@ private:
     XmString string;
 };
 
-// Room that the window manager's frame takes around a window.
-struct FrameExtents {
-    int left = 0, right = 0, top = 0, bottom = 0;
-};
+// A read-only text of several lines in a scrolled window, a child of parent; rows and columns (of average
+// characters) are its first size. text is in the encoding of the locale. Returns the text; its parent is the
+// scrolled window.
+Widget makeScrolledText(Widget parent, const std::string& text, int rows, int columns);
+
 struct Rectangle {
     int x = 0, y = 0, width = 0, height = 0;
-    friend bool operator==(const Rectangle&, const Rectangle&) = default;
 };
 
 // A client's top-level window and the window manager's frame around it (the window itself where there is

@@ -1,0 +1,164 @@
+// Text for the screen and the names that the file chooser makes: no display needed.
+#include <gtest/gtest.h>
+
+#include "platform/wmenh/ChooserPaths.h"
+#include "platform/wmenh/Text.h"
+
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+using namespace wmenh;
+namespace fs = std::filesystem;
+
+TEST(LocaleText, takesUtf8AndLatin1Mixed)
+{
+    struct Case {
+        const char* given;
+        const char* utf8;
+        const char* latin1;
+    };
+    const Case cases[] = {
+        {"plain\ttext\n",       "plain\ttext\n",            "plain\ttext\n"      },
+        {"12 \xB5m",            "12 \xC2\xB5m",             "12 \xB5m"           },
+        {"12 \xC2\xB5m",        "12 \xC2\xB5m",             "12 \xB5m"           },
+        {"\xC3\xB6 \xB5m",      "\xC3\xB6 \xC2\xB5m",       "\xF6 \xB5m"         }, // both in one text
+        {"\xE2\x82\xAC 5",      "\xE2\x82\xAC 5",           "? 5"                }, // euro: not in ISO 8859-1
+        {"\xF0\x9F\x94\xAC",    "\xF0\x9F\x94\xAC",         "?"                  },
+        {"\xC0\xAF",            "\xC3\x80\xC2\xAF",         "\xC0\xAF"           }, // overlong: no UTF-8
+        {"\xED\xA0\x80",        "\xC3\xAD\xC2\xA0 ",        "\xED\xA0 "          }, // surrogate: no UTF-8
+        {"\xC3\xB6 cut \xC3",   "\xC3\xB6 cut ",            "\xF6 cut "          }, // cut by a fixed buffer
+        {"caf\xE9",             "caf\xC3\xA9",              "caf\xE9"            },
+        {"bell\a\x1B[2J\x7F.",  "bell  [2J .",              "bell  [2J ."        },
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(localeText(c.given, true), c.utf8) << c.given;
+        EXPECT_EQ(localeText(c.given, false), c.latin1) << c.given;
+    }
+}
+
+TEST(WrapText, breaksAtSpacesElseAnywhere)
+{
+    ASSERT_TRUE(setlocale(LC_ALL, "C.UTF-8"));
+    struct Case {
+        const char* given;
+        int columns;
+        const char* wrapped;
+    };
+    const Case cases[] = {
+        {"short",                     10, "short"                      },
+        {"one two three",             7,  "one two\nthree"             },
+        {"one two three",             8,  "one two\nthree"             },
+        {"abcdefghij",                4,  "abcd\nefgh\nij"             },
+        {"a bcdefghij",               4,  "a\nbcde\nfghi\nj"           },
+        {"keep\n\nlines apart here",  6,  "keep\n\nlines\napart\nhere" },
+        {"\xC2\xB5\xC2\xB5\xC2\xB5",  2,  "\xC2\xB5\xC2\xB5\n\xC2\xB5" },
+        {"",                          5,  ""                           },
+        {"end\n",                     5,  "end\n"                      },
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(wrapText(c.given, c.columns), c.wrapped) << c.given;
+    EXPECT_EQ(lineCount(wrapText(std::string(4000, 'x'), 80)), 50);
+}
+
+TEST(JoinLines, keepsParagraphsAndIndentedLines)
+{
+    EXPECT_EQ(joinLines("TITLE\n\nOne\ntwo.\n\n  - item\n    more\nnext\n"),
+              "TITLE\n\nOne two.\n\n  - item\n    more next\n");
+}
+
+TEST(ChooserPaths, makeThePathOfATypedName)
+{
+    setenv("HOME", "/home/user", 1);
+    struct Case {
+        const char* name;
+        const char* path;
+    };
+    const Case cases[] = {
+        {"a.slk",        "/data/a.slk"      },
+        {"  a b.slk ",   "/data/a b.slk"    },
+        {"sub/a.slk",    "/data/sub/a.slk"  },
+        {"../a.slk",     "/a.slk"           },
+        {"/x/./y//a",    "/x/y/a"           },
+        {"~/a.slk",      "/home/user/a.slk" },
+        {"~",            "/home/user"       },
+        {"~other/a",     "/data/~other/a"   },
+        {"",             "/data/"           },
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(pathFromName("/data", c.name), c.path) << c.name;
+}
+
+TEST(ChooserPaths, addAnExtensionWhereThereIsNone)
+{
+    struct Case {
+        const char* path;
+        const char* extension;
+        const char* made;
+    };
+    const Case cases[] = {
+        {"/d/cells",     "slk", "/d/cells.slk"    },
+        {"/d/cells.",    "slk", "/d/cells.slk"    },
+        {"/d/cells.txt", "slk", "/d/cells.txt"    },
+        {"/d.x/cells",   "slk", "/d.x/cells.slk"  },
+        {"/d/.hidden",   "slk", "/d/.hidden.slk"  },
+        {"/d/cells",     "",    "/d/cells"        },
+        {"/d/",          "slk", "/d/"             },
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(withExtension(c.path, c.extension), c.made) << c.path;
+    EXPECT_EQ(extensionOf("*.slk"), "slk");
+    EXPECT_EQ(extensionOf("*"), "");
+    EXPECT_EQ(extensionOf("*.s[lL]k"), "");
+}
+
+class ChooserFolders : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        std::string name = "/tmp/chooser-test-XXXXXX";
+        folder = mkdtemp(name.data());
+        fs::create_directory(folder / "sub");
+    }
+    void TearDown() override { fs::remove_all(folder); }
+    fs::path folder;
+};
+
+TEST_F(ChooserFolders, fallBackToTheNearestThatExists)
+{
+    EXPECT_EQ(nearestDirectory(folder / "sub"), (folder / "sub").string());
+    EXPECT_EQ(nearestDirectory((folder / "sub").string() + "/"), (folder / "sub").string());
+    EXPECT_EQ(nearestDirectory(folder / "sub/gone/away"), (folder / "sub").string());
+    std::ofstream(folder / "file") << "x";
+    EXPECT_EQ(nearestDirectory(folder / "file"), folder.string());
+    EXPECT_EQ(nearestDirectory("/no such folder/at all"), "/");
+    EXPECT_EQ(nearestDirectory(""), fs::current_path().string());
+}
+
+TEST_F(ChooserFolders, saysWhyAPathCannotBeTaken)
+{
+    struct Case {
+        std::string path;
+        int capacity;
+        const char* complaint; // a part of the sentence; empty: the path is good
+    };
+    const std::string good = (folder / "a.slk").string();
+    const int size = static_cast<int>(good.size());
+    const Case cases[] = {
+        {good,                                         256,      ""                           },
+        {good,                                         size + 1, ""                           },
+        {good,                                         size,     "please choose a shorter"      },
+        {good,                                         size - 9, "please choose a shorter"     },
+        {(folder / "").string(),                       256,      "type a name"                },
+        {(folder / "gone/a.slk").string(),             256,      "no folder"                  },
+        {(folder / "sub").string(),                    256,      "is a folder"                },
+        {(folder / "a\nb.slk").string(),               256,      "characters that cannot be"  },
+        {(folder / std::string(300, 'x')).string(),    4096,     "too long for a file name"   },
+    };
+    for (const Case& c : cases) {
+        const std::string sentence = complaintAbout(c.path, c.capacity);
+        EXPECT_TRUE(*c.complaint ? sentence.find(c.complaint) != std::string::npos : sentence.empty())
+            << c.path << ": " << sentence;
+    }
+}

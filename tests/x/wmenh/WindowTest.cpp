@@ -1,0 +1,238 @@
+// The main window: rows, sizes, bound controls, tips, texts, help.
+#include "tests/x/wmenh/Probe.h"
+
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+
+#include <algorithm>
+
+using drive::Rect;
+using drive::waitUntil;
+
+namespace {
+
+bool overlap(const Rect& a, const Rect& b)
+{
+    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
+}
+
+bool inside(const Rect& inner, const Rect& outer)
+{
+    return inner.x >= outer.x && inner.y >= outer.y && inner.x + inner.width <= outer.x + outer.width &&
+           inner.y + inner.height <= outer.y + outer.height;
+}
+
+int centre(const Rect& r)
+{
+    return 2 * r.y + r.height;
+}
+
+const std::vector<std::string> controls = {"menu",    "toggle", "axis", "plot", "distance", "text",
+                                           "counter", "number", "done", "act",  "write",    "help"};
+
+} // namespace
+
+class WindowTest : public ProbeTest {
+protected:
+    void checkLayout()
+    {
+        const Rect shell = place("shell"), axis = place("axis"), plot = place("plot"),
+                   distance = place("distance");
+        for (const std::string& name : controls) {
+            EXPECT_TRUE(inside(place(name), shell)) << name;
+            for (const std::string& other : controls)
+                EXPECT_TRUE(name == other || !overlap(place(name), place(other))) << name << " on " << other;
+        }
+        EXPECT_EQ(plot.x, axis.x + axis.width);
+        EXPECT_EQ(plot.x, distance.x);
+        EXPECT_EQ(plot.width, distance.width);
+        EXPECT_EQ(plot.y + plot.height, distance.y);
+        EXPECT_EQ(axis.y + axis.height, distance.y);
+        EXPECT_EQ(distance.height, 24);
+        for (const char* const name : {"act", "counter", "write", "help"})
+            EXPECT_NEAR(centre(place("done")), centre(place(name)), 2) << name;
+        EXPECT_NEAR(centre(place("menu")), centre(place("toggle")), 2);
+    }
+    void resize(int width, int height)
+    {
+        XResizeWindow(screen.x(), window("shell"), static_cast<unsigned>(width),
+                      static_cast<unsigned>(height));
+        XSync(screen.x(), False);
+    }
+};
+
+TEST_F(WindowTest, showsThePlotInItsSizeAndNothingOverlaps)
+{
+    start();
+    ASSERT_TRUE(waitUntil([this] { return place("plot").width == 500 && place("plot").height == 200; }));
+    checkLayout();
+}
+
+TEST_F(WindowTest, growsThePlotAndNothingElse)
+{
+    start();
+    ASSERT_TRUE(waitUntil([this] { return place("plot").width == 500 && place("plot").height == 200; }));
+    const Rect shell = place("shell"), text = place("text"), done = place("done");
+    resize(shell.width + 211, shell.height + 97);
+    ASSERT_TRUE(waitUntil([this] { return place("plot").width == 711 && place("plot").height == 297; }))
+        << place("plot").width << " x " << place("plot").height;
+    checkLayout();
+    EXPECT_EQ(place("text").height, text.height);
+    EXPECT_EQ(place("text").width, text.width + 211);
+    EXPECT_EQ(place("done").width, done.width);
+    EXPECT_EQ(place("done").height, done.height);
+}
+
+TEST_F(WindowTest, keepsTheUsersSizeWhenAControlGrows)
+{
+    start({
+        {"PROBE_ACTION", "count"}
+    });
+    const Rect before = place("shell");
+    resize(before.width + 200, before.height + 100);
+    ASSERT_TRUE(waitUntil([&] { return place("plot").width == 700 && place("plot").height == 300; }));
+    const int narrow = place("counter").width;
+    press("act");
+    ASSERT_TRUE(waitUntil([&] { return place("counter").width > narrow; }));
+    ASSERT_TRUE(waitFor("counter 123456"));
+    EXPECT_EQ(place("shell").width, before.width + 200);
+    EXPECT_EQ(place("shell").height, before.height + 100);
+    checkLayout();
+}
+
+TEST_F(WindowTest, cannotBeMadeTooSmallForItsControls)
+{
+    start();
+    XSizeHints hints{};
+    long supplied = 0;
+    ASSERT_TRUE(waitUntil([&] {
+        XGetWMNormalHints(screen.x(), window("shell"), &hints, &supplied);
+        return (hints.flags & PMinSize) && hints.min_height > 100;
+    }));
+    EXPECT_LT(hints.min_width, place("shell").width);
+    EXPECT_LT(hints.min_height, place("shell").height);
+    resize(hints.min_width, hints.min_height);
+    ASSERT_TRUE(waitUntil([&] { return place("shell").height == hints.min_height; }));
+    ASSERT_TRUE(waitUntil([&] { return place("plot").height < 200 && place("plot").width < 500; }));
+    checkLayout();
+    EXPECT_GE(place("plot").height, 100);
+}
+
+TEST_F(WindowTest, bindsControlsToVariables)
+{
+    start();
+    press("toggle");
+    EXPECT_TRUE(waitFor("flag 1"));
+    press("toggle");
+    EXPECT_TRUE(waitFor("flag 0"));
+    // The menu starts on its second item; the first is one above.
+    screen.moveTo(window("menu"), 20, 12);
+    const int before = countTitled("");
+    screen.press();
+    ASSERT_TRUE(waitUntil([&] { return countTitled("") > before; }));
+    const Rect menu = place("menu");
+    screen.moveTo(window("menu"), 20, 12 - menu.height);
+    screen.release();
+    EXPECT_TRUE(waitFor("mode 0"));
+}
+
+TEST_F(WindowTest, takesNumbersWithinLimits)
+{
+    start();
+    struct Case {
+        const char* typed;
+        KeySym key;
+        const char* told;
+    };
+    const Case cases[] = {
+        {"7",  XK_Return, "number 7"}, // by typing
+        {"50", XK_Return, "number 9"}, // beyond the maximum
+        {"",   XK_Down,   "number 7"}, // a step of two
+        {"",   XK_Up,     "number 9"},
+        {"x",  XK_Return, ""        }, // no number: the old one comes back
+        {"3",  XK_Tab,    "number 3"}, // leaving the field
+    };
+    size_t told = 0;
+    for (const Case& c : cases) {
+        if (*c.typed) {
+            press("number");
+            replaceText(c.typed);
+        }
+        screen.key(c.key);
+        if (!*c.told)
+            continue;
+        ++told;
+        ASSERT_TRUE(waitUntil([&] { return said("number").size() >= told; })) << c.typed;
+        EXPECT_EQ(said("number").back(), c.told);
+    }
+    EXPECT_EQ(said("number").size(), told);
+}
+
+TEST_F(WindowTest, showsTips)
+{
+    start();
+    const drive::Picture before = screen.captureScreen();
+    const Rect toggle = place("toggle");
+    screen.moveTo(window("toggle"), toggle.width / 2, toggle.height / 2);
+    // The tip's own background, which nothing else has.
+    const drive::Pixel yellow{255, 255, 225};
+    const auto tipShown = [&] {
+        const auto pixels = screen.captureScreen().pixels;
+        return std::count(pixels.begin(), pixels.end(), yellow) > 2000;
+    };
+    EXPECT_EQ(std::count(before.pixels.begin(), before.pixels.end(), yellow), 0);
+    EXPECT_TRUE(waitUntil(tipShown));
+}
+
+class MessageTest : public WindowTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(MessageTest, showsTheMicroSign)
+{
+    start({
+        {"LC_ALL",        GetParam()    },
+        {"PROBE_MESSAGE", "\xB5\xB5\xB5"}
+    });
+    const bool utf8 = std::string(GetParam()) != "C";
+    EXPECT_EQ(said("text").back(), utf8 ? "text \xC2\xB5\xC2\xB5\xC2\xB5" : "text \xB5\xB5\xB5");
+    ASSERT_TRUE(waitUntil([this] { return place("plot").height == 200; }));
+    screen.moveTo(screen.root(), 1590, 1190);
+    // A micro sign reaches below the base line, which a box or a question mark does not, and there are three
+    // of them.
+    const auto darkColumnsBelowBaseLine = [this] {
+        const drive::Picture picture = screen.capture(window("text"));
+        int lowest = 0;
+        std::vector<int> columns;
+        for (int y = 4; y < picture.height - 4; ++y)
+            for (int x = 4; x < 60; ++x)
+                if (picture.at(x, y).red < 128) {
+                    columns = y > lowest ? std::vector<int>{} : columns;
+                    lowest = y;
+                    columns.push_back(x);
+                }
+        return columns;
+    };
+    EXPECT_TRUE(waitUntil([&] { return darkColumnsBelowBaseLine().size() == 3; }))
+        << darkColumnsBelowBaseLine().size();
+    EXPECT_EQ(probe->errors(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Locales, MessageTest, testing::Values("C", "C.UTF-8"),
+                         [](const auto& info) { return std::string(info.param) == "C" ? "C" : "Utf8"; });
+
+TEST_F(WindowTest, opensHelpOnce)
+{
+    start();
+    press("help");
+    const Window help = screen.findTitle("Help: LineProfile");
+    ASSERT_NE(help, None);
+    EXPECT_TRUE(inside(screen.frameGeometry(help), screen.geometry(screen.root())));
+    press("help");
+    screen.requestClose(help);
+    EXPECT_TRUE(waitUntil([this] { return countTitled("Help:") == 0; }));
+    press("help");
+    const Window again = screen.findTitle("Help: LineProfile");
+    ASSERT_NE(again, None);
+    ASSERT_TRUE(waitUntil([&] { return screen.viewable(again); }));
+    screen.key(XK_Escape);
+    EXPECT_TRUE(waitUntil([this] { return countTitled("Help:") == 0; }));
+}
