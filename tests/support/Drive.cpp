@@ -169,6 +169,7 @@ Screen::Screen() : display(XOpenDisplay(nullptr))
     if (!display)
         throw std::runtime_error("cannot open the display");
     XSetErrorHandler(ignoreError);
+    asker = XCreateSimpleWindow(display, root(), 0, 0, 1, 1, 0, 0, 0);
 }
 
 Screen::~Screen()
@@ -410,6 +411,41 @@ void Screen::type(const std::string& text)
         if (shifted)
             keyUp(XK_Shift_L);
     }
+}
+
+void Screen::replaceText(const std::string& text)
+{
+    keyDown(XK_Control_L);
+    key(XK_slash);
+    keyUp(XK_Control_L);
+    key(XK_Delete);
+    type(text);
+}
+
+// The text of the primary selection; nothing when it still is with another owner than wanted.
+std::optional<std::string> Screen::selection(Window notOwner)
+{
+    const Window owner = XGetSelectionOwner(display, XA_PRIMARY);
+    if (owner == None || owner == notOwner)
+        return {};
+    const Atom utf8 = XInternAtom(display, "UTF8_STRING", False);
+    XDeleteProperty(display, asker, utf8);
+    XConvertSelection(display, XA_PRIMARY, utf8, utf8, asker, CurrentTime);
+    XEvent answer;
+    if (!waitUntil([&] { return XCheckTypedWindowEvent(display, asker, SelectionNotify, &answer); }))
+        return {};
+    return answer.xselection.property == None ? std::string() : property(asker, "UTF8_STRING");
+}
+
+std::string Screen::textIn(Window field)
+{
+    XSetSelectionOwner(display, XA_PRIMARY, asker, CurrentTime);
+    const Rect place = geometry(field);
+    drag(field, 2, place.height / 2, place.width - 2, place.height / 2);
+    constexpr Milliseconds emptyField{3000};
+    std::optional<std::string> text;
+    waitUntil([&] { return (text = selection(asker)).has_value(); }, emptyField);
+    return text.value_or("");
 }
 
 Picture Screen::capture(const Rect& area)

@@ -110,6 +110,10 @@ public:
     void key(KeySym key);
     // Types ASCII text with Shift where needed.
     void type(const std::string& text);
+    // Puts text in place of what the Motif text field with the focus holds.
+    void replaceText(const std::string& text);
+    // What a Motif text field shows: selects it with the pointer and asks for the selection.
+    std::string textIn(Window field);
 
     Picture capture(const Rect& area);
     Picture capture(Window window); // what the screen shows where the window is
@@ -117,6 +121,8 @@ public:
 
 private:
     Display* display;
+    Window asker; // never shown; owns and asks for selections
+    std::optional<std::string> selection(Window notOwner);
 };
 
 } // namespace drive

@@ -1,5 +1,7 @@
 #include "tests/support/Pair.h"
 
+#include <X11/keysym.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <stdexcept>
@@ -63,16 +65,21 @@ Window largestLeaf(Screen& screen, Window window)
 
 } // namespace
 
-Pair::Pair(Screen& onScreen, const std::filesystem::path& bin, const PairOptions& options)
-    : screen(onScreen), viewer(command(bin / "imagewindow", options.viewerArguments), options.environment)
+Pair::Pair(Screen& onScreen, const std::filesystem::path& fromBin, const PairOptions& options)
+    : screen(onScreen),
+      viewer(command(fromBin / "imagewindow", options.viewerArguments), options.environment), bin(fromBin),
+      environment(options.environment)
 {
     number = firstWindowNumber(viewer);
     canvas = screen.findImageWindow(number);
     require(canvas != None, "the image window does not appear");
     viewerWindow = toplevel(screen, canvas);
+    restartTool();
+}
 
-    tool = std::make_unique<Process>(command(bin / "lineprofile", {std::to_string(number)}),
-                                     options.environment);
+void Pair::restartTool()
+{
+    tool = std::make_unique<Process>(command(bin / "lineprofile", {std::to_string(number)}), environment);
     waitUntil([&] {
         return (toolWindow = screen.findTitleNow("Arbitrary Line Profile")) != None || !tool->running();
     });
@@ -81,6 +88,14 @@ Pair::Pair(Screen& onScreen, const std::filesystem::path& bin, const PairOptions
     plot = largestLeaf(screen, toolWindow);
 }
 
+Window Pair::setting(Setting which)
+{
+    const std::vector<Window> leaves = screen.leaves(toolWindow);
+    require(leaves.size() > IntensityAxis, "the tool window has no settings row");
+    return leaves[which];
+}
+
+// leaves ends with the message line and the button row.
 Window Pair::button(Button which)
 {
     const std::vector<Window> leaves = screen.leaves(toolWindow);
@@ -89,12 +104,35 @@ Window Pair::button(Button which)
     return leaves[leaves.size() - buttonCount + which];
 }
 
-Window Pair::message()
+std::string Pair::message()
 {
     const std::vector<Window> leaves = screen.leaves(toolWindow);
     constexpr size_t buttonCount = Help + 1;
     require(leaves.size() > buttonCount, "the tool window has no message line");
-    return leaves[leaves.size() - buttonCount - 1];
+    return screen.textIn(leaves[leaves.size() - buttonCount - 1]);
+}
+
+std::string Pair::savedCount()
+{
+    return screen.textIn(button(SavedCount));
+}
+
+Window Pair::wavelengthToggle(int w)
+{
+    constexpr int menuCount = 4;
+    const std::vector<Window> leaves = screen.leaves(viewerWindow);
+    require(leaves.size() > static_cast<size_t>(menuCount + w), "the image window has no such toggle");
+    return leaves[static_cast<size_t>(menuCount + w)];
+}
+
+void Pair::writeToFile(const std::string& path)
+{
+    screen.clickCentre(button(Write));
+    const Window chooser = screen.findTitle("Save as SYLK Spreadsheet");
+    require(chooser != None, "the file chooser does not appear");
+    waitUntilCalm(screen);
+    screen.replaceText(path);
+    screen.key(XK_Return);
 }
 
 void Pair::closeImageWindows()

@@ -31,11 +31,23 @@ public:
     Window toolWindow = None;
     Window plot = None; // the plot's drawing area
 
+    // Starts another tool on the same window and waits for it; the present one must have ended.
+    void restartTool();
+
+    // Controls of the tool's settings row, and the intensity axis under it.
+    enum Setting { ScalingLabel, ScalingMenu, FwhmToggle, IntensityAxis };
+    Window setting(Setting which);
     // Controls of the tool's button row.
     enum Button { Done, Save, SavedLabel, SavedCount, Clear, Write, Help };
     Window button(Button which);
-    // The message line's text field.
-    Window message();
+    // What the message line and the "Saved:" field show.
+    std::string message();
+    std::string savedCount();
+    // The viewer's toggle of wavelength w, counted from 0.
+    Window wavelengthToggle(int w);
+
+    // Presses "Write To File...", types path into the chooser and confirms. Does not wait for the file.
+    void writeToFile(const std::string& path);
 
     // Closes every image window of the display as the window manager's close button does.
     void closeImageWindows();
@@ -45,6 +57,10 @@ public:
     // Canvas pixel in the middle of the image pixel (x, y).
     protocol::WindowPosition canvasOf(double x, double y, int panel = 0);
     void dragSegment(double x0, double y0, double x1, double y1, int steps = 10);
+
+private:
+    std::filesystem::path bin;
+    std::map<std::string, std::string> environment;
 };
 
 // Waits until the screen stays the same for some looks in a row: the programs have drawn all they had to.

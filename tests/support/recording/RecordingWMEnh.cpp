@@ -43,6 +43,11 @@ void processEvents()
         XtAppProcessEvent(application, XtIMAll);
 }
 
+void processNextEvent()
+{
+    XtAppProcessEvent(application, XtIMAll);
+}
+
 Widget makeToken(const std::string& name)
 {
     static std::vector<std::unique_ptr<char>> tokens;

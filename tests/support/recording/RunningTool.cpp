@@ -21,7 +21,7 @@ void RunningTool::SetUpTestSuite()
     char* arguments[] = {program, number, nullptr};
     ASSERT_EQ(runTool(2, arguments), 0);
     while (plot.firstExpose)
-        recording::processEvents();
+        recording::processNextEvent();
     // The recording platform lays nothing out.
     XtConfigureWidget(plot.plotArea, 0, 0, 500, 200, 0);
     XRaiseWindow(display, XtWindow(plot.plotArea));

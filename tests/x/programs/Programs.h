@@ -1,0 +1,87 @@
+// Both real programs on a private screen: the fixture of the end-to-end tests, and what their windows and
+// files must show, computed here from the images' formula and not by the programs' code.
+#pragma once
+
+// Before the X headers, whose macros it does not survive.
+#include <gtest/gtest.h>
+
+#include "tests/support/Pair.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace programs {
+
+namespace fs = std::filesystem;
+
+struct Point {
+    int x = 0, y = 0;
+    friend bool operator==(const Point&, const Point&) = default;
+};
+
+// The image pixels from one to the other, both included: the step along the longer side is one pixel, the
+// other coordinate is rounded, halves away from the start.
+std::vector<Point> pixelsBetween(Point from, Point to);
+
+struct Section {
+    int z = 0, t = 0;
+};
+
+// Sample c of pixel (x, y) in the 16-bit pattern "ramp" of makesample.
+float rampValue(Point pixel, int c, Section section = {});
+
+struct Curve {
+    drive::Pixel color;
+    std::vector<float> samples;
+};
+
+// The curves of the first channels of a ramp along the segment, in their display colours.
+std::vector<Curve> rampCurves(Point from, Point to, const std::vector<int>& channels, Section section = {});
+
+// Smallest and largest of all samples.
+std::pair<float, float> rangeOf(const std::vector<Curve>& curves);
+
+// Empty when the plot shows exactly these curves over the intensity range, within a pixel, and nothing else
+// in their colours; otherwise what differs.
+std::string plotProblem(const drive::Picture& plot, const std::vector<Curve>& curves,
+                        std::pair<float, float> range);
+
+bool blank(const drive::Picture& plot);
+int count(const drive::Picture& picture, const drive::Pixel& color);
+constexpr drive::Pixel annotation{255, 184, 28}, plotBackground{0x20, 0x20, 0x20};
+
+std::string readText(const fs::path& path);
+// Runs a program to its end, output included in what a test fails with. Empty when it ended with 0.
+std::string problemOf(const std::vector<std::string>& command,
+                      const std::map<std::string, std::string>& environment = {});
+
+class ProgramsTest : public testing::Test {
+protected:
+    ProgramsTest();
+    ~ProgramsTest() override;
+
+    // Writes an image with makesample into the folder.
+    fs::path sample(const std::string& name, const std::vector<std::string>& options);
+    // 400 x 300 pixels of the pattern ramp, 4 channels, 3 sections, 2 time points.
+    fs::path ramp();
+    // Both programs, the first image in the window.
+    drive::Pair open(std::vector<std::string> viewerArguments);
+    std::unique_ptr<drive::Process> startTool(const std::vector<std::string>& arguments);
+
+    void expectPlot(drive::Pair& pair, const std::vector<Curve>& curves);
+    void expectPlot(drive::Pair& pair, const std::vector<Curve>& curves, std::pair<float, float> range);
+    // The overlay graphics of the tool are in the canvas, or none is.
+    bool waitForOverlays(drive::Pair& pair, bool shown);
+    // A click in the middle of the message line's dialogue's default button, by the keyboard.
+    bool confirm(const std::string& title);
+    void expectDone(drive::Pair& pair);
+    fs::path configFile() const { return folder / "config" / "kelvora" / "config"; }
+
+    drive::Screen screen;
+    fs::path folder;
+    std::map<std::string, std::string> environment;
+};
+
+} // namespace programs
