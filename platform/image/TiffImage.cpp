@@ -289,7 +289,7 @@ void TiffImage::readSmall(RecentSection& view, const PixelRect& rect, float* out
             const Block* held =
                 view.blocks.empty() ? nullptr : view.blocks[static_cast<std::size_t>(number)].get();
             const BlockPtr fetched = held ? nullptr : block(view, number);
-            convertPart(plane, view.sample, held ? held->first() : fetched->first(), column, row, rect,
+            convertPart(plane, view.sample, {held ? held->first() : fetched->first(), column, row}, rect,
                         rect.yFirst, rect.yLast, out);
         }
 }
