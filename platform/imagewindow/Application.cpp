@@ -72,7 +72,8 @@ Application::~Application()
 
 void Application::open(const std::string& path, const Options& options)
 {
-    windows.push_back(std::make_unique<ImageWindow>(*this, path, options));
+    windows.push_back(
+        std::make_unique<ImageWindow>(*this, options.scratch ? openGrowing(path) : openImage(path), options));
 }
 
 // Windows of other clients are no widgets: Xt would drop the news of their end.

@@ -18,6 +18,7 @@
 #include <Xm/ToggleB.h>
 
 #include <algorithm>
+#include <array>
 
 namespace viewer {
 
@@ -111,7 +112,7 @@ void setLabel(Widget label, const std::string& text)
 } // namespace
 
 Controls::Controls(ImageWindow& window, Display* display, Size size, const std::string& userGeometry)
-    : window(window), info(window.image().info())
+    : window(window)
 {
     // Without a base size the size in a geometry would count from the smallest size.
     topLevel = XtVaAppCreateShell("imagewindow", "ImageWindow", applicationShellWidgetClass, display,
@@ -129,6 +130,11 @@ Controls::~Controls()
     XtDestroyWidget(topLevel);
 }
 
+const image::ImageInfo& Controls::info() const
+{
+    return window.image().info();
+}
+
 void Controls::makeWidgets(Size size)
 {
     form =
@@ -139,21 +145,19 @@ void Controls::makeWidgets(Size size)
     Widget channels = makeToggles(form);
     XtVaSetValues(channels, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, menus.bar, XmNleftAttachment,
                   XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, nullptr);
-    // From the bottom up: status lines, then a row for every dimension that there is to choose from.
-    Widget below = makeStatus();
-    pScale = makeScale("position", "pos", info.sizeP, below);
-    below = pScale.row ? pScale.row : below;
-    tScale = makeScale("time", "t", info.sizeT, below);
-    below = tScale.row ? tScale.row : below;
-    zScale = makeScale("z", "z", info.sizeZ, below);
-    below = zScale.row ? zScale.row : below;
-    makeArea(size, channels, below);
+    status = makeStatus();
+    zScale = makeScale("z", "z");
+    tScale = makeScale("time", "t");
+    pScale = makeScale("position", "pos");
+    makeArea(size, channels);
+    stackScales(window.growing());
+    showSizes();
     XtManageChild(form);
 }
 
 Widget Controls::makeToggles(Widget parent)
 {
-    const bool many = info.sizeW > fewWavelengths;
+    const bool many = info().sizeW > fewWavelengths;
     Widget holder = parent;
     if (many)
         holder =
@@ -162,10 +166,10 @@ Widget Controls::makeToggles(Widget parent)
     Widget row =
         XtVaCreateWidget("channels", xmRowColumnWidgetClass, holder, XmNorientation, XmHORIZONTAL, XmNpacking,
                          XmPACK_TIGHT, XmNspacing, 10, XmNmarginHeight, 2, XmNmarginWidth, 6, nullptr);
-    for (int w = 0; w < info.sizeW; ++w) {
+    for (int w = 0; w < info().sizeW; ++w) {
         const auto color = static_cast<std::size_t>(
-            colorIndexOrWhite(info.wavelengths[static_cast<std::size_t>(w)].colorIndex));
-        const LabelText name(shortened(wavelengthName(info, w), maxNameLength));
+            colorIndexOrWhite(info().wavelengths[static_cast<std::size_t>(w)].colorIndex));
+        const LabelText name(shortened(wavelengthName(info(), w), maxNameLength));
         Widget toggle = XtVaCreateManagedWidget(
             ("wavelength" + std::to_string(w + 1)).c_str(), xmToggleButtonWidgetClass, row, XmNlabelString,
             static_cast<XmString>(name), XmNuserData,
@@ -179,15 +183,11 @@ Widget Controls::makeToggles(Widget parent)
     return many ? holder : row;
 }
 
-Controls::SectionScale Controls::makeScale(const char* name, const char* title, int count, Widget below)
+Controls::SectionScale Controls::makeScale(const char* name, const char* title)
 {
     SectionScale result;
-    result.count = count;
-    if (count < 2)
-        return result;
     result.row = XtVaCreateWidget("scaleRow", xmFormWidgetClass, form, XmNleftAttachment, XmATTACH_FORM,
-                                  XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_WIDGET,
-                                  XmNbottomWidget, below, nullptr);
+                                  XmNrightAttachment, XmATTACH_FORM, nullptr);
     const LabelText text(title);
     Widget label = XtVaCreateManagedWidget("title", xmLabelWidgetClass, result.row, XmNlabelString,
                                            static_cast<XmString>(text), XmNleftAttachment, XmATTACH_FORM,
@@ -199,25 +199,24 @@ Controls::SectionScale Controls::makeScale(const char* name, const char* title, 
                                            XmNbottomAttachment, XmATTACH_FORM, XmNwidth, 80, XmNrecomputeSize,
                                            False, XmNalignment, XmALIGNMENT_END, nullptr);
     result.scale = XtVaCreateManagedWidget(
-        name, xmScaleWidgetClass, result.row, XmNorientation, XmHORIZONTAL, XmNminimum, 1, XmNmaximum, count,
+        name, xmScaleWidgetClass, result.row, XmNorientation, XmHORIZONTAL, XmNminimum, 1, XmNmaximum, 2,
         XmNvalue, 1, XmNscaleMultiple, 1, XmNshowArrows, XmEACH_SIDE, XmNscaleHeight, 15, XmNleftAttachment,
         XmATTACH_WIDGET, XmNleftWidget, label, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
         result.value, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 3, XmNbottomAttachment, XmATTACH_FORM,
         XmNbottomOffset, 3, nullptr);
     XtAddCallback(result.scale, XmNvalueChangedCallback, scaleChanged, &window);
     XtAddCallback(result.scale, XmNdragCallback, scaleChanged, &window);
-    XtManageChild(result.row);
     return result;
 }
 
 Widget Controls::makeStatus()
 {
-    Widget status =
+    Widget lines =
         XtVaCreateWidget("status", xmFormWidgetClass, form, XmNleftAttachment, XmATTACH_FORM,
                          XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);
     const auto line = [&](const char* name, unsigned char alignment) {
         Widget label =
-            XtVaCreateManagedWidget(name, xmLabelWidgetClass, status, XmNalignment, alignment,
+            XtVaCreateManagedWidget(name, xmLabelWidgetClass, lines, XmNalignment, alignment,
                                     XmNrecomputeSize, False, XmNmarginHeight, 2, XmNmarginWidth, 8, nullptr);
         setLabel(label, " ");
         return label;
@@ -229,21 +228,19 @@ Widget Controls::makeStatus()
                   XmNrightAttachment, XmATTACH_FORM, nullptr);
     XtVaSetValues(stageLabel, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, pixelLabel,
                   XmNbottomAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment,
-                  XmATTACH_POSITION, XmNrightPosition, 70, nullptr);
+                  XmATTACH_WIDGET, XmNrightWidget, noteLabel, nullptr);
     XtVaSetValues(noteLabel, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, pixelLabel, XmNbottomAttachment,
-                  XmATTACH_FORM, XmNleftAttachment, XmATTACH_POSITION, XmNleftPosition, 70,
-                  XmNrightAttachment, XmATTACH_FORM, nullptr);
-    XtManageChild(status);
-    return status;
+                  XmATTACH_FORM, XmNrecomputeSize, True, XmNrightAttachment, XmATTACH_FORM, nullptr);
+    XtManageChild(lines);
+    return lines;
 }
 
-void Controls::makeArea(Size size, Widget above, Widget below)
+void Controls::makeArea(Size size, Widget above)
 {
     area = XtVaCreateWidget("area", xmDrawingAreaWidgetClass, form, XmNmarginWidth, 0, XmNmarginHeight, 0,
                             XmNresizePolicy, XmRESIZE_NONE, XmNwidth, size.width, XmNheight, size.height,
                             XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, above, XmNleftAttachment,
-                            XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment,
-                            XmATTACH_WIDGET, XmNbottomWidget, below, XmNtraversalOn, False, nullptr);
+                            XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNtraversalOn, False, nullptr);
     XtAddCallback(area, XmNresizeCallback, areaResized, &window);
     port = XtVaCreateManagedWidget("port", xmDrawingAreaWidgetClass, area, XmNmarginWidth, 0, XmNmarginHeight,
                                    0, XmNresizePolicy, XmRESIZE_NONE, XmNwidth, size.width, XmNheight,
@@ -328,21 +325,56 @@ void Controls::place(const Arrangement& arrangement)
                       side(arrangement.canvas.height), 0);
 }
 
+// Rows are managed once and for all: a form whose area has been sized by the user does not make room later.
+void Controls::stackScales(bool growing)
+{
+    const bool present[] = {info().sizeP > 1, info().sizeT > 1, info().sizeZ > 1 || growing};
+    SectionScale* const scales[] = {&pScale, &tScale, &zScale};
+    Widget below = status;
+    for (std::size_t i = 0; i < std::size(scales); ++i) {
+        scales[i]->present = present[i];
+        if (!present[i])
+            continue;
+        XtVaSetValues(scales[i]->row, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, below, nullptr);
+        XtManageChild(scales[i]->row);
+        below = scales[i]->row;
+    }
+    XtVaSetValues(area, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, below, nullptr);
+}
+
+void Controls::showSizes()
+{
+    const int counts[] = {info().sizeZ, info().sizeT, info().sizeP};
+    SectionScale* const scales[] = {&zScale, &tScale, &pScale};
+    for (std::size_t i = 0; i < std::size(scales); ++i) {
+        scales[i]->count = counts[i];
+        if (scales[i]->present) // a scale needs two values at least
+            XtVaSetValues(scales[i]->scale, XmNmaximum, std::max(2, counts[i]), nullptr);
+    }
+    const std::array several{true, info().sizeZ > 1, info().sizeW > 1, info().sizeT > 1}; // by PanelStyle
+    for (std::size_t style = 0; style < several.size(); ++style)
+        XtSetSensitive(menus.panelToggles[style], several[style]);
+}
+
+bool Controls::hasScalesFor(const image::ImageInfo& other) const
+{
+    const auto fits = [](const SectionScale& scale, int count) { return scale.present || count < 2; };
+    return fits(zScale, other.sizeZ) && fits(tScale, other.sizeT) && fits(pScale, other.sizeP);
+}
+
 void Controls::showScale(SectionScale& section, int index, int lastIndex)
 {
-    if (!section.row)
+    if (!section.present)
         return;
     // The user may have moved the scale to where the view cannot follow.
     XmScaleSetValue(section.scale, index + 1);
     XtSetSensitive(section.scale, lastIndex > 0);
-    if (section.shown != index)
-        setLabel(section.value, std::to_string(index + 1) + " / " + std::to_string(section.count));
-    section.shown = index;
+    setLabel(section.value, std::to_string(index + 1) + " / " + std::to_string(section.count));
 }
 
 void Controls::showView(const View& view)
 {
-    const View last = lastSection(info, view);
+    const View last = lastSection(info(), view);
     showScale(zScale, view.z, last.z);
     showScale(tScale, view.t, last.t);
     showScale(pScale, view.p, last.p);

@@ -44,6 +44,10 @@ public:
     // Puts canvas and scroll bars in their places.
     void place(const Arrangement& arrangement);
     void showView(const View& view);
+    // Follows the image's numbers of sections, time points and positions.
+    void showSizes();
+    // Whether there is a scale for every dimension of another version of the image.
+    bool hasScalesFor(const image::ImageInfo& other) const;
     // The three texts of the status lines.
     void showPixel(const std::string& text);
     void showStage(const std::string& text);
@@ -53,22 +57,24 @@ public:
 
     struct SectionScale {
         Widget row = nullptr, scale = nullptr, value = nullptr;
-        int count = 1, shown = -1;
+        int count = 0;
+        bool present = false;
     };
 
 private:
+    const image::ImageInfo& info() const;
     void makeWidgets(Size area);
     Widget makeToggles(Widget parent);
-    SectionScale makeScale(const char* name, const char* title, int count, Widget below);
-    void makeArea(Size area, Widget above, Widget below);
+    SectionScale makeScale(const char* name, const char* title);
+    void makeArea(Size area, Widget above);
+    void stackScales(bool growing);
     Widget makeStatus();
     void turnWheel(const XButtonEvent& event, int step);
     void showScale(SectionScale& scale, int index, int lastIndex);
 
     ImageWindow& window;
-    const image::ImageInfo& info;
     Widget topLevel = nullptr, form = nullptr, area = nullptr, port = nullptr, canvasWidget = nullptr;
-    Widget horizontal = nullptr, vertical = nullptr, popup = nullptr;
+    Widget status = nullptr, horizontal = nullptr, vertical = nullptr, popup = nullptr;
     Widget pixelLabel = nullptr, stageLabel = nullptr, noteLabel = nullptr;
     MenuBar menus;
     std::vector<Widget> toggles;

@@ -1,9 +1,5 @@
 #include "platform/imagewindow/ImageWindow.h"
 
-#include "platform/imagewindow/Dialogs.h"
-#include "platform/imagewindow/LocalText.h"
-#include "platform/imagewindow/Readout.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <utility>
@@ -19,12 +15,12 @@ constexpr std::size_t maxClients = 256; // whose windows are watched
 
 } // namespace
 
-ImageWindow::ImageWindow(Application& application, const std::string& path, const Options& options)
-    : application(application), file(image::ImageFile::open(path)),
-      scan(std::make_unique<image::RangeScan>(*file)), view(initialView(file->info())), renderer(*file),
-      painter(application.display(), DefaultScreen(application.display()))
+ImageWindow::ImageWindow(Application& application, ImageSource opened, const Options& options)
+    : application(application), source(std::move(opened)), watch(source.path),
+      scan(std::make_unique<image::RangeScan>(*source.file)), view(initialView(image().info())),
+      renderer(*source.file), painter(application.display(), DefaultScreen(application.display()))
 {
-    record.path = std::filesystem::absolute(path).lexically_normal().string();
+    record.path = source.path.string();
     applyOptions(options);
     controls =
         std::make_unique<Controls>(*this, application.display(), chooseZoom(options), options.geometry);
@@ -33,13 +29,14 @@ ImageWindow::ImageWindow(Application& application, const std::string& path, cons
 
 ImageWindow::~ImageWindow()
 {
-    if (scanTimer)
-        XtRemoveTimeOut(scanTimer);
+    for (XtIntervalId timer : {scanTimer, fileTimer})
+        if (timer)
+            XtRemoveTimeOut(timer);
 }
 
 void ImageWindow::applyOptions(const Options& options)
 {
-    const image::ImageInfo& info = file->info();
+    const image::ImageInfo& info = image().info();
     view.style = options.panels;
     view.z = options.z;
     view.t = options.t;
@@ -69,9 +66,9 @@ Size ImageWindow::chooseZoom(const Options& options)
     const Size most{std::max(minAreaWidth, widest),
                     std::max(minAreaHeight, HeightOfScreen(screen) * 85 / 100 - controlsHeight)};
     view.zoom = options.zoom.value_or(1.0);
-    const Arrangement natural = arrange(file->info(), view, most, scrollBarThickness);
+    const Arrangement natural = arrange(image().info(), view, most, scrollBarThickness);
     view.fit = options.fit || (!options.zoom && (natural.horizontalBar || natural.verticalBar));
-    const Arrangement chosen = view.fit ? arrange(file->info(), view, most, scrollBarThickness) : natural;
+    const Arrangement chosen = view.fit ? arrange(image().info(), view, most, scrollBarThickness) : natural;
     const auto room = [](int canvas, bool bar) { return canvas + (bar ? scrollBarThickness : 0); };
     return {std::max(minAreaWidth, room(chosen.canvas.width, chosen.verticalBar)),
             std::max(minAreaHeight, room(chosen.canvas.height, chosen.horizontalBar))};
@@ -79,7 +76,7 @@ Size ImageWindow::chooseZoom(const Options& options)
 
 void ImageWindow::show()
 {
-    const std::string name = file->info().path.filename().string();
+    const std::string name = source.name;
     controls->show("Image window: " + name);
     layOutCanvas();
     drawImage();
@@ -90,6 +87,7 @@ void ImageWindow::show()
         std::fprintf(stderr, "imagewindow: no window number is free: tools cannot attach to %s.\n",
                      record.path.c_str());
     pollScan();
+    pollFile();
 }
 
 void ImageWindow::update()
@@ -113,7 +111,7 @@ void ImageWindow::update()
 void ImageWindow::layOutCanvas()
 {
     layoutStale = false;
-    arrangement = arrange(file->info(), view, controls->areaSize(), scrollBarThickness);
+    arrangement = arrange(image().info(), view, controls->areaSize(), scrollBarThickness);
     controls->place(arrangement);
     controls->showView(view);
     if (!buffer || buffer->size() != arrangement.canvas) {
@@ -126,7 +124,7 @@ void ImageWindow::layOutCanvas()
 void ImageWindow::drawImage()
 {
     imageStale = overlaysStale = false;
-    panels = panelContents(file->info(), view);
+    panels = panelContents(image().info(), view);
     problem = renderer.load(arrangement.geometry, panels);
     renderer.draw(buffer->pixels(), buffer->size().width, buffer->size().height);
     buffer->upload();
@@ -195,41 +193,6 @@ void ImageWindow::clientGone(Window client)
 {
     if (clients.erase(client) > 0 && overlays.dropClient(static_cast<std::uint32_t>(client)))
         overlaysStale = true;
-}
-
-protocol::DisplayRecord ImageWindow::currentRecord() const
-{
-    protocol::DisplayRecord current = record;
-    const std::vector<int> waves = displayedWavelengths(view);
-    current.z = view.z;
-    current.t = view.t;
-    current.p = view.p;
-    current.w = waves.front();
-    current.geometry = arrangement.geometry;
-    const auto ranges = scan->ranges();
-    current.wavelengths.resize(view.displayed.size());
-    for (std::size_t w = 0; w < view.displayed.size(); ++w) {
-        protocol::WavelengthDisplay& wave = current.wavelengths[w];
-        wave.displayed = view.displayed[w];
-        wave.colorIndex = file->info().wavelengths[w].colorIndex;
-        wave.rangeKnown = w < ranges.size() && ranges[w].known;
-        wave.rangeMin = wave.rangeKnown ? ranges[w].min : 0;
-        wave.rangeMax = wave.rangeKnown ? ranges[w].max : 0;
-    }
-    return current;
-}
-
-// The ranges of a running scan change with every section: they are published at the pace of its poll.
-void ImageWindow::publish()
-{
-    if (!recordStale || record.windowNumber == 0)
-        return;
-    recordStale = false;
-    protocol::DisplayRecord current = currentRecord();
-    if (current == record)
-        return;
-    record = std::move(current);
-    protocol::publishDisplay(display(), controls->canvas(), record);
 }
 
 } // namespace viewer

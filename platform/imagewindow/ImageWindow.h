@@ -11,6 +11,7 @@
 #include "platform/imagewindow/OverlayPainter.h"
 #include "platform/imagewindow/OverlayStore.h"
 #include "platform/imagewindow/Renderer.h"
+#include "platform/imagewindow/Scratch.h"
 #include "platform/imagewindow/View.h"
 #include "platform/protocol/XProtocol.h"
 
@@ -18,13 +19,14 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace viewer {
 
 class ImageWindow {
 public:
-    // Opens the file and shows the window. Throws image::ImageError.
-    ImageWindow(Application& application, const std::string& path, const Options& options);
+    // Shows the window.
+    ImageWindow(Application& application, ImageSource opened, const Options& options);
     ~ImageWindow();
     ImageWindow(const ImageWindow&) = delete;
     ImageWindow& operator=(const ImageWindow&) = delete;
@@ -65,7 +67,8 @@ public:
     void exposed(Region region);
     void areaResized() { changed(); }
 
-    const image::ImageFile& image() const { return *file; }
+    const image::ImageFile& image() const { return *source.file; }
+    bool growing() const { return source.growing; }
     const View& currentView() const { return view; }
     ContrastLimits contrast(int wavelength) const { return renderer.limits(wavelength); }
     std::vector<protocol::ToolEntry> tools() const;
@@ -82,6 +85,10 @@ private:
     void publish();
     void updateStatus();
     void pollScan();
+    void pollFile();
+    void reopenFile();
+    void adoptFile(std::unique_ptr<image::ImageFile> file);
+    void gatherRanges();
     std::string noteText() const;
     void changed();
     protocol::DisplayRecord currentRecord() const;
@@ -89,8 +96,10 @@ private:
     Scene scene() const { return {arrangement.geometry, panels, overlays}; }
 
     Application& application;
-    std::unique_ptr<image::ImageFile> file;
-    std::unique_ptr<image::RangeScan> scan; // after file: it must stop first
+    ImageSource source;
+    FileWatch watch;
+    std::unique_ptr<image::RangeScan> scan; // after source: it must stop first
+    std::vector<image::ValueRange> ranges;  // of everything seen so far, also before the file grew
     View view;
     Renderer renderer;
     OverlayStore overlays;
@@ -104,9 +113,11 @@ private:
         int x = 0, y = 0; // canvas pixels
     };
     std::optional<PointerPlace> pointer;
-    std::string problem; // the last sentence about the file, empty when all is well
-    std::string notice;  // what the last action could not do, until the pointer moves
-    XtIntervalId scanTimer = 0;
+    std::string problem;     // why a section is not shown, empty when all is well
+    std::string fileProblem; // what has become of the file, empty when all is well
+    std::string notice;      // what the last action could not do, until the pointer moves
+    XtIntervalId scanTimer = 0, fileTimer = 0;
+    bool receiving = true; // more sections may come
     bool closeAsked = false, canvasSeen = false, announced = false, refusalTold = false;
     bool layoutStale = true, imageStale = true, overlaysStale = false, statusStale = true,
          recordStale = false;

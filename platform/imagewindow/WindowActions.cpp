@@ -15,8 +15,6 @@ namespace viewer {
 
 namespace {
 
-constexpr unsigned long scanPollMilliseconds = 300;
-
 // Starts a program that outlives this call; nobody waits for it. Returns 0 or an error number.
 int startProgram(const std::string& program, const std::string& argument)
 {
@@ -60,7 +58,7 @@ void ImageWindow::showSection(int z, int t, int p)
     view.z = z;
     view.t = t;
     view.p = p;
-    clampSection(file->info(), view);
+    clampSection(image().info(), view);
     changed();
 }
 
@@ -76,13 +74,13 @@ void ImageWindow::setPanels(int style)
 {
     view.style = style;
     view.fit = true;
-    clampSection(file->info(), view);
+    clampSection(image().info(), view);
     changed();
 }
 
 void ImageWindow::zoomAt(double zoom, int x, int y)
 {
-    zoomAround(file->info(), view, arrangement, controls->areaSize(), scrollBarThickness, zoom, x, y);
+    zoomAround(image().info(), view, arrangement, controls->areaSize(), scrollBarThickness, zoom, x, y);
     // Events that come before the next drawing go on from here.
     layOutCanvas();
     changed();
@@ -172,9 +170,9 @@ void ImageWindow::updateStatus()
     controls->showNote(noteText());
     const auto place =
         pointer ? protocol::dataFromWindow(arrangement.geometry, pointer->x, pointer->y) : std::nullopt;
-    const std::string& sentence = notice.empty() ? problem : notice;
+    const std::string& sentence = !notice.empty() ? notice : !fileProblem.empty() ? fileProblem : problem;
     if (!place) {
-        controls->showPixel(sentence.empty() ? imageText(file->info()) : sentence);
+        controls->showPixel(sentence.empty() ? imageText(image().info()) : sentence);
         controls->showStage("");
         return;
     }
@@ -182,30 +180,22 @@ void ImageWindow::updateStatus()
     const int x = static_cast<int>(place->x), y = static_cast<int>(place->y);
     std::vector<WavelengthValue> values;
     for (int w : panel.wavelengths)
-        values.push_back({wavelengthName(file->info(), w), renderer.valueAt(place->panel, w, x, y)});
+        values.push_back({wavelengthName(image().info(), w), renderer.valueAt(place->panel, w, x, y)});
     const image::SectionIndex section{panel.z, panel.wavelengths.front(), panel.t, panel.p};
     controls->showPixel(sentence.empty() ? pixelText(panel.caption, x, y, values) : sentence);
-    controls->showStage(stageText(*file, section, place->x, place->y));
+    controls->showStage(stageText(image(), section, place->x, place->y));
 }
 
 std::string ImageWindow::noteText() const
 {
     std::string text = zoomText(view.zoom);
-    if (!file->info().calibrated)
+    if (!image().info().calibrated)
         text = "uncalibrated   " + text;
-    if (!scan->done())
+    if (source.input && receiving)
+        text = "receiving   " + text;
+    else if (!scan->done())
         text = "ranges " + std::to_string(static_cast<int>(scan->progress() * 100)) + " %   " + text;
     return text;
-}
-
-void ImageWindow::pollScan()
-{
-    scanTimer = 0;
-    recordStale = statusStale = true;
-    if (!scan->done())
-        scanTimer = XtAppAddTimeOut(
-            application.context(), scanPollMilliseconds,
-            [](XtPointer client, XtIntervalId*) { static_cast<ImageWindow*>(client)->pollScan(); }, this);
 }
 
 } // namespace viewer

@@ -132,18 +132,23 @@ TEST(Start, ClosingTheLastWindowEndsTheProcess)
     EXPECT_EQ(viewer.process.errors(), "");
 }
 
-TEST(Start, ATruncatedImageIsReportedAndTheWindowStays)
+// The sections that are gone turn black, the window stays.
+TEST(Start, AnImageMayBeTruncatedWhileItIsShown)
 {
-    const std::string path =
-        sampleImage("cut.ome.tif", {"--compression", "none", "--pattern", "ramp", "--size", "64x48", "--z",
-                                    "4", "--channels", "1", "--time", "1"});
+    const std::string whole =
+        sampleImage("whole.ome.tif", {"--compression", "none", "--pattern", "ramp", "--size", "64x48", "--z",
+                                      "4", "--channels", "1", "--time", "1"});
+    const std::string path = std::filesystem::path(whole).replace_filename("cut.ome.tif");
+    std::filesystem::copy_file(whole, path, std::filesystem::copy_options::overwrite_existing);
     Viewer viewer({path});
+    EXPECT_FALSE(viewer.pixelAt(60, 40) == drive::Pixel{});
     std::filesystem::resize_file(path, std::filesystem::file_size(path) / 2);
     viewer.focus();
     for (int z = 1; z < 4; ++z) {
         viewer.screen.key(XK_Next);
         EXPECT_EQ(viewer.waitForRecord([&](const auto& record) { return record.z == z; }).z, z);
     }
+    EXPECT_TRUE(viewer.waitForPixel(60, 40, {}));
     EXPECT_TRUE(viewer.process.running());
     EXPECT_EQ(viewer.process.errors(), "");
 }

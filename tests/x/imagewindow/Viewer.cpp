@@ -32,10 +32,17 @@ const std::filesystem::path& scratchFolder()
     return folder.path;
 }
 
-std::vector<std::string> command(std::vector<std::string> arguments)
+// The server gives every client its own upper bits of the numbers of windows.
+constexpr int clientBits = 21;
+
+std::vector<std::string> command(std::vector<std::string> arguments, const std::string& standardInput)
 {
     scratchFolder();
     arguments.insert(arguments.begin(), BIN_DIR "/imagewindow");
+    if (!standardInput.empty()) {
+        const std::vector<std::string> shell{"/bin/sh", "-c", "exec \"$@\" <" + standardInput, "sh"};
+        arguments.insert(arguments.begin(), shell.begin(), shell.end());
+    }
     return arguments;
 }
 
@@ -73,8 +80,9 @@ std::string stackImage()
                                          "3", "--time", "2"});
 }
 
-Viewer::Viewer(std::vector<std::string> arguments, std::map<std::string, std::string> environment)
-    : process(command(std::move(arguments)), std::move(environment))
+Viewer::Viewer(std::vector<std::string> arguments, std::map<std::string, std::string> environment,
+               const std::string& standardInput)
+    : process(command(std::move(arguments), standardInput), std::move(environment))
 {
     drive::waitUntil([&] {
         return std::sscanf(process.output().c_str(), "window %d:", &number) == 1 || !process.running();
@@ -117,6 +125,27 @@ void Viewer::focus()
             return holder == window;
         },
         drive::Milliseconds(3000));
+}
+
+Window Viewer::waitForMenu()
+{
+    Window menu = None;
+    drive::waitUntil([&] {
+        Window rootWindow = None, parent = None, *children = nullptr;
+        unsigned count = 0;
+        if (!XQueryTree(screen.x(), screen.root(), &rootWindow, &parent, &children, &count))
+            return false;
+        for (unsigned i = 0; i < count && menu == None; ++i) {
+            XWindowAttributes attributes;
+            protocol::ErrorTrap trap(screen.x());
+            if (XGetWindowAttributes(screen.x(), children[i], &attributes) && attributes.override_redirect &&
+                attributes.map_state == IsViewable && (children[i] >> clientBits) == (canvas >> clientBits))
+                menu = children[i];
+        }
+        XFree(children);
+        return menu != None;
+    });
+    return menu;
 }
 
 } // namespace viewertest

@@ -25,7 +25,9 @@ std::string stackImage();
 // imagewindow with one image. Waits until it is shown.
 class Viewer {
 public:
-    explicit Viewer(std::vector<std::string> arguments, std::map<std::string, std::string> environment = {});
+    // standardInput: path of a file or pipe, empty: as the test's.
+    explicit Viewer(std::vector<std::string> arguments, std::map<std::string, std::string> environment = {},
+                    const std::string& standardInput = "");
 
     drive::Screen screen;
     drive::Process process;
@@ -40,6 +42,9 @@ public:
     drive::Pixel pixelAt(int x, int y) { return screen.capture(canvas).at(x, y); }
     // Gives the window the keyboard.
     void focus();
+    // A menu that is posted: a window above all others without the window manager's doing. None: there is
+    // none.
+    Window waitForMenu();
 };
 
 } // namespace viewertest

@@ -1,0 +1,26 @@
+// The Tools menu: tools that run are listed and asked to end.
+// The test library comes before X, whose macros clash with it.
+#include <gtest/gtest.h>
+
+#include "tests/x/imagewindow/Viewer.h"
+
+using namespace viewertest;
+
+TEST(Tools, AListedToolIsAskedToEnd)
+{
+    Viewer viewer({rgbImage()});
+    Display* display = viewer.screen.x();
+    const Window shell = XCreateSimpleWindow(display, viewer.screen.root(), 0, 0, 1, 1, 0, 0, 0);
+    protocol::announceTool(display, viewer.canvas, shell, "Arbitrary Profile");
+    XSync(display, False);
+    viewer.screen.click(viewer.screen.findTitle("Image window"), 105, 14); // Tools in the menu bar
+    const Window menu = viewer.waitForMenu();
+    ASSERT_NE(menu, static_cast<Window>(None));
+    // The last entry: its middle is half an entry above the menu's end.
+    const drive::Rect place = viewer.screen.geometry(menu);
+    viewer.screen.click(menu, place.width / 2, place.height - 12);
+    XEvent event{};
+    EXPECT_TRUE(
+        drive::waitUntil([&] { return XCheckTypedWindowEvent(display, shell, ClientMessage, &event) != 0; }));
+    EXPECT_EQ(event.xclient.message_type, protocol::atoms(display).quit);
+}
