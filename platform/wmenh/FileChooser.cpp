@@ -113,10 +113,14 @@ void showName(const Chooser& chooser)
     XmTextFieldSetInsertionPosition(field, XmTextFieldGetLastPosition(field));
 }
 
+// Room for two lines is kept so that the dialogue does not jump.
 void complain(const Chooser& chooser, const std::string& sentence)
 {
-    const Label text(wrapText(sentence, 60));
-    XtVaSetValues(chooser.complaint, XmNlabelString, text.get(), nullptr);
+    std::string text = wrapText(localeText(sentence), 72);
+    if (lineCount(text) < 2)
+        text += "\n";
+    const PathString label(text);
+    XtVaSetValues(chooser.complaint, XmNlabelString, label.get(), nullptr);
 }
 
 // The box forgets the name when it goes to another folder; the user wants to keep it.
@@ -131,16 +135,16 @@ void okPressed(Widget, XtPointer data, XtPointer)
 {
     Chooser& chooser = *static_cast<Chooser*>(data);
     const XtText typed(XmTextFieldGetString(nameField(chooser)));
-    std::string path = pathFromName(folderOf(chooser), typed.get());
+    const bool blank = std::string_view(typed.get()).find_first_not_of(' ') == std::string_view::npos;
+    const std::string named = pathFromName(folderOf(chooser), typed.get());
     std::error_code error;
-    if (*typed && std::filesystem::is_directory(path, error)) {
+    if (!blank && std::filesystem::is_directory(named, error)) {
         chooser.name.clear();
         complain(chooser, "");
-        goTo(chooser, path);
+        goTo(chooser, named);
         return;
     }
-    if (path.ends_with('/') == false)
-        path = withExtension(path, chooser.extension);
+    const std::string path = withExtension(named, chooser.extension);
     const std::string sentence = complaintAbout(path, chooser.capacity);
     complain(chooser, sentence);
     if (!sentence.empty())
@@ -172,7 +176,7 @@ void addLastFolderButton(Chooser& chooser)
 void makeBox(Chooser& chooser, const char* title, const std::string& folder, const std::string& filter)
 {
     const PathString directory(folder), pattern(filter.empty() ? "*" : filter);
-    const Label save("Save"), name("File name"), empty("");
+    const Label save("Save"), name("File name"), empty("\n");
     Arg args[] = {
         {const_cast<char*>(XmNdirectory),            reinterpret_cast<XtArgVal>(directory.get())},
         {const_cast<char*>(XmNpattern),              reinterpret_cast<XtArgVal>(pattern.get())  },
@@ -181,7 +185,7 @@ void makeBox(Chooser& chooser, const char* title, const std::string& folder, con
         {const_cast<char*>(XmNpathMode),             XmPATH_MODE_RELATIVE                       },
         {const_cast<char*>(XmNfileFilterStyle),      XmFILTER_HIDDEN_FILES                      },
         {const_cast<char*>(XmNautoUnmanage),         False                                      },
-        {const_cast<char*>(XmNtextColumns),          56                                         },
+        {const_cast<char*>(XmNtextColumns),          70                                         },
         {const_cast<char*>(XmNlistVisibleItemCount), 14                                         },
         {const_cast<char*>(XmNdialogStyle),          XmDIALOG_FULL_APPLICATION_MODAL            }
     };

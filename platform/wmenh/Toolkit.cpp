@@ -35,6 +35,8 @@ const char* const looks[] = {
     "*XmText.marginHeight: 3",
     "*XmTextField.marginHeight: 3",
     "*XmList.background: #ffffff",
+    "*XmList.selectColor: #bcd0e8",
+    "*complaint.foreground: #a00000",
     "*TipLabel.background: #ffffe1",
     "*toolTipPostDelay: 600",
 };

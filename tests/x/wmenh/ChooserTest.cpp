@@ -3,6 +3,7 @@
 
 #include <X11/keysym.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -28,6 +29,13 @@ protected:
     {
         replaceText(name);
         screen.key(XK_Return);
+    }
+    long redPixels(Window window)
+    {
+        const drive::Picture picture = screen.capture(window);
+        return std::count_if(picture.pixels.begin(), picture.pixels.end(), [](const drive::Pixel& p) {
+            return p.red > 120 && p.green < 40 && p.blue < 40;
+        });
     }
     std::string chosen(size_t count)
     {
@@ -99,8 +107,12 @@ TEST_F(ChooserTest, refusesWhatItCannotTake)
     for (const std::string& name : {longFolder.string() + "/a-name-that-does-not-fit-" + std::string(40, 'x'),
                                     std::string("nowhere/file.slk"), std::string("   ")}) {
         enter(name);
-        screen.moveTo(chooser, 5, 5);
+        // The reason appears in red; nothing else in the dialogue is.
+        EXPECT_TRUE(waitUntil([&] { return redPixels(chooser) > 100; })) << name;
         EXPECT_TRUE(screen.viewable(chooser)) << name;
+        enter("results");
+        EXPECT_TRUE(waitUntil([&] { return redPixels(chooser) == 0; })) << name;
+        enter("..");
     }
     enter("good.slk");
     EXPECT_EQ(chosen(1), answer(folder / "good.slk", folder));

@@ -142,26 +142,41 @@ void ProbeTest::replaceText(const std::string& text)
     screen.type(text);
 }
 
+namespace {
+
+std::vector<Window> childrenOf(Display* display, Window window)
+{
+    Window root = None, parent = None, *list = nullptr;
+    unsigned count = 0;
+    if (!XQueryTree(display, window, &root, &parent, &list, &count))
+        return {};
+    const std::vector<Window> children(list, list + count);
+    if (list)
+        XFree(list);
+    return children;
+}
+
+// Window managers put up to two windows around a client.
+int countBelow(drive::Screen& screen, Window window, const std::string& text, int depth)
+{
+    int found = 0;
+    for (const Window child : childrenOf(screen.x(), window)) {
+        if (!screen.viewable(child))
+            continue;
+        const bool titled = screen.title(child).find(text) != std::string::npos;
+        found += titled ? 1 : depth > 0 ? countBelow(screen, child, text, depth - 1) : 0;
+    }
+    return found;
+}
+
+} // namespace
+
 int ProbeTest::countTitled(const std::string& text)
 {
-    Window root = None, parent = None, *frames = nullptr;
-    unsigned count = 0;
-    int found = 0;
-    XQueryTree(screen.x(), screen.root(), &root, &parent, &frames, &count);
-    for (unsigned i = 0; i < count; ++i) {
-        Window *clients = nullptr, any = None;
-        unsigned clientCount = 0;
-        bool titled = screen.viewable(frames[i]) && screen.title(frames[i]).find(text) != std::string::npos;
-        // Window managers put one or two windows around a client.
-        if (screen.viewable(frames[i]) &&
-            XQueryTree(screen.x(), frames[i], &any, &any, &clients, &clientCount))
-            for (unsigned j = 0; j < clientCount; ++j)
-                titled = titled || screen.title(clients[j]).find(text) != std::string::npos;
-        if (clients)
-            XFree(clients);
-        found += titled ? 1 : 0;
-    }
-    if (frames)
-        XFree(frames);
-    return found;
+    return countBelow(screen, screen.root(), text, 2);
+}
+
+int ProbeTest::countTopLevels()
+{
+    return countBelow(screen, screen.root(), "", 0);
 }

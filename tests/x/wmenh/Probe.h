@@ -56,8 +56,10 @@ protected:
     void press(const std::string& name);
     // Types text in place of what the field with the focus holds.
     void replaceText(const std::string& text);
-    // Top levels whose title contains text.
+    // Windows on the screen whose title contains text.
     int countTitled(const std::string& text);
+    // All windows on the screen, menus and the frames of window managers among them.
+    int countTopLevels();
 
     std::filesystem::path folder;
     drive::Screen screen;
