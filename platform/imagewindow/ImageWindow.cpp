@@ -191,8 +191,11 @@ bool ImageWindow::watchClient(Window client)
 
 void ImageWindow::clientGone(Window client)
 {
-    if (clients.erase(client) > 0 && overlays.dropClient(static_cast<std::uint32_t>(client)))
-        overlaysStale = true;
+    if (clients.erase(client) == 0)
+        return;
+    overlays.dropClient(static_cast<std::uint32_t>(client));
+    // Also what it removed itself without living to ask for the redraw.
+    overlaysStale = true;
 }
 
 } // namespace viewer

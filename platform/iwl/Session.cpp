@@ -181,6 +181,9 @@ int IWAttach(int argc, char** argv)
     }
     protocol::installErrorHandler(program_invocation_short_name);
     clientWindow = makeClientWindow();
+    // The server throws away requests of a client that has hung up before it read them: what the program asked
+    // for last, such as its graphics to go, would be lost.
+    std::atexit([] { XSync(connection, False); });
     return 1;
 }
 
