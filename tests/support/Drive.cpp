@@ -439,9 +439,13 @@ std::optional<std::string> Screen::selection(Window notOwner)
 
 std::string Screen::textIn(Window field)
 {
+    // A press that follows too soon would be a double click, which selects words.
+    constexpr Milliseconds multiClickTime{250};
+    waitUntil([&] { return std::chrono::steady_clock::now() - lastSelected > multiClickTime; });
     XSetSelectionOwner(display, XA_PRIMARY, asker, CurrentTime);
     const Rect place = geometry(field);
     drag(field, 2, place.height / 2, place.width - 2, place.height / 2);
+    lastSelected = std::chrono::steady_clock::now();
     constexpr Milliseconds emptyField{3000};
     std::optional<std::string> text;
     waitUntil([&] { return (text = selection(asker)).has_value(); }, emptyField);

@@ -122,6 +122,7 @@ public:
 private:
     Display* display;
     Window asker; // never shown; owns and asks for selections
+    std::chrono::steady_clock::time_point lastSelected;
     std::optional<std::string> selection(Window notOwner);
 };
 
