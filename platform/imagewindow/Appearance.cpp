@@ -44,13 +44,19 @@ constexpr const char* smoothFont[] = {
     "*plain.fontSize: 9",
 };
 
-// The colon makes the entry a font set, which draws any character of the locale.
-constexpr const char* bitmapFont[] = {"*fontList: fixed:"};
+// The colon makes the entry a font set, which draws any character of the locale. Elsewhere a font set leaves
+// out what is not ASCII, while a font draws the bytes of ISO 8859-1 as they are.
+constexpr const char *bitmapFontSet = "*fontList: fixed:", *bitmapFont = "*fontList: fixed";
+
+bool utf8Locale()
+{
+    return std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
+}
 
 // Scalable text that is not ASCII comes out right in UTF-8 locales only.
 bool smoothFontUsable(Display* display)
 {
-    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0)
+    if (!utf8Locale())
         return false;
     XftFont* font = XftFontOpenName(display, DefaultScreen(display), "Sans-9");
     if (font)
@@ -66,7 +72,7 @@ String* fallbackResources(Display* display)
     if (smoothFontUsable(display))
         list.insert(list.end(), std::begin(smoothFont), std::end(smoothFont));
     else
-        list.insert(list.end(), std::begin(bitmapFont), std::end(bitmapFont));
+        list.push_back(utf8Locale() ? bitmapFontSet : bitmapFont);
     list.push_back(nullptr);
     return const_cast<String*>(list.data());
 }

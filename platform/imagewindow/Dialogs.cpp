@@ -50,9 +50,9 @@ void unmanage(Widget dialogue, XtPointer /*client*/, XtPointer /*call*/)
 
 } // namespace
 
-void showError(Widget parent, const std::string& text)
+void showError(Widget parent, const std::string& title, const std::string& text)
 {
-    showMessage(parent, XmCreateErrorDialog, "Image window", text);
+    showMessage(parent, XmCreateErrorDialog, title, text);
 }
 
 void showInformation(Widget parent, const std::string& title, const std::string& text)
@@ -62,12 +62,19 @@ void showInformation(Widget parent, const std::string& title, const std::string&
 
 void chooseFile(Widget parent, ImageWindow& window)
 {
-    Widget dialogue = XmCreateFileSelectionDialog(parent, const_cast<char*>("open"), nullptr, 0);
     const LabelText title("Open image");
     const LabelText folder(window.image().info().path.parent_path().string());
-    XtVaSetValues(dialogue, XmNdialogTitle, static_cast<XmString>(title), XmNdirectory,
-                  static_cast<XmString>(folder), XmNresizePolicy, XmRESIZE_GROW, XmNwidth, 560, XmNheight,
-                  420, XmNpathMode, XmPATH_MODE_RELATIVE, nullptr);
+    // The path mode can be set at creation only: changing it later crashes the toolkit.
+    Arg args[] = {
+        {const_cast<char*>(XmNpathMode),        XmPATH_MODE_RELATIVE                                     },
+        {const_cast<char*>(XmNfileFilterStyle), XmFILTER_HIDDEN_FILES                                    },
+        {const_cast<char*>(XmNdirectory),       reinterpret_cast<XtArgVal>(static_cast<XmString>(folder))},
+        {const_cast<char*>(XmNdialogTitle),     reinterpret_cast<XtArgVal>(static_cast<XmString>(title)) },
+        {const_cast<char*>(XmNresizePolicy),    XmRESIZE_GROW                                            },
+        {const_cast<char*>(XmNwidth),           520                                                      },
+    };
+    Widget dialogue = XmCreateFileSelectionDialog(parent, const_cast<char*>("open"), args,
+                                                  static_cast<Cardinal>(std::size(args)));
     XtUnmanageChild(XtNameToWidget(dialogue, "Help"));
     XtAddCallback(dialogue, XmNokCallback, fileChosen, &window);
     XtAddCallback(dialogue, XmNcancelCallback, unmanage, nullptr);

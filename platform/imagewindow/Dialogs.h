@@ -9,7 +9,7 @@ namespace viewer {
 
 class ImageWindow;
 
-void showError(Widget parent, const std::string& text);
+void showError(Widget parent, const std::string& title, const std::string& text);
 void showInformation(Widget parent, const std::string& title, const std::string& text);
 // Asks for a file and opens it in a new window.
 void chooseFile(Widget parent, ImageWindow& window);

@@ -7,6 +7,7 @@
 #include "platform/image/RangeScan.h"
 #include "platform/imagewindow/Application.h"
 #include "platform/imagewindow/CanvasBuffer.h"
+#include "platform/imagewindow/ContrastDialogue.h"
 #include "platform/imagewindow/Controls.h"
 #include "platform/imagewindow/OverlayPainter.h"
 #include "platform/imagewindow/OverlayStore.h"
@@ -55,6 +56,7 @@ public:
     void panBy(int dx, int dy);
     void setContrast(int wavelength, const ContrastLimits& limits);
     void setAutomaticContrast();
+    void showContrast();
     void openAnother(const std::string& path);
     void startLineProfile();
     void close() { application.close(*this); }
@@ -71,6 +73,8 @@ public:
     bool growing() const { return source.growing; }
     const View& currentView() const { return view; }
     ContrastLimits contrast(int wavelength) const { return renderer.limits(wavelength); }
+    // Over the sections seen so far; 0 to 0 when that is unknown.
+    ContrastLimits knownRange(int wavelength) const;
     std::vector<protocol::ToolEntry> tools() const;
     int windowNumber() const { return record.windowNumber; }
     Display* display() const { return application.display(); }
@@ -121,7 +125,8 @@ private:
     bool closeAsked = false, canvasSeen = false, announced = false, refusalTold = false;
     bool layoutStale = true, imageStale = true, overlaysStale = false, statusStale = true,
          recordStale = false;
-    std::unique_ptr<Controls> controls; // last: its callbacks use all of the above
+    std::unique_ptr<Controls> controls;                 // after all that its callbacks use
+    std::unique_ptr<ContrastDialogue> contrastDialogue; // a child of controls
 };
 
 } // namespace viewer

@@ -127,6 +127,22 @@ void ImageWindow::setAutomaticContrast()
 {
     renderer.setAutomatic();
     imageStale = true;
+    if (contrastDialogue)
+        contrastDialogue->refresh();
+}
+
+void ImageWindow::showContrast()
+{
+    contrastDialogue.reset();
+    contrastDialogue = std::make_unique<ContrastDialogue>(controls->shell(), *this);
+}
+
+ContrastLimits ImageWindow::knownRange(int wavelength) const
+{
+    const auto index = static_cast<std::size_t>(wavelength);
+    if (index >= ranges.size() || !ranges[index].known)
+        return {0, 0};
+    return {ranges[index].min, ranges[index].max};
 }
 
 void ImageWindow::openAnother(const std::string& path)
@@ -134,7 +150,7 @@ void ImageWindow::openAnother(const std::string& path)
     try {
         application.open(path, Options{});
     } catch (const image::ImageError& error) {
-        showError(controls->shell(), error.what());
+        showError(controls->shell(), "Cannot open image", error.what());
     }
 }
 
@@ -142,7 +158,7 @@ void ImageWindow::startLineProfile()
 {
     const std::string program = Application::siblingProgram("lineprofile");
     if (const int error = startProgram(program, std::to_string(record.windowNumber)))
-        showError(controls->shell(),
+        showError(controls->shell(), "Cannot start tool",
                   "The line profile tool cannot be started (" + program + "): " + std::strerror(error) + ".");
 }
 

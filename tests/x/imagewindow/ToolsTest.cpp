@@ -4,6 +4,8 @@
 
 #include "tests/x/imagewindow/Viewer.h"
 
+#include <X11/keysym.h>
+
 using namespace viewertest;
 
 TEST(Tools, AListedToolIsAskedToEnd)
@@ -23,4 +25,27 @@ TEST(Tools, AListedToolIsAskedToEnd)
     EXPECT_TRUE(
         drive::waitUntil([&] { return XCheckTypedWindowEvent(display, shell, ClientMessage, &event) != 0; }));
     EXPECT_EQ(event.xclient.message_type, protocol::atoms(display).quit);
+}
+
+// The file dialogue has the keyboard in its file name when it opens.
+TEST(Tools, AnotherFileIsOpenedFromTheMenu)
+{
+    Viewer viewer({rgbImage()});
+    const auto choose = [&](const std::string& path) {
+        viewer.focus();
+        viewer.screen.keyDown(XK_Control_L);
+        viewer.screen.key(XK_o);
+        viewer.screen.keyUp(XK_Control_L);
+        ASSERT_TRUE(viewer.waitForFocus(viewer.screen.findTitle("Open image")));
+        viewer.screen.keyDown(XK_Control_L);
+        viewer.screen.key(XK_slash); // select all
+        viewer.screen.keyUp(XK_Control_L);
+        viewer.screen.type(path);
+        viewer.screen.key(XK_Return);
+    };
+    choose(stackImage());
+    EXPECT_NE(viewer.screen.findImageWindow(2), static_cast<Window>(None));
+    choose("/nowhere/missing.tif");
+    EXPECT_NE(viewer.screen.findTitle("Cannot open image"), static_cast<Window>(None));
+    EXPECT_TRUE(viewer.process.running());
 }

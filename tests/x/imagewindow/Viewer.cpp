@@ -113,18 +113,21 @@ bool Viewer::waitForPixel(int x, int y, const drive::Pixel& pixel)
     return drive::waitUntil([&] { return pixelAt(x, y) == pixel; });
 }
 
+bool Viewer::waitForFocus(Window window)
+{
+    return drive::waitUntil([&] {
+        Window holder = None;
+        int revert = 0;
+        XGetInputFocus(screen.x(), &holder, &revert);
+        return window != None && holder == window;
+    });
+}
+
 void Viewer::focus()
 {
-    Window window = screen.findTitle("Image window " + std::to_string(number));
+    const Window window = screen.findTitle("Image window " + std::to_string(number));
     screen.click(window, 10, screen.geometry(window).height - 10); // on the status lines
-    drive::waitUntil(
-        [&] {
-            Window holder = None;
-            int revert = 0;
-            XGetInputFocus(screen.x(), &holder, &revert);
-            return holder == window;
-        },
-        drive::Milliseconds(3000));
+    waitForFocus(window);
 }
 
 Window Viewer::waitForMenu()

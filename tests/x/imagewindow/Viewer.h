@@ -42,6 +42,7 @@ public:
     drive::Pixel pixelAt(int x, int y) { return screen.capture(canvas).at(x, y); }
     // Gives the window the keyboard.
     void focus();
+    bool waitForFocus(Window window);
     // A menu that is posted: a window above all others without the window manager's doing. None: there is
     // none.
     Window waitForMenu();
