@@ -220,6 +220,12 @@ drive::Pair ProgramsTest::open(std::vector<std::string> viewerArguments)
     return drive::Pair(screen, BIN_DIR, {std::move(viewerArguments), environment});
 }
 
+void ProgramsTest::writeConfig(const std::string& lines)
+{
+    fs::create_directories(configFile().parent_path());
+    std::ofstream(configFile()) << lines;
+}
+
 std::unique_ptr<drive::Process> ProgramsTest::startTool(const std::vector<std::string>& arguments)
 {
     std::vector<std::string> command{std::string(BIN_DIR) + "/lineprofile"};

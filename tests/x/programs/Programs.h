@@ -68,13 +68,15 @@ protected:
     fs::path ramp();
     // Both programs, the first image in the window.
     drive::Pair open(std::vector<std::string> viewerArguments);
+    // The tool's settings, as an earlier run would have left them.
+    void writeConfig(const std::string& lines);
     std::unique_ptr<drive::Process> startTool(const std::vector<std::string>& arguments);
 
     void expectPlot(drive::Pair& pair, const std::vector<Curve>& curves);
     void expectPlot(drive::Pair& pair, const std::vector<Curve>& curves, std::pair<float, float> range);
     // The overlay graphics of the tool are in the canvas, or none is.
     bool waitForOverlays(drive::Pair& pair, bool shown);
-    // A click in the middle of the message line's dialogue's default button, by the keyboard.
+    // Waits for the dialogue and presses Return in it.
     bool confirm(const std::string& title);
     void expectDone(drive::Pair& pair);
     fs::path configFile() const { return folder / "config" / "kelvora" / "config"; }
