@@ -1,8 +1,8 @@
 // Placing a tool window beside an image window.
 #include "platform/include/OrUtils.h"
 #include "platform/protocol/XProtocol.h"
-#include "platform/suite/Placement.h"
 #include "platform/wmenh/MainWindow.h"
+#include "platform/wmenh/Placement.h"
 #include "platform/wmenh/Toolkit.h"
 
 using namespace wmenh;
@@ -13,7 +13,7 @@ namespace {
 // completes its attachments.
 constexpr int growth = 40;
 
-suite::Rectangle toolArea(Widget shell, const TopLevel& image)
+Rectangle toolArea(Widget shell, const TopLevel& image)
 {
     Dimension width = 0, height = 0;
     XtVaGetValues(shell, XmNwidth, &width, XmNheight, &height, nullptr);
@@ -40,10 +40,7 @@ int OrvelPositionNextToImage(int windowNumber, Widget widget)
         realiseMainWindow();
     if (!XtIsRealized(shell))
         return 0;
-    const suite::Rectangle screen{0, 0, WidthOfScreen(XtScreen(shell)), HeightOfScreen(XtScreen(shell))};
-    const Rectangle& area = image.frameArea;
-    const suite::Rectangle place =
-        placeBeside({area.x, area.y, area.width, area.height}, toolArea(shell, image), screen);
+    const Rectangle place = placeBeside(image.frameArea, toolArea(shell, image), screenArea(shell));
     placeShell(shell, place.x, place.y);
     return 1;
 }

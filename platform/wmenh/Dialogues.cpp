@@ -40,16 +40,35 @@ bool mainWindowShown()
            attributes.map_state == IsViewable;
 }
 
-// Map callback of a dialogue: its size is known, its window not yet shown.
-void centerOnScreen(Widget dialogue, XtPointer, XtPointer)
+Rectangle sizeOf(Widget dialogue)
 {
     Dimension width = 0, height = 0;
     XtVaGetValues(dialogue, XmNwidth, &width, XmNheight, &height, nullptr);
-    const Screen* const screen = XtScreen(dialogue);
-    const int x = std::max(0, (WidthOfScreen(screen) - width) / 2);
-    const int y = std::max(0, (HeightOfScreen(screen) - height) / 2);
+    return {0, 0, width, height};
+}
+
+void moveDialogue(Widget dialogue, int x, int y)
+{
     XtVaSetValues(dialogue, XmNx, x, XmNy, y, nullptr);
     placeShell(XtParent(dialogue), x, y);
+}
+
+// The next two are map callbacks of a dialogue: its size is known, its window not yet shown.
+void centerOnScreen(Widget dialogue, XtPointer, XtPointer)
+{
+    const Rectangle size = sizeOf(dialogue), screen = screenArea(dialogue);
+    moveDialogue(dialogue, std::max(0, (screen.width - size.width) / 2),
+                 std::max(0, (screen.height - size.height) / 2));
+}
+
+void placeBesideMainWindow(Widget dialogue, XtPointer, XtPointer)
+{
+    const TopLevel top = topLevelOf(XtDisplay(dialogue), XtWindow(mainShell()));
+    Rectangle size = sizeOf(dialogue);
+    size.width += top.frameArea.width - top.clientArea.width;
+    size.height += top.frameArea.height - top.clientArea.height;
+    const Rectangle place = placeBeside(top.frameArea, size, screenArea(dialogue));
+    moveDialogue(dialogue, place.x, place.y);
 }
 
 enum class Kind { Error, Question, Warning };
@@ -126,14 +145,16 @@ Widget dialogueParent()
     return toolkit().shell;
 }
 
-void prepareDialogue(Widget dialogue, const char* title, XtCallbackProc closed, XtPointer clientData)
+void prepareDialogue(Widget dialogue, const char* title, XtCallbackProc closed, XtPointer clientData,
+                     Place place)
 {
     const Label name(title);
     const bool center = centerNext || !mainWindowShown();
+    const bool own = center || place == Place::Beside; // not where Motif would put it
     centerNext = false;
-    XtVaSetValues(dialogue, XmNdialogTitle, name.get(), XmNdefaultPosition, !center, nullptr);
-    if (center)
-        XtAddCallback(dialogue, XmNmapCallback, centerOnScreen, nullptr);
+    XtVaSetValues(dialogue, XmNdialogTitle, name.get(), XmNdefaultPosition, !own, nullptr);
+    if (own)
+        XtAddCallback(dialogue, XmNmapCallback, center ? centerOnScreen : placeBesideMainWindow, nullptr);
     const Widget shell = XtParent(dialogue);
     XtVaSetValues(shell, XmNdeleteResponse, XmDO_NOTHING, nullptr);
     XmAddWMProtocolCallback(shell, XInternAtom(XtDisplay(shell), "WM_DELETE_WINDOW", False), closed,

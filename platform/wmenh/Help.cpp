@@ -71,7 +71,7 @@ Widget makeWindow(const std::string& topic)
     const Widget close = addCloseButton(form);
     XtVaSetValues(form, XmNcancelButton, close, XmNdefaultButton, close, XmNautoUnmanage, False, nullptr);
     addText(form, close, helpText(topic).value_or("There is no help text for \"" + topic + "\"."));
-    prepareDialogue(form, ("Help: " + topic).c_str(), closeHelp, form);
+    prepareDialogue(form, ("Help: " + topic).c_str(), closeHelp, form, Place::Beside);
     return form;
 }
 

@@ -222,6 +222,11 @@ TopLevel topLevelOf(Display* display, Window window)
     return top;
 }
 
+Rectangle screenArea(Widget widget)
+{
+    return {0, 0, WidthOfScreen(XtScreen(widget)), HeightOfScreen(XtScreen(widget))};
+}
+
 void placeShell(Widget shell, int x, int y)
 {
     XtVaSetValues(shell, XmNx, x, XmNy, y, nullptr);

@@ -3,6 +3,7 @@
 // process. Also the small X helpers that several files of the library need.
 #pragma once
 
+#include "platform/wmenh/Placement.h"
 #include "platform/wmenh/Text.h"
 
 #include <Xm/Xm.h>
@@ -42,10 +43,6 @@ private:
 // scrolled window.
 Widget makeScrolledText(Widget parent, const std::string& text, int rows, int columns);
 
-struct Rectangle {
-    int x = 0, y = 0, width = 0, height = 0;
-};
-
 // A client's top-level window and the window manager's frame around it (the window itself where there is
 // none), on the screen.
 struct TopLevel {
@@ -54,6 +51,9 @@ struct TopLevel {
 };
 // The top level that a window belongs to; client is None when the window is gone.
 TopLevel topLevelOf(Display* display, Window window);
+
+// The screen that a widget is on.
+Rectangle screenArea(Widget widget);
 
 // Before the shell is shown: puts its frame at (x, y) so that every window manager keeps to it. The shell
 // must be realised.

@@ -1,7 +1,7 @@
 // File names, folders and placing: what libOrUtils decides without a display.
 #include <gtest/gtest.h>
 
-#include "platform/suite/Placement.h"
+#include "platform/wmenh/Placement.h"
 
 #include <IWL.h>
 #include <OrUtils.h>
@@ -11,8 +11,8 @@
 #include <filesystem>
 #include <fstream>
 
-using suite::placeBeside;
-using suite::Rectangle;
+using wmenh::placeBeside;
+using wmenh::Rectangle;
 namespace fs = std::filesystem;
 
 namespace {

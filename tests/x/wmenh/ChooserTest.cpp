@@ -19,9 +19,11 @@ protected:
     }
     Window open()
     {
+        // The one before lies over the button.
+        waitUntil([this] { return countTitled("Save as SYLK") == 0; });
         press("write");
         const Window found = screen.findTitle("Save as SYLK Spreadsheet");
-        waitUntil([&] { return screen.viewable(found); });
+        waitForFocus(found);
         return found;
     }
     // Replaces what stands in the name field, which has the focus.

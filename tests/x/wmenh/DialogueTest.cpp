@@ -13,7 +13,7 @@ protected:
     Window dialogue(const std::string& title)
     {
         const Window found = screen.findTitle(title);
-        waitUntil([&] { return screen.viewable(found); });
+        waitForFocus(found);
         return found;
     }
     void expectCentred(Window window)
@@ -107,7 +107,7 @@ TEST_F(DialogueTest, boundsTheNumberOfWarnings)
     EXPECT_TRUE(waitUntil([this] { return countTitled("Warning") == 5; })) << countTitled("Warning");
 }
 
-TEST_F(DialogueTest, asksAndIsModal)
+TEST_F(DialogueTest, asks)
 {
     struct Case {
         bool close;
@@ -129,7 +129,6 @@ TEST_F(DialogueTest, asksAndIsModal)
         const Window question = dialogue("Question");
         ASSERT_NE(question, None);
         expectCentred(question);
-        press("toggle");
         for (const KeySym key : c.keys)
             screen.key(key);
         if (c.close)
@@ -139,5 +138,19 @@ TEST_F(DialogueTest, asksAndIsModal)
         EXPECT_EQ(said("confirmed").back(), c.answer);
         ASSERT_TRUE(waitUntil([this] { return countTitled("Question") == 0; }));
     }
+}
+
+TEST_F(DialogueTest, keepsTheToolWaitingWhileItAsks)
+{
+    start({
+        {"PROBE_ACTION", "confirm"}
+    });
+    press("act");
+    const Window question = dialogue("Question");
+    ASSERT_NE(question, None);
+    press("toggle");
+    const Rect size = screen.geometry(question);
+    screen.click(question, size.width - 36, size.height - 36); // "No"
+    ASSERT_TRUE(waitFor("confirmed 0"));
     EXPECT_TRUE(said("flag").empty());
 }

@@ -133,6 +133,16 @@ void ProbeTest::press(const std::string& name)
     screen.clickCentre(window(name));
 }
 
+bool ProbeTest::waitForFocus(Window window)
+{
+    return drive::waitUntil([&] {
+        Window focus = None;
+        int revert = 0;
+        XGetInputFocus(screen.x(), &focus, &revert);
+        return focus == window;
+    });
+}
+
 void ProbeTest::replaceText(const std::string& text)
 {
     screen.keyDown(XK_Control_L);

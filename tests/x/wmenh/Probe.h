@@ -54,6 +54,7 @@ protected:
     Window window(const std::string& name) const;
     drive::Rect place(const std::string& name);
     void press(const std::string& name);
+    bool waitForFocus(Window window);
     // Types text in place of what the field with the focus holds.
     void replaceText(const std::string& text);
     // Windows on the screen whose title contains text.

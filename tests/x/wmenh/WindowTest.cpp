@@ -1,6 +1,8 @@
 // The main window: rows, sizes, bound controls, tips, texts, help.
 #include "tests/x/wmenh/Probe.h"
 
+#include "tests/support/Pair.h"
+
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
 
@@ -53,12 +55,13 @@ protected:
             EXPECT_NEAR(centre(place("done")), centre(place(name)), 2) << name;
         EXPECT_NEAR(centre(place("menu")), centre(place("toggle")), 2);
     }
-    bool focused(const std::string& name)
+    // Clicks into the number field and waits until it shows that it has the focus.
+    void focusNumber()
     {
-        Window focus = None;
-        int revert = 0;
-        XGetInputFocus(screen.x(), &focus, &revert);
-        return focus == window(name);
+        ASSERT_TRUE(waitForFocus(window("shell")));
+        press("number");
+        const drive::Pixel background{220, 220, 217};
+        ASSERT_TRUE(waitUntil([&] { return screen.capture(window("number")).at(0, 0) != background; }));
     }
     void resize(int width, int height)
     {
@@ -129,10 +132,11 @@ TEST_F(WindowTest, bindsControlsToVariables)
 {
     start();
     // The first control has the focus; its second item is chosen and the first is one above.
-    ASSERT_TRUE(waitUntil([this] { return focused("shell"); }));
+    ASSERT_TRUE(waitForFocus(window("shell")));
     const int before = countTopLevels();
     screen.key(XK_space);
     ASSERT_TRUE(waitUntil([&] { return countTopLevels() > before; }));
+    ASSERT_TRUE(drive::waitUntilCalm(screen));
     screen.key(XK_Up);
     screen.key(XK_Return);
     EXPECT_TRUE(waitFor("mode 0"));
@@ -161,7 +165,7 @@ TEST_F(WindowTest, takesNumbersWithinLimits)
     size_t told = 0;
     for (const Case& c : cases) {
         if (*c.typed) {
-            press("number");
+            focusNumber();
             replaceText(c.typed);
         }
         screen.key(c.key);
@@ -232,13 +236,15 @@ TEST_F(WindowTest, opensHelpOnce)
     const Window help = screen.findTitle("Help: LineProfile");
     ASSERT_NE(help, None);
     EXPECT_TRUE(inside(screen.frameGeometry(help), screen.geometry(screen.root())));
+    EXPECT_FALSE(overlap(screen.frameGeometry(help), screen.frameGeometry(window("shell"))));
     press("help");
     screen.requestClose(help);
     EXPECT_TRUE(waitUntil([this] { return countTitled("Help:") == 0; }));
     press("help");
     const Window again = screen.findTitle("Help: LineProfile");
     ASSERT_NE(again, None);
-    ASSERT_TRUE(waitUntil([&] { return screen.viewable(again); }));
+    screen.click(again, 60, 60);
+    ASSERT_TRUE(waitForFocus(again));
     screen.key(XK_Escape);
     EXPECT_TRUE(waitUntil([this] { return countTitled("Help:") == 0; }));
 }
