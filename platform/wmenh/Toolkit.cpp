@@ -28,6 +28,7 @@ const char* const looks[] = {
     "*shadowThickness: 1",
     "*XmForm.shadowThickness: 0",
     "*highlightThickness: 1",
+    "*highlightColor: #2a5a9a",
     "*XmToggleButton.shadowThickness: 0",
     "*XmToggleButton.selectColor: #2a5a9a",
     "*XmText.background: #ffffff",

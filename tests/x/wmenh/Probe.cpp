@@ -60,10 +60,8 @@ ProbeTest::ProbeTest()
 {
     std::string name = "/tmp/wmenh-test-XXXXXX";
     folder = mkdtemp(name.data());
-    const fs::path picture = folder / "cells.ome.tif";
-    writeImage(picture, TestImage{});
-    image = std::make_unique<FakeImageWindow>(screen.x(), picture.string(), drive::Rect{40, 60, 500, 400});
-    drive::waitUntil([this] { return screen.viewable(image->canvas); });
+    writeImage(folder / "cells.ome.tif", TestImage{});
+    showImage({40, 60, 500, 400});
     screen.moveTo(screen.root(), 1590, 1190);
 }
 
@@ -74,6 +72,13 @@ ProbeTest::~ProbeTest()
     probe.reset();
     image.reset();
     fs::remove_all(folder);
+}
+
+void ProbeTest::showImage(const drive::Rect& area)
+{
+    image.reset();
+    image = std::make_unique<FakeImageWindow>(screen.x(), (folder / "cells.ome.tif").string(), area);
+    drive::waitUntil([this] { return screen.viewable(image->canvas); });
 }
 
 void ProbeTest::launch(std::map<std::string, std::string> environment, int windowNumber)

@@ -39,6 +39,8 @@ protected:
     ProbeTest();
     ~ProbeTest() override;
 
+    // Replaces the fake image window by one in another place.
+    void showImage(const drive::Rect& area);
     // Starts the probe on the fake image window and waits until it is ready.
     void start(std::map<std::string, std::string> environment = {});
     // Starts it without waiting, and without an image window.

@@ -17,6 +17,7 @@
 #include <map>
 #include <string>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -214,6 +215,12 @@ int main(int argc, char** argv)
     }
     if (window > 0 && IWAttachWin(1, window, "ro") != 1)
         return 2;
+    if (const char* const file = std::getenv("PROBE_HOLD")) {
+        printf("attached\n");
+        fflush(stdout);
+        while (access(file, F_OK) != 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     if (window > 0) {
         char* owner = nullptr;
         const int lock = WMRequestMonitorLock("Arbitray Line Profile", IWRtWID(1), 12, &owner);
