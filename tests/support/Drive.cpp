@@ -449,6 +449,8 @@ std::string Screen::textIn(Window field)
     constexpr Milliseconds emptyField{3000};
     std::optional<std::string> text;
     waitUntil([&] { return (text = selection(asker)).has_value(); }, emptyField);
+    XSetSelectionOwner(display, XA_PRIMARY, asker, CurrentTime); // ends the highlighting
+    XSync(display, False);
     return text.value_or("");
 }
 

@@ -1,6 +1,6 @@
 // Shows the two programs at work on the present display: opens images, starts the line profile tool on the
-// first one, drives both through XTEST as a user would, and leaves a picture of both windows. Status 0 only
-// if all worked.
+// first one, drives both through XTEST as a user would: drags two segments, keeps their profiles, writes them
+// to a spreadsheet file, and takes a picture of both windows. Status 0 only if all worked.
 // CLI11 first: its enumerators carry names that Xlib defines as macros.
 #include <CLI/CLI.hpp>
 
@@ -8,16 +8,24 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 namespace {
 
 namespace fs = std::filesystem;
+using drive::Pair;
 
 struct Options {
     std::vector<std::string> files;
     fs::path out = "out";
-    std::vector<int> segment; // x0 y0 x1 y1 in image pixels
+    std::vector<double> segment; // x0 y0 x1 y1 in image pixels
+};
+
+struct Line {
+    double x0 = 0, y0 = 0, x1 = 0, y1 = 0; // canvas pixels
 };
 
 void require(bool condition, const std::string& sentence)
@@ -26,13 +34,102 @@ void require(bool condition, const std::string& sentence)
         throw std::runtime_error(sentence);
 }
 
-// Without a wish: across the middle of the image.
-std::vector<int> segmentOf(const Options& options, const protocol::Geometry& geometry)
+// Removed with all that is in it.
+class TemporaryFolder {
+public:
+    TemporaryFolder()
+    {
+        std::string name = fs::temp_directory_path() / "demonstrate-XXXXXX";
+        require(mkdtemp(name.data()) != nullptr, "cannot make a temporary folder");
+        path = name;
+    }
+    ~TemporaryFolder()
+    {
+        std::error_code error;
+        fs::remove_all(path, error);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+    fs::path path;
+};
+
+// Brightness of a column of pixels, added up.
+int columnSum(const drive::Picture& picture, int x, int top, int rows)
 {
-    if (!options.segment.empty())
-        return options.segment;
-    return {geometry.imageWidth / 5, geometry.imageHeight / 2, geometry.imageWidth * 4 / 5,
-            geometry.imageHeight / 2};
+    int sum = 0;
+    for (int y = top; y < top + rows; ++y) {
+        const drive::Pixel& pixel = picture.at(x, y);
+        sum += pixel.red + pixel.green + pixel.blue;
+    }
+    return sum;
+}
+
+// The middle of the small square in which the brightness changes most from left to right: a bright structure,
+// or a dark one on bright ground. The mean over its rows keeps noise out.
+std::pair<int, int> strikingPlace(const drive::Picture& picture)
+{
+    constexpr int side = 12;
+    std::pair<int, int> place{picture.width / 2, picture.height / 2};
+    int most = 0;
+    for (int top = 0; top + side <= picture.height; top += side / 2) {
+        std::vector<int> sums;
+        for (int x = 0; x < picture.width; ++x)
+            sums.push_back(columnSum(picture, x, top, side));
+        for (int left = 0; left + side <= picture.width; left += side / 2) {
+            const auto [low, high] = std::minmax_element(sums.begin() + left, sums.begin() + left + side);
+            if (*high - *low > most) {
+                most = *high - *low;
+                place = {left + side / 2, top + side / 2};
+            }
+        }
+    }
+    return place;
+}
+
+// The wished segment, else a line across the most striking structure of the first panel.
+Line mainLine(Pair& pair, const Options& options)
+{
+    if (!options.segment.empty()) {
+        const auto start = pair.canvasOf(options.segment[0], options.segment[1]);
+        const auto end = pair.canvasOf(options.segment[2], options.segment[3]);
+        return {start.x, start.y, end.x, end.y};
+    }
+    const protocol::Geometry geometry = pair.display().geometry;
+    drive::Rect panel = pair.screen.geometry(pair.canvas);
+    panel.width = std::min(panel.width, geometry.panelWidth);
+    panel.height = std::min(panel.height, geometry.panelHeight);
+    const auto [x, y] = strikingPlace(pair.screen.capture(panel));
+    const double length = panel.width * 0.7;
+    const double start = std::clamp(x - length / 2, 1.0, std::max(1.0, panel.width - 2 - length));
+    return {start, double(y), start + length, double(y)};
+}
+
+// From the middle of another one upwards, or downwards where there is more room.
+Line acrossLine(Pair& pair, const Line& line)
+{
+    constexpr double longest = 60;
+    const double height = pair.screen.geometry(pair.canvas).height;
+    const double x = (line.x0 + line.x1) / 2, y = (line.y0 + line.y1) / 2;
+    const double end = y > height / 2 ? std::max(y - longest, 1.0) : std::min(y + longest, height - 2);
+    return {x, end, x, y};
+}
+
+bool showsCurves(Pair& pair)
+{
+    const drive::Picture plot = pair.screen.capture(pair.plot);
+    return std::any_of(plot.pixels.begin(), plot.pixels.end(),
+                       [&](const drive::Pixel& pixel) { return !(pixel == plot.at(0, plot.height - 1)); });
+}
+
+// Drags the line and keeps its profile as number count.
+void saveProfile(Pair& pair, const Line& line, int count)
+{
+    constexpr int steps = 25;
+    pair.screen.drag(pair.canvas, static_cast<int>(line.x0), static_cast<int>(line.y0),
+                     static_cast<int>(line.x1), static_cast<int>(line.y1), steps);
+    pair.screen.clickCentre(pair.button(Pair::Save));
+    require(drive::waitUntil([&] { return pair.savedCount() == std::to_string(count); }),
+            "the profile is not saved");
 }
 
 drive::Rect around(const drive::Rect& a, const drive::Rect& b)
@@ -44,7 +141,7 @@ drive::Rect around(const drive::Rect& a, const drive::Rect& b)
     return {left, top, right - left, bottom - top};
 }
 
-void takePicture(drive::Pair& pair, const fs::path& path)
+void takePicture(Pair& pair, const fs::path& path)
 {
     drive::Screen& screen = pair.screen;
     screen.moveTo(screen.root(), 1, 1);
@@ -55,21 +152,63 @@ void takePicture(drive::Pair& pair, const fs::path& path)
     std::printf("Picture of both windows: %s\n", fs::absolute(path).c_str());
 }
 
+bool endsWithEndRecord(const fs::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return std::move(text).str().ends_with("\nE\n");
+}
+
+bool canBeTyped(const std::string& path)
+{
+    constexpr size_t longest = 200;
+    return path.size() < longest &&
+           std::all_of(path.begin(), path.end(), [](char c) { return c > 32 && c < 127; });
+}
+
+// Through the chooser, by the keyboard. A path that cannot be typed gets the file from folder.
+void writeSpreadsheet(Pair& pair, const fs::path& folder, const fs::path& path)
+{
+    const fs::path wanted = fs::absolute(path).lexically_normal();
+    const fs::path typed = canBeTyped(wanted) ? wanted : folder / path.filename();
+    fs::remove(typed);
+    pair.writeToFile(typed);
+    require(drive::waitUntil([&] { return endsWithEndRecord(typed); }),
+            "the spreadsheet file is not written");
+    if (typed != wanted)
+        fs::copy_file(typed, wanted, fs::copy_options::overwrite_existing);
+    std::printf("Spreadsheet of two profiles: %s\n", wanted.c_str());
+}
+
+void requireGoodEnd(drive::Process& process, const char* name)
+{
+    const std::optional<int> status = process.wait();
+    require(status == 0, std::string(name) + (status ? " ended with " + std::to_string(*status) : " stays") +
+                             ": " + process.errors());
+}
+
 void demonstrate(const Options& options)
 {
     fs::create_directories(options.out);
+    const TemporaryFolder folder;
     drive::Screen screen;
     const fs::path bin = fs::read_symlink("/proc/self/exe").parent_path();
-    drive::Pair pair(screen, bin, {options.files, {}});
+    // The user's own settings stay as they are.
+    Pair pair(screen, bin, {options.files, {{"XDG_CONFIG_HOME", folder.path / "config"}}});
 
-    const std::vector<int> segment = segmentOf(options, pair.display().geometry);
-    pair.dragSegment(segment[0], segment[1], segment[2], segment[3], 25);
+    const Line line = mainLine(pair, options);
+    screen.clickCentre(pair.setting(Pair::FwhmToggle));
+    saveProfile(pair, acrossLine(pair, line), 1);
+    saveProfile(pair, line, 2);
+    require(drive::waitUntil([&] { return showsCurves(pair); }), "the plot stays empty");
     takePicture(pair, options.out / "demo.png");
+    writeSpreadsheet(pair, folder.path, options.out / "demo.slk");
 
-    screen.clickCentre(pair.button(drive::Pair::Done));
-    require(pair.tool->wait() == 0, "the line profile tool did not end well: " + pair.tool->errors());
+    screen.clickCentre(pair.button(Pair::Done));
+    requireGoodEnd(*pair.tool, "lineprofile");
     pair.closeImageWindows();
-    require(pair.viewer.wait() == 0, "imagewindow did not end well: " + pair.viewer.errors());
+    requireGoodEnd(pair.viewer, "imagewindow");
 }
 
 } // namespace
@@ -77,9 +216,9 @@ void demonstrate(const Options& options)
 int main(int argc, char** argv)
 {
     Options options;
-    CLI::App app{"Shows imagewindow and lineprofile at work and takes a picture of them"};
+    CLI::App app{"Shows imagewindow and lineprofile at work; leaves demo.png and demo.slk"};
     app.add_option("files", options.files, "Images to open")->required();
-    app.add_option("--out", options.out, "Folder of the picture");
+    app.add_option("--out", options.out, "Folder of the picture and the spreadsheet file");
     app.add_option("--segment", options.segment, "Segment to drag: x0 y0 x1 y1 in image pixels")->expected(4);
     CLI11_PARSE(app, argc, argv);
     try {
