@@ -19,6 +19,13 @@ unsigned long component(std::uint32_t value8, unsigned long mask)
     return scaled << std::countr_zero(mask);
 }
 
+// Null when it fails, which shmat() tells by an address of -1.
+void* attach(int segment)
+{
+    void* address = segment < 0 ? nullptr : shmat(segment, nullptr, 0);
+    return reinterpret_cast<std::intptr_t>(address) == -1 ? nullptr : address;
+}
+
 } // namespace
 
 CanvasBuffer::CanvasBuffer(Display* display, int screen, Size size)
@@ -62,8 +69,8 @@ void CanvasBuffer::makeSharedImage()
     const auto bytes =
         static_cast<std::size_t>(made->bytes_per_line) * static_cast<std::size_t>(made->height);
     segment.shmid = shmget(IPC_PRIVATE, bytes, IPC_CREAT | 0600);
-    void* address = segment.shmid < 0 ? reinterpret_cast<void*>(-1) : shmat(segment.shmid, nullptr, 0);
-    if (address != reinterpret_cast<void*>(-1)) {
+    void* address = attach(segment.shmid);
+    if (address) {
         segment.shmaddr = made->data = static_cast<char*>(address);
         protocol::ErrorTrap trap(display);
         shared = XShmAttach(display, &segment) && trap.error() == 0;
@@ -72,7 +79,7 @@ void CanvasBuffer::makeSharedImage()
     if (segment.shmid >= 0)
         shmctl(segment.shmid, IPC_RMID, nullptr);
     if (!shared) {
-        if (address != reinterpret_cast<void*>(-1))
+        if (address)
             shmdt(address);
         made->data = nullptr;
         XDestroyImage(made);

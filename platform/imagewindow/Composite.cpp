@@ -15,7 +15,8 @@ float slopeOf(const ContrastLimits& limits)
     return limits.high > limits.low ? 255.0f / (limits.high - limits.low) : 3.4e38f;
 }
 
-// Comparisons are written so that not-a-number fails them and ends at 0.
+// Comparisons are written so that not-a-number fails them and ends at 0. Half is added by hand: the library's
+// rounding cannot be vectorised.
 inline std::uint32_t level(float value, float low, float slope)
 {
     const float scaled = (value - low) * slope;

@@ -10,7 +10,8 @@ namespace {
 
 float valueAtFraction(std::vector<float>& values, double fraction)
 {
-    const auto rank = static_cast<std::ptrdiff_t>(fraction * static_cast<double>(values.size() - 1) + 0.5);
+    const auto rank =
+        static_cast<std::ptrdiff_t>(std::llround(fraction * static_cast<double>(values.size() - 1)));
     std::nth_element(values.begin(), values.begin() + rank, values.end());
     return values[static_cast<std::size_t>(rank)];
 }
@@ -66,6 +67,17 @@ std::optional<ContrastLimits> fixedLimits(const image::ImageInfo& info, int wave
     if (info.pixelType == image::PixelType::Bit)
         return ContrastLimits{0, 1};
     return std::nullopt;
+}
+
+ContrastLimits contrastSpan(const ContrastLimits& limits, const ContrastLimits& range)
+{
+    const float width = limits.high - limits.low;
+    ContrastLimits span{limits.low - width, limits.high + 2 * width};
+    if (range.low < range.high) {
+        span.low = std::min(limits.low, std::max(span.low, range.low));
+        span.high = std::max(limits.high, std::min(span.high, range.high));
+    }
+    return span;
 }
 
 std::vector<float> sampleSection(image::ImageFile& file, const image::SectionIndex& section, long limit)

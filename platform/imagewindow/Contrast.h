@@ -20,6 +20,10 @@ ContrastLimits automaticLimits(std::vector<float>& values);
 // bright-field colour and of bilevel images. Nothing for all others.
 std::optional<ContrastLimits> fixedLimits(const image::ImageInfo& info, int wavelength);
 
+// The values that a control of the limits runs over: enough beyond the present limits to move either way,
+// within the wavelength's range where that is known (low < high).
+ContrastLimits contrastSpan(const ContrastLimits& limits, const ContrastLimits& range);
+
 // About limit values of a section, spread evenly over it (whole rows; of a reduced copy when the file has
 // one). Empty when the section is missing or cannot be read.
 std::vector<float> sampleSection(image::ImageFile& file, const image::SectionIndex& section, long limit);

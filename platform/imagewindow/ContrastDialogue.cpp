@@ -1,5 +1,6 @@
 #include "platform/imagewindow/ContrastDialogue.h"
 
+#include "platform/imagewindow/Contrast.h"
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/LocalText.h"
 #include "platform/imagewindow/Readout.h"
@@ -57,17 +58,6 @@ Widget makeLabel(Widget parent, const std::string& text, int width)
 }
 
 } // namespace
-
-ContrastLimits contrastSpan(const ContrastLimits& limits, const ContrastLimits& range)
-{
-    const float width = limits.high - limits.low;
-    ContrastLimits span{limits.low - width, limits.high + 2 * width};
-    if (range.low < range.high) {
-        span.low = std::min(limits.low, std::max(span.low, range.low));
-        span.high = std::max(limits.high, std::min(span.high, range.high));
-    }
-    return span;
-}
 
 ContrastDialogue::ContrastDialogue(Widget parent, ImageWindow& window) : window(window)
 {

@@ -12,10 +12,6 @@ namespace viewer {
 
 class ImageWindow;
 
-// The values that the two scales of a wavelength run over: enough beyond the present limits to move either
-// way, within the wavelength's range where that is known (min < max).
-ContrastLimits contrastSpan(const ContrastLimits& limits, const ContrastLimits& range);
-
 class ContrastDialogue {
 public:
     ContrastDialogue(Widget parent, ImageWindow& window);

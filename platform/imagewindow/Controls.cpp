@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace viewer {
 
@@ -49,10 +50,8 @@ void areaResized(Widget, XtPointer client, XtPointer)
 
 void toggleChanged(Widget toggle, XtPointer client, XtPointer call)
 {
-    XtPointer wavelength = nullptr;
-    XtVaGetValues(toggle, XmNuserData, &wavelength, nullptr);
-    windowOf(client).setWavelengthShown(static_cast<int>(reinterpret_cast<std::intptr_t>(wavelength)),
-                                        static_cast<XmToggleButtonCallbackStruct*>(call)->set != 0);
+    static_cast<Controls*>(client)->toggled(toggle,
+                                            static_cast<XmToggleButtonCallbackStruct*>(call)->set != 0);
 }
 
 void scaleChanged(Widget scale, XtPointer client, XtPointer call)
@@ -172,15 +171,21 @@ Widget Controls::makeToggles(Widget parent)
         const LabelText name(shortened(wavelengthName(info(), w), maxNameLength));
         Widget toggle = XtVaCreateManagedWidget(
             ("wavelength" + std::to_string(w + 1)).c_str(), xmToggleButtonWidgetClass, row, XmNlabelString,
-            static_cast<XmString>(name), XmNuserData,
-            reinterpret_cast<XtPointer>(static_cast<std::intptr_t>(w)), XmNindicatorOn, XmINDICATOR_FILL,
-            XmNforeground, allocate(row, textPalette[color]), XmNselectColor, allocate(row, palette[color]),
-            XmNtraversalOn, False, XmNhighlightThickness, 0, nullptr);
-        XtAddCallback(toggle, XmNvalueChangedCallback, toggleChanged, &window);
+            static_cast<XmString>(name), XmNindicatorOn, XmINDICATOR_FILL, XmNforeground,
+            allocate(row, textPalette[color]), XmNselectColor, allocate(row, palette[color]), XmNtraversalOn,
+            False, XmNhighlightThickness, 0, nullptr);
+        XtAddCallback(toggle, XmNvalueChangedCallback, toggleChanged, this);
         toggles.push_back(toggle);
     }
     XtManageChild(row);
     return many ? holder : row;
+}
+
+void Controls::toggled(Widget toggle, bool on)
+{
+    const auto place = std::find(toggles.begin(), toggles.end(), toggle);
+    if (place != toggles.end())
+        window.setWavelengthShown(static_cast<int>(place - toggles.begin()), on);
 }
 
 Controls::SectionScale Controls::makeScale(const char* name, const char* title)
@@ -315,9 +320,9 @@ void Controls::place(const Arrangement& arrangement)
     const auto side = [](int pixels) { return static_cast<unsigned short>(pixels); };
     const XRectangle below{0, static_cast<short>(height), side(width), scrollBarThickness};
     const XRectangle right{static_cast<short>(width), 0, scrollBarThickness, side(height)};
-    placeBar(horizontal, arrangement.horizontalBar, below, static_cast<int>(g.originX * g.zoom + 0.5),
+    placeBar(horizontal, arrangement.horizontalBar, below, static_cast<int>(std::lround(g.originX * g.zoom)),
              g.panelWidth, scaledSide(g.imageWidth, g.zoom));
-    placeBar(vertical, arrangement.verticalBar, right, static_cast<int>(g.originY * g.zoom + 0.5),
+    placeBar(vertical, arrangement.verticalBar, right, static_cast<int>(std::lround(g.originY * g.zoom)),
              g.panelHeight, scaledSide(g.imageHeight, g.zoom));
     XtConfigureWidget(port, 0, 0, side(width), side(height), 0);
     XtConfigureWidget(canvasWidget, static_cast<Position>(arrangement.left),
@@ -353,7 +358,7 @@ void Controls::showSizes()
     }
     const std::array several{true, info().sizeZ > 1, info().sizeW > 1, info().sizeT > 1}; // by PanelStyle
     for (std::size_t style = 0; style < several.size(); ++style)
-        XtSetSensitive(menus.panelToggles[style], several[style]);
+        XtSetSensitive(menus.panelToggles[style], several[style] ? True : False);
 }
 
 bool Controls::hasScalesFor(const image::ImageInfo& other) const
@@ -368,7 +373,7 @@ void Controls::showScale(SectionScale& section, int index, int lastIndex)
         return;
     // The user may have moved the scale to where the view cannot follow.
     XmScaleSetValue(section.scale, index + 1);
-    XtSetSensitive(section.scale, lastIndex > 0);
+    XtSetSensitive(section.scale, lastIndex > 0 ? True : False);
     setLabel(section.value, std::to_string(index + 1) + " / " + std::to_string(section.count));
 }
 
@@ -379,9 +384,10 @@ void Controls::showView(const View& view)
     showScale(tScale, view.t, last.t);
     showScale(pScale, view.p, last.p);
     for (std::size_t w = 0; w < toggles.size(); ++w)
-        XmToggleButtonSetState(toggles[w], view.displayed[w], False);
+        XmToggleButtonSetState(toggles[w], view.displayed[w] ? True : False, False);
     for (std::size_t style = 0; style < menus.panelToggles.size(); ++style)
-        XmToggleButtonSetState(menus.panelToggles[style], static_cast<int>(style) == view.style, False);
+        XmToggleButtonSetState(menus.panelToggles[style],
+                               static_cast<int>(style) == view.style ? True : False, False);
 }
 
 namespace {

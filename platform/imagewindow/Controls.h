@@ -54,6 +54,8 @@ public:
     void showNote(const std::string& text);
     // A button or motion event that no tool takes, in pixels of the area around the canvas.
     void handlePort(XEvent& event);
+    // The user has switched a wavelength's toggle.
+    void toggled(Widget toggle, bool on);
 
     struct SectionScale {
         Widget row = nullptr, scale = nullptr, value = nullptr;

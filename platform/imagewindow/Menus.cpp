@@ -21,14 +21,14 @@ using Action = void (*)(ImageWindow&, Widget);
 // One row per menu entry.
 struct Entry {
     const char* label;
-    char mnemonic;
+    KeySym mnemonic;
     const char* accelerator;     // null: none
     const char* acceleratorText; // as shown
     Action action;
     int panelStyle = -1; // an entry that is one of the panel styles
 };
 
-const Entry separator{nullptr, 0, nullptr, nullptr, nullptr}; // has no label
+const Entry separator{nullptr, NoSymbol, nullptr, nullptr, nullptr}; // has no label
 
 constexpr const char* aboutText = "Image window " PROJECT_VERSION "\n\n"
                                   "Shows microscope images: OME-TIFF, hyperstacks and plain TIFF.\n"
@@ -114,10 +114,9 @@ Widget addEntry(Widget menu, const Entry& entry, ImageWindow& window, bool accel
         return XtVaCreateManagedWidget("separator", xmSeparatorWidgetClass, menu, nullptr);
     const bool toggle = entry.panelStyle >= 0;
     const LabelText label(entry.label);
-    Widget item =
-        XtVaCreateManagedWidget(entry.label, toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass,
-                                menu, XmNlabelString, static_cast<XmString>(label), XmNmnemonic,
-                                static_cast<KeySym>(entry.mnemonic), XmNuserData, &window, nullptr);
+    Widget item = XtVaCreateManagedWidget(
+        entry.label, toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass, menu, XmNlabelString,
+        static_cast<XmString>(label), XmNmnemonic, entry.mnemonic, XmNuserData, &window, nullptr);
     if (toggle)
         XtVaSetValues(item, XmNindicatorType, XmONE_OF_MANY, XmNvisibleWhenOff, True, nullptr);
     if (entry.accelerator && accelerated) {

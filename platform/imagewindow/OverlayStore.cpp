@@ -100,7 +100,8 @@ bool showsIn(const OverlayCommand& command, int panel, int z, int t)
         last = first;
     if (first < 0)
         return true;
-    return z >= std::trunc(std::min(first, last)) && z <= std::trunc(std::max(first, last));
+    return z >= static_cast<double>(std::trunc(std::min(first, last))) &&
+           z <= static_cast<double>(std::trunc(std::max(first, last)));
 }
 
 std::optional<Segment> clipSegment(Segment segment, double left, double top, double right, double bottom)

@@ -48,7 +48,7 @@ std::string Renderer::load(const protocol::Geometry& newGeometry, const std::vec
     if (newFrame != frame)
         tiles.clear();
     frame = newFrame;
-    const std::string error = loadTiles();
+    std::string error = loadTiles();
     updateLimits();
     return error;
 }

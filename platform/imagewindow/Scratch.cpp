@@ -114,7 +114,7 @@ ScratchInput::ScratchInput()
     out = TIFFOpen(file.c_str(), "w8");
     if (!out)
         throw image::ImageError("Cannot write the sections to " + file.string() + ".");
-    std::strcpy(fileToRemove, file.c_str());
+    std::snprintf(fileToRemove, sizeof fileToRemove, "%s", file.c_str());
     for (int signal : {SIGTERM, SIGINT, SIGHUP})
         std::signal(signal, removeAndEnd);
 }

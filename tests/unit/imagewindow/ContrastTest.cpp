@@ -75,6 +75,20 @@ TEST(Contrast, TakesFixedLimitsFromTheFileAndForBrightField)
     EXPECT_FALSE(fixedLimits(info, 2));
 }
 
+TEST(Contrast, ControlsRunWithinTheKnownRange)
+{
+    const struct {
+        ContrastLimits limits, range, span;
+    } rows[] = {
+        {{100, 200}, {0, 0},     {0, 400}  }, // unknown
+        {{100, 200}, {90, 250},  {90, 250} },
+        {{100, 200}, {0, 65535}, {0, 400}  },
+        {{100, 200}, {150, 160}, {100, 200}}, // never without the limits themselves
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(contrastSpan(row.limits, row.range), row.span) << row.range.low << " to " << row.range.high;
+}
+
 TEST(Contrast, SamplesAreBoundedAndSpreadOverTheSection)
 {
     FakeImage file(1000, 1000);
