@@ -1,5 +1,6 @@
-// The whole way from the pointer to the plot: an XTEST motion in the image window to the plot drawn on the
-// screen (the server reports damage of the plot's window). Median and 95th percentile, and whether one plot
+// The whole way to the plot on the screen, where the server reports damage of the plot's window: from an
+// XTEST motion in the image window, and from an exposure of the plot alone (one recomputation and redraw).
+// Median and 95th percentile, the processor time that both programs spend on a motion, and whether one plot
 // per motion is kept up at 500 motions a second.
 #include "bench/Timing.h"
 #include "tests/support/Pair.h"
@@ -7,6 +8,9 @@
 #include <X11/extensions/Xdamage.h>
 
 #include <cstdio>
+#include <ctime>
+#include <functional>
+#include <poll.h>
 #include <stdexcept>
 #include <thread>
 
@@ -22,7 +26,7 @@ constexpr Shape shapes[] = {
     {"diagonal",   0.02, 0.02, 0.95, 0.95},
     {"short",      0.50, 0.50, 0.54, 0.53},
 };
-constexpr int latencyMotions = 200, rateMotions = 1000;
+constexpr int latencySteps = 200, rateMotions = 1000;
 constexpr std::chrono::microseconds rateInterval{2000};
 
 class PlotWatch {
@@ -50,6 +54,17 @@ public:
         if (plots > 0)
             XDamageSubtract(display, damage, None, None);
         return plots;
+    }
+
+    // Sleeps until there is one, so that the processors are left to those that draw.
+    void await()
+    {
+        constexpr int patience = 2000;
+        while (count() == 0) {
+            pollfd connection{ConnectionNumber(display), POLLIN, 0};
+            if (poll(&connection, 1, patience) <= 0)
+                throw std::runtime_error("no plot is drawn");
+        }
     }
 
 private:
@@ -88,16 +103,36 @@ private:
     bool side = false;
 };
 
-std::vector<double> latencies(PlotWatch& watch, Drag& drag)
+// Processor time of all threads of a process so far, microseconds.
+double processorTime(pid_t pid)
+{
+    clockid_t clock{};
+    timespec time{};
+    if (clock_getcpuclockid(pid, &clock) != 0 || clock_gettime(clock, &time) != 0)
+        return 0;
+    return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
+}
+
+// Has the plot drawn anew, as after another window has covered it.
+void expose(drive::Pair& pair)
+{
+    XEvent event{};
+    event.xexpose.type = Expose;
+    event.xexpose.window = pair.plot;
+    event.xexpose.width = event.xexpose.height = 1;
+    XSendEvent(pair.screen.x(), pair.plot, False, ExposureMask, &event);
+    XFlush(pair.screen.x());
+}
+
+// From the step to the plot, microseconds.
+std::vector<double> latencies(PlotWatch& watch, const std::function<void()>& step)
 {
     std::vector<double> times;
-    for (int i = 0; i < latencyMotions; ++i) {
+    for (int i = 0; i < latencySteps; ++i) {
         watch.count();
         const auto start = bench::Clock::now();
-        drag.step();
-        while (watch.count() == 0)
-            if (bench::microsecondsSince(start) > 2e6)
-                throw std::runtime_error("a motion brought no plot");
+        step();
+        watch.await();
         times.push_back(bench::microsecondsSince(start));
     }
     return times;
@@ -123,16 +158,25 @@ int plotsAtRate(PlotWatch& watch, Drag& drag)
     return plots;
 }
 
+void print(const char* what, const std::vector<double>& times)
+{
+    std::printf("%s median %6.2f ms, 95%% %6.2f ms; ", what, bench::quantile(times, 0.5) / 1e3,
+                bench::quantile(times, 0.95) / 1e3);
+}
+
 void measure(drive::Pair& pair, const Shape& shape)
 {
     PlotWatch watch(pair.screen.x(), pair.plot);
     Drag drag(pair, shape);
-    const std::vector<double> times = latencies(watch, drag);
-    const int plots = plotsAtRate(watch, drag);
-    std::printf(
-        "  %-11s motion to plot: median %6.2f ms, 95%% %6.2f ms; at 500 motions/s: %d plots for %d motions\n",
-        shape.name, bench::quantile(times, 0.5) / 1e3, bench::quantile(times, 0.95) / 1e3, plots,
-        rateMotions);
+    std::printf("  %-11s", shape.name);
+    print("redraw", latencies(watch, [&] { expose(pair); }));
+    const double tool = processorTime(pair.tool->pid()), viewer = processorTime(pair.viewer.pid());
+    print("motion to plot", latencies(watch, [&] { drag.step(); }));
+    const double toolSpent = processorTime(pair.tool->pid()) - tool;
+    const double viewerSpent = processorTime(pair.viewer.pid()) - viewer;
+    std::printf("processor per motion: tool %.2f ms, viewer %.2f ms; ", toolSpent / latencySteps / 1e3,
+                viewerSpent / latencySteps / 1e3);
+    std::printf("at 500 motions/s %d plots for %d\n", plotsAtRate(watch, drag), rateMotions);
 }
 
 } // namespace
@@ -143,10 +187,11 @@ int main(int argc, char** argv)
         const std::filesystem::path bin = std::filesystem::read_symlink("/proc/self/exe").parent_path();
         drive::Screen screen;
         for (int i = 1; i < argc; ++i) {
-            drive::Pair pair(screen, bin,
-                             {
-                                 {"--zoom", "0.25", argv[i]},
-                                 {       }
+            drive::Pair pair(
+                screen, bin,
+                {
+                    {"--zoom", "0.25", argv[i]},
+                    {{"XDG_CONFIG_HOME", std::string(argv[i]) + ".config"}}
             });
             std::printf("%s\n", argv[i]);
             for (const Shape& shape : shapes)
