@@ -30,7 +30,10 @@ typedef int (*WMDisplayChangeProc)(int slot, WMDisplayChange* change, void* clie
 typedef int (*WMEventProc)(XEvent* event, void* clientData);
 
 /* Main window. WMInitMainWindow makes the shell, a frame in it and the form, and returns the form: the rows go into
- * it, its parent is the frame, and the frame's parent is the shell. Nothing is shown before WMDisplay. */
+ * it, its parent is the frame, and the frame's parent is the shell. Nothing is shown before WMDisplay, which realises the
+ * window; it appears when events are handled next, so that attachments that are changed until then count. Whatever the
+ * program attaches to the form lines up with the rows: the margin is outside the form. Drawing areas and custom widgets
+ * touch their left neighbour when that is one too; other controls are spaced out and centred on the row's tallest. */
 void WMSetShellResize(int allow);
 Widget WMInitMainWindow(const char* title);
 void WMAdjustToFixedFont(int on);
@@ -49,10 +52,13 @@ Widget WMAddToggleButton(const char* label, int* value, XtCallbackProc changed, 
 Widget WMAddFuncButton(const char* label, XtCallbackProc activated, XtPointer clientData, int reserved1, int reserved2);
 Widget WMAddDoneButton(const char* label, XtCallbackProc activated, XtPointer clientData, int reserved1, int reserved2);
 Widget WMAddHelpButton(const char* topic);
-/* A text field of columns characters that shows buffer (ISO 8859-1 bytes, read-only for the user). */
+/* A text field of columns characters that shows buffer, read-only for the user: ISO 8859-1 bytes; well-formed UTF-8
+ * sequences among them (a file name) are shown as what they mean. */
 Widget WMAddText(char* buffer, int columns, XtCallbackProc changed);
-/* An integer field bound to value: increment 1, columns wide, at most maxLength digits; minimum, maximum and step may
- * be taken from the three ints (all the same spare int: no limits); callback, client data and two reserved words. */
+/* An integer field bound to value: the up and down keys change it by increment, it is columns wide (wider when the
+ * number needs it) and takes at most maxLength characters. minimum and maximum limit what the user enters when they are
+ * two different ints, *minimum below *maximum; step replaces increment when it is a third int and positive: with the
+ * same spare int three times there are no limits. Callback, client data and two reserved words. */
 Widget WMAddIntField(int* value, int increment, int columns, int maxLength, int* minimum, int* maximum, int* step,
                      XtCallbackProc changed, XtPointer clientData, int reserved1, int reserved2);
 /* A widget of any class (its args and their count, or 0, 0). */
@@ -85,16 +91,20 @@ void WMAttachToImageWindow(Widget shell, int windowNumber);
 int WMRequestMonitorLock(const char* title, Window imageWindow, int kind, char** owner);
 void WMReleaseMonitorLock(int lockId);
 
-/* Modal dialogues. They work before there is a main window. */
+/* Modal dialogues, titled "Error", "Question" and "Warning". They work before there is a main window. Escape and the
+ * window manager's close button answer no; the default button of WMConfirm, for Return, is No. */
 void WMConfirmError(const char* format, ...) __attribute__((format(printf, 1, 2)));
 int WMConfirm(const char* text);          /* 1 yes, 0 no */
-void WMShowWarning(const char* text);     /* not modal; equal warnings on the screen are one dialogue */
+void WMShowWarning(const char* text);     /* not modal; equal ones are one dialogue, at most five at once */
 void WMSetCenterOnScreen(int on);         /* the next dialogue is centred on the screen */
 
 /* Names of the configuration keys under which the next file chooser remembers its directory and its extension. */
 void WMSetGetFileSrc(const char* directoryKey, const char* extensionKey);
-/* Modal file chooser for a file to write. directory and filter are in-out, path is out; each has capacity bytes. A
- * choice that does not fit is refused with a sentence, never cut. Returns 1 with path filled, 0 when cancelled. */
+/* Modal file chooser for a file to write (mode 12, the only one). directory, filter and defaultName are in-out, path is
+ * out; each has capacity bytes and is changed only when a file was chosen. It starts in directory when files can be
+ * written there, else in the remembered one, else in the nearest folder above directory that exists. A name without an
+ * extension gets that of the filter, else the remembered one. A choice that does not fit, or that lies in no folder that
+ * can be written to, is refused with a sentence in the dialogue, never cut. Returns 1, 0 when cancelled. */
 int WMInlineFileChooser(const char* title, char* directory, char* filter, int capacity, int mode, char* defaultName,
                         char* path, int reserved1, int reserved2, int reserved3);
 

@@ -115,10 +115,8 @@ XEvent newestMotion(const XEvent& first)
     XEvent next;
     MotionScan scan{&first.xmotion, protocol::atoms(display).display};
     XEventsQueued(display, QueuedAfterReading);
-    while (XCheckIfEvent(display, &next, findNewerMotion, reinterpret_cast<XPointer>(&scan))) {
+    while (XCheckIfEvent(display, &next, findNewerMotion, reinterpret_cast<XPointer>(&scan)))
         newest = next;
-        scan.stopped = false;
-    }
     return newest;
 }
 

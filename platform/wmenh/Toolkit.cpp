@@ -39,6 +39,7 @@ const char* const looks[] = {
     "*XmList.selectColor: #bcd0e8",
     "*complaint.foreground: #a00000",
     "*TipLabel.background: #ffffe1",
+    "*TipLabel.alignment: ALIGNMENT_BEGINNING",
     "*toolTipPostDelay: 600",
 };
 const char* const smoothFont[] = {

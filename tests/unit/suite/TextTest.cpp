@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/wmenh/ChooserPaths.h"
+#include "platform/wmenh/Help.h"
 #include "platform/wmenh/Text.h"
 
 #include <clocale>
@@ -113,7 +114,7 @@ TEST(ChooserPaths, addAnExtensionWhereThereIsNone)
     EXPECT_EQ(extensionOf("*.s[lL]k"), "");
 }
 
-class ChooserFolders : public testing::Test {
+class Folders : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -125,7 +126,7 @@ protected:
     fs::path folder;
 };
 
-TEST_F(ChooserFolders, fallBackToTheNearestThatExists)
+TEST_F(Folders, fallBackToTheNearestThatExists)
 {
     EXPECT_EQ(nearestDirectory(folder / "sub"), (folder / "sub").string());
     EXPECT_EQ(nearestDirectory((folder / "sub").string() + "/"), (folder / "sub").string());
@@ -136,7 +137,7 @@ TEST_F(ChooserFolders, fallBackToTheNearestThatExists)
     EXPECT_EQ(nearestDirectory(""), fs::current_path().string());
 }
 
-TEST_F(ChooserFolders, saysWhyAPathCannotBeTaken)
+TEST_F(Folders, saysWhyAPathCannotBeTaken)
 {
     const std::string lengthy(300, 'x');
     struct Case {
@@ -161,4 +162,19 @@ TEST_F(ChooserFolders, saysWhyAPathCannotBeTaken)
         EXPECT_TRUE(*c.complaint ? sentence.find(c.complaint) != std::string::npos : sentence.empty())
             << path << ": " << sentence;
     }
+}
+
+TEST_F(Folders, helpTopicsComeFromTheUsersFolderFirst)
+{
+    unsetenv("KELVORA_HELP_DIR");
+    const auto shipped = helpText("LineProfile");
+    ASSERT_TRUE(shipped);
+    EXPECT_NE(shipped->find("FWHM"), std::string::npos);
+    setenv("KELVORA_HELP_DIR", folder.c_str(), 1);
+    EXPECT_EQ(helpText("LineProfile"), shipped);
+    std::ofstream(folder / "LineProfile.txt") << "ours\n";
+    EXPECT_EQ(helpText("LineProfile"), "ours\n");
+    std::ofstream(folder / "secret.txt") << "x\n";
+    EXPECT_FALSE(helpText("sub/../secret"));
+    EXPECT_FALSE(helpText("NoSuchTopic"));
 }

@@ -139,3 +139,28 @@ TEST_F(ChooserTest, startsInAFolderThatExists)
     screen.key(XK_Return);
     EXPECT_EQ(chosen(1), answer(folder / "cells_PRF.slk", folder));
 }
+
+TEST_F(ChooserTest, remembersTheFolderFromRunToRun)
+{
+    start();
+    ASSERT_NE(open(), None);
+    enter("results/first.slk");
+    EXPECT_EQ(chosen(1), answer(folder / "results/first.slk", folder / "results"));
+    // The program's own folder comes first while it is there, and a button leads to the remembered one.
+    start();
+    const Window chooser = open();
+    ASSERT_NE(chooser, None);
+    // Its own controls have no windows but the fields, the lists and this button.
+    const std::vector<Window> leaves = screen.leaves(chooser);
+    ASSERT_GE(leaves.size(), 2u);
+    screen.clickCentre(leaves.back());
+    screen.clickCentre(leaves[leaves.size() - 2]);
+    enter("second.slk");
+    EXPECT_EQ(chosen(1), answer(folder / "results/second.slk", folder / "results"));
+    start({
+        {"PROBE_LOST", "/gone"}
+    });
+    ASSERT_NE(open(), None);
+    enter("third.slk");
+    EXPECT_EQ(chosen(1), answer(folder / "results/third.slk", folder / "results"));
+}
