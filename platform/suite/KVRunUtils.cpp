@@ -3,6 +3,7 @@
 #include "platform/include/KVRunUtils.h"
 #include "platform/iwl/Session.h"
 #include "platform/protocol/XProtocol.h"
+#include "platform/wmenh/MainWindow.h"
 #include "platform/wmenh/Toolkit.h"
 
 #include <Xm/Protocols.h>
@@ -34,12 +35,15 @@ int KVRunRegisterPgm(const char* title, Widget given, XtCallbackProc quit)
     Display* const display = XtDisplay(shell);
     const bool first = quitProcedure == nullptr;
     quitProcedure = quit;
-    if (first) {
+    if (first && shell == mainShell()) {
+        setCloseProcedure(closeRequested);
+    } else if (first) {
         XtVaSetValues(shell, XmNdeleteResponse, XmDO_NOTHING, nullptr);
         XmAddWMProtocolCallback(shell, XInternAtom(display, "WM_DELETE_WINDOW", False), closeRequested,
                                 nullptr);
-        XtAddEventHandler(shell, NoEventMask, True, clientMessage, nullptr);
     }
+    if (first)
+        XtAddEventHandler(shell, NoEventMask, True, clientMessage, nullptr);
     if (XtIsRealized(shell))
         for (const IwlWindow& window : iwlWindows())
             protocol::announceTool(display, window.canvas, XtWindow(shell), title);

@@ -15,18 +15,11 @@
 #include <charconv>
 #include <climits>
 #include <cstring>
-#include <limits>
-#include <memory>
 #include <string>
 
 using namespace wmenh;
 
 namespace {
-
-struct XtFree_ {
-    void operator()(char* text) const { XtFree(text); }
-};
-using XtText = std::unique_ptr<char, XtFree_>;
 
 Widget addLabel(const char* label)
 {
@@ -185,7 +178,7 @@ Widget WMAddToggleButton(const char* label, int* value, XtCallbackProc changed, 
     const Widget toggle = XtVaCreateWidget("toggle", xmToggleButtonWidgetClass, currentRows().parent(),
                                            XmNlabelString, text.get(), nullptr);
     Field field{.control = toggle, .changed = changed, .clientData = clientData};
-    field.show = [toggle, value] { XmToggleButtonSetState(toggle, *value != 0, False); };
+    field.show = [toggle, value] { XmToggleButtonSetState(toggle, *value ? True : False, False); };
     field.take = [toggle, value] {
         *value = XmToggleButtonGetState(toggle) ? 1 : 0;
         return true;

@@ -16,7 +16,6 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <unistd.h>
 
@@ -37,11 +36,6 @@ struct Chooser {
     bool ended = false;
     std::string path; // chosen, empty when cancelled
 };
-
-struct XtFreeText {
-    void operator()(char* text) const { XtFree(text); }
-};
-using XtText = std::unique_ptr<char, XtFreeText>;
 
 std::string plainKey(const char* key)
 {
@@ -75,7 +69,7 @@ std::string stringResource(Widget widget, const char* resource)
 {
     XmString value = nullptr;
     XtVaGetValues(widget, resource, &value, nullptr);
-    const std::string text = value ? textOf(value) : "";
+    std::string text = value ? textOf(value) : "";
     XmStringFree(value);
     return text;
 }

@@ -24,11 +24,15 @@ bool shellResize = false;
 Widget frame = nullptr;
 std::optional<RowLayout> mainRows, messageRows;
 bool inMessageArea = false;
+XtCallbackProc closeProcedure = nullptr;
 bool closed = false;
 
-void closeWindow(Widget, XtPointer, XtPointer)
+void closeWindow(Widget shell, XtPointer, XtPointer)
 {
-    closed = true;
+    if (closeProcedure)
+        closeProcedure(shell, nullptr, nullptr);
+    else
+        closed = true;
 }
 
 // A form of rows in the frame. The margin is outside of it: within, attachments to the form mean its very
@@ -78,6 +82,11 @@ RowLayout& currentRows()
 Widget mainShell()
 {
     return frame ? toolkit().shell : nullptr;
+}
+
+void setCloseProcedure(XtCallbackProc proc)
+{
+    closeProcedure = proc;
 }
 
 void realiseMainWindow()

@@ -15,6 +15,10 @@ RowLayout& currentRows();
 // The shell when the main window has been made, else null.
 Widget mainShell();
 
+// What the window manager's close button calls, with the shell and null data, instead of ending the main
+// loop.
+void setCloseProcedure(XtCallbackProc proc);
+
 // Realises the main window without showing it, so that its size is known.
 void realiseMainWindow();
 

@@ -8,6 +8,7 @@
 
 #include <Xm/Xm.h>
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -37,6 +38,12 @@ public:
 private:
     XmString string;
 };
+
+// A string that Xt allocated.
+struct XtDeleter {
+    void operator()(char* text) const { XtFree(text); }
+};
+using XtText = std::unique_ptr<char, XtDeleter>;
 
 // A read-only text of several lines in a scrolled window, a child of parent; rows and columns (of average
 // characters) are its first size. text is in the encoding of the locale. Returns the text; its parent is the
