@@ -340,10 +340,43 @@ void Screen::release(unsigned button)
     XSync(display, False);
 }
 
+Window Screen::toplevel(Window window)
+{
+    while (window != None && window != root() && property(window, "WM_STATE").empty()) {
+        Window rootWindow = None, parent = None, *children = nullptr;
+        unsigned count = 0;
+        if (!XQueryTree(display, window, &rootWindow, &parent, &children, &count))
+            return None;
+        if (children)
+            XFree(children);
+        window = parent;
+    }
+    return window == root() ? None : window;
+}
+
+// A window manager freezes the pointer at the press that gives a window the focus. Motion that follows before
+// it has thawed it moves the pointer off the control, and the click is lost.
+void Screen::awaitFocus(Window window, unsigned button)
+{
+    const Window wanted = toplevel(window);
+    if (wanted == None || button != Button1)
+        return;
+    constexpr Milliseconds focusTime{1000};
+    waitUntil(
+        [&] {
+            Window focus = None;
+            int revert = 0;
+            XGetInputFocus(display, &focus, &revert);
+            return focus == wanted || (focus > PointerRoot && toplevel(focus) == wanted);
+        },
+        focusTime);
+}
+
 void Screen::click(Window window, int x, int y, unsigned button)
 {
     moveTo(window, x, y);
     press(button);
+    awaitFocus(window, button);
     release(button);
 }
 
@@ -376,6 +409,7 @@ void Screen::drag(Window window, int x0, int y0, int x1, int y1, int steps, unsi
 {
     moveTo(window, x0, y0);
     press(button);
+    awaitFocus(window, button);
     for (int i = 1; i <= steps; ++i)
         moveTo(window, x0 + (x1 - x0) * i / steps, y0 + (y1 - y0) * i / steps);
     release(button);

@@ -91,6 +91,9 @@ public:
     // Motif window, label by label and button by button.
     std::vector<Window> leaves(Window window);
 
+    // The managed window that holds window, None when there is none.
+    Window toplevel(Window window);
+
     // Bytes of a property, empty when it has none.
     std::string property(Window window, const char* name);
 
@@ -121,6 +124,7 @@ public:
 
 private:
     Display* display;
+    void awaitFocus(Window window, unsigned button);
     Window asker; // never shown; owns and asks for selections
     std::chrono::steady_clock::time_point lastSelected;
     std::optional<std::string> selection(Window notOwner);

@@ -35,20 +35,6 @@ int firstWindowNumber(Process& viewer)
     return number;
 }
 
-Window toplevel(Screen& screen, Window window)
-{
-    Window rootWindow = None, parent = window, *children = nullptr;
-    unsigned count = 0;
-    while (screen.property(window, "WM_STATE").empty()) {
-        if (!XQueryTree(screen.x(), window, &rootWindow, &parent, &children, &count) || parent == rootWindow)
-            return None;
-        if (children)
-            XFree(children);
-        window = parent;
-    }
-    return window;
-}
-
 Window largestLeaf(Screen& screen, Window window)
 {
     Window largest = None;
@@ -73,7 +59,7 @@ Pair::Pair(Screen& onScreen, const std::filesystem::path& fromBin, const PairOpt
     number = firstWindowNumber(viewer);
     canvas = screen.findImageWindow(number);
     require(canvas != None, "the image window does not appear");
-    viewerWindow = toplevel(screen, canvas);
+    viewerWindow = screen.toplevel(canvas);
     restartTool();
 }
 
@@ -141,7 +127,7 @@ void Pair::closeImageWindows()
     for (int i = 1; i <= mostWindows; ++i) {
         const Window canvasOfWindow = screen.findImageWindow(i, Milliseconds{0});
         if (canvasOfWindow != None)
-            screen.requestClose(toplevel(screen, canvasOfWindow));
+            screen.requestClose(screen.toplevel(canvasOfWindow));
     }
 }
 
