@@ -319,25 +319,53 @@ Rect Screen::frameGeometry(Window window)
     return geometry(top);
 }
 
+// A window manager freezes the pointer at the press that gives a window the focus, and what comes before it
+// has thawed it gets mixed up: clicks are lost, drags end elsewhere. The server tells of what has been taken
+// only.
+void Screen::awaitPointer(const std::function<bool(int x, int y, unsigned buttons)>& condition)
+{
+    constexpr Milliseconds longest{2000};
+    waitUntil(
+        [&] {
+            Window rootWindow = None, child = None;
+            int x = 0, y = 0, windowX = 0, windowY = 0;
+            unsigned mask = 0;
+            XQueryPointer(display, root(), &rootWindow, &child, &x, &y, &windowX, &windowY, &mask);
+            return condition(x, y, mask);
+        },
+        longest);
+}
+
 void Screen::moveTo(Window window, int x, int y)
 {
     int rootX = x, rootY = y;
     Window child = None;
     XTranslateCoordinates(display, window, root(), x, y, &rootX, &rootY, &child);
     XTestFakeMotionEvent(display, DefaultScreen(display), rootX, rootY, CurrentTime);
-    XSync(display, False);
+    rootX = std::clamp(rootX, 0, DisplayWidth(display, DefaultScreen(display)) - 1);
+    rootY = std::clamp(rootY, 0, DisplayHeight(display, DefaultScreen(display)) - 1);
+    awaitPointer([=](int nowX, int nowY, unsigned) { return nowX == rootX && nowY == rootY; });
 }
+
+namespace {
+
+unsigned maskOf(unsigned button)
+{
+    return unsigned{Button1Mask} << (button - 1);
+}
+
+} // namespace
 
 void Screen::press(unsigned button)
 {
     XTestFakeButtonEvent(display, button, True, CurrentTime);
-    XSync(display, False);
+    awaitPointer([=](int, int, unsigned buttons) { return (buttons & maskOf(button)) != 0; });
 }
 
 void Screen::release(unsigned button)
 {
     XTestFakeButtonEvent(display, button, False, CurrentTime);
-    XSync(display, False);
+    awaitPointer([=](int, int, unsigned buttons) { return (buttons & maskOf(button)) == 0; });
 }
 
 Window Screen::toplevel(Window window)
@@ -354,29 +382,10 @@ Window Screen::toplevel(Window window)
     return window == root() ? None : window;
 }
 
-// A window manager freezes the pointer at the press that gives a window the focus. Motion that follows before
-// it has thawed it moves the pointer off the control, and the click is lost.
-void Screen::awaitFocus(Window window, unsigned button)
-{
-    const Window wanted = toplevel(window);
-    if (wanted == None || button != Button1)
-        return;
-    constexpr Milliseconds focusTime{1000};
-    waitUntil(
-        [&] {
-            Window focus = None;
-            int revert = 0;
-            XGetInputFocus(display, &focus, &revert);
-            return focus == wanted || (focus > PointerRoot && toplevel(focus) == wanted);
-        },
-        focusTime);
-}
-
 void Screen::click(Window window, int x, int y, unsigned button)
 {
     moveTo(window, x, y);
     press(button);
-    awaitFocus(window, button);
     release(button);
 }
 
@@ -409,7 +418,6 @@ void Screen::drag(Window window, int x0, int y0, int x1, int y1, int steps, unsi
 {
     moveTo(window, x0, y0);
     press(button);
-    awaitFocus(window, button);
     for (int i = 1; i <= steps; ++i)
         moveTo(window, x0 + (x1 - x0) * i / steps, y0 + (y1 - y0) * i / steps);
     release(button);

@@ -97,7 +97,8 @@ public:
     // Bytes of a property, empty when it has none.
     std::string property(Window window, const char* name);
 
-    // Pointer and keys by XTEST, in pixels of window (root: of the screen).
+    // Pointer and keys by XTEST, in pixels of window (root: of the screen). Each waits until the server has
+    // taken it.
     void moveTo(Window window, int x, int y);
     void press(unsigned button = 1);
     void release(unsigned button = 1);
@@ -124,10 +125,10 @@ public:
 
 private:
     Display* display;
-    void awaitFocus(Window window, unsigned button);
     Window asker; // never shown; owns and asks for selections
     std::chrono::steady_clock::time_point lastSelected;
     std::optional<std::string> selection(Window notOwner);
+    void awaitPointer(const std::function<bool(int x, int y, unsigned buttons)>& condition);
 };
 
 } // namespace drive
