@@ -124,9 +124,10 @@ void expectSamples(const Sheet& sheet, int row, const Block& block, const Readin
 TEST_F(Export, EveryCellAgreesWithAnotherReaderOfTheImage)
 {
     const fs::path image = field();
+    // Slopes of a half, up and down: every other step lies exactly between two pixels.
     const std::vector<Block> blocks{
-        {{30, 40},   {270, 120}, {0, 0}},
-        {{200, 180}, {120, 15},  {1, 1}}
+        {{30, 40},   {270, 160}, {0, 0}},
+        {{200, 180}, {120, 20},  {1, 1}}
     };
     Pair pair = open({image});
     screen.clickCentre(pair.setting(Pair::FwhmToggle));
