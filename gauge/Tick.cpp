@@ -71,7 +71,7 @@ void checkScale(Widget widget)
 void initialize(Widget, Widget created, ArgList, Cardinal*)
 {
     checkScale(created);
-    asTick(created)->tick.colourKnown = False;
+    asTick(created)->tick.colour.known = False;
     gaugeAdopt(created);
 }
 
@@ -82,7 +82,6 @@ Boolean setValues(Widget old, Widget, Widget widget, ArgList, Cardinal*)
     // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
     if (std::memcmp(&asTick(old)->tick, &asTick(widget)->tick, sizeof(TickPart)) == 0)
         return False;
-    asTick(widget)->tick.colourKnown = False;
     gaugeChanged(widget);
     return False;
 }

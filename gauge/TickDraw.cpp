@@ -1,3 +1,4 @@
+#include "gauge/Labels.h"
 #include "gauge/LinearScaleP.h"
 #include "gauge/TickP.h"
 #include "gauge/ticklayout.h"
@@ -10,60 +11,6 @@
 namespace {
 
 constexpr int markDistance = 2; // pixels between a mark and its label
-
-// The first font of the gauge's render table. Labels of digits are placed by the height of the digits; a
-// font's own ascent and descent hold room for accents and would push them off centre.
-struct LabelFont {
-    XmRenderTable table;
-    int digitHeight;
-    int digitWidth;
-};
-
-struct LabelText {
-    XmString text;
-
-    explicit LabelText(const std::string& label)
-        : text(XmStringCreateLocalized(const_cast<char*>(label.c_str())))
-    {
-    }
-    ~LabelText() { XmStringFree(text); }
-    LabelText(const LabelText&) = delete;
-    LabelText& operator=(const LabelText&) = delete;
-};
-
-int digitHeightOf(XmFontListEntry entry, int ascent)
-{
-    XmFontType type;
-    XtPointer font = XmFontListEntryGetFont(entry, &type);
-    if (font && type == XmFONT_IS_FONT) {
-        int direction, fontAscent, fontDescent;
-        XCharStruct digit;
-        XTextExtents(static_cast<XFontStruct*>(font), "0", 1, &direction, &fontAscent, &fontDescent, &digit);
-        return digit.ascent;
-    }
-    if (font && type == XmFONT_IS_FONTSET) {
-        XRectangle ink, logical;
-        XmbTextExtents(static_cast<XFontSet>(font), "0", 1, &ink, &logical);
-        return ink.height;
-    }
-    return ascent * 3 / 4; // scalable fonts: digits are as high as capital letters
-}
-
-LabelFont labelFontOf(const LinearGaugeRec* gauge)
-{
-    LabelFont font = {gauge->gauge.renderTable, 0, 0};
-    LabelText digit("0");
-    font.digitWidth = XmStringWidth(font.table, digit.text);
-    XmFontContext context;
-    if (XmFontListInitFontContext(&context, font.table)) {
-        if (XmFontListEntry entry = XmFontListNextEntry(context))
-            font.digitHeight = digitHeightOf(entry, XmStringBaseline(font.table, digit.text));
-        XmFontListFreeFontContext(context);
-    }
-    if (font.digitHeight <= 0)
-        font.digitHeight = XmStringHeight(font.table, digit.text);
-    return font;
-}
 
 // A part of the gauge at right angles to the axis, in gauge pixels; end is not included.
 struct Span {
@@ -133,9 +80,8 @@ gauge::AxisRequest requestOf(const TickRec* object, const Axis& axis, const Labe
     request.gap = axis.vertical ? font.digitHeight : 2 * font.digitWidth;
     request.labelRoom = axis.vertical ? axis.labels.size() : axis.length / 3;
     request.measure = [&axis, &font, full = tick.labelFunc != nullptr](const std::string& label) {
-        LabelText text(label);
-        int width = XmStringWidth(font.table, text.text);
-        int height = full ? XmStringHeight(font.table, text.text) : font.digitHeight;
+        int width = labelWidth(font, label);
+        int height = full ? labelHeight(font, label) : font.digitHeight;
         return axis.vertical ? gauge::LabelSize{height, width} : gauge::LabelSize{width, height};
     };
     if (tick.labelFunc) {
@@ -161,27 +107,28 @@ bool showsOn(const XColor& colour, const XColor& ground)
 }
 
 // The server is asked for the colours once per combination, not with every drawing.
-Pixel colourOf(TickRec* object, const LinearGaugeRec* gauge)
+const XColor& colourOf(TickRec* object, const LinearGaugeRec* gauge)
 {
     TickPart& tick = object->tick;
+    TickColour& kept = tick.colour;
     const Pixel ground = gauge->core.background_pixel;
     const Pixel fallback = gauge->primitive.foreground;
-    if (tick.colourKnown && tick.colourOn == ground && tick.colourElse == fallback)
-        return tick.colour;
-    XColor colours[3] = {};
+    if (kept.known && kept.wanted == tick.background && kept.ground == ground && kept.fallback == fallback)
+        return kept.shown;
+    Screen* screen = gauge->core.screen;
+    XColor colours[5] = {};
     colours[0].pixel = tick.background;
     colours[1].pixel = fallback;
     colours[2].pixel = ground;
-    XQueryColors(gauge->core.screen->display, gauge->core.colormap, colours, 3);
-    Screen* screen = gauge->core.screen;
-    Pixel extreme = brightness(colours[2]) > 0.5 ? BlackPixelOfScreen(screen) : WhitePixelOfScreen(screen);
-    tick.colour = showsOn(colours[0], colours[2])   ? tick.background
-                  : showsOn(colours[1], colours[2]) ? fallback
-                                                    : extreme;
-    tick.colourOn = ground;
-    tick.colourElse = fallback;
-    tick.colourKnown = True;
-    return tick.colour;
+    colours[3].pixel = BlackPixelOfScreen(screen);
+    colours[4].pixel = WhitePixelOfScreen(screen);
+    XQueryColors(screen->display, gauge->core.colormap, colours, 5);
+    const XColor& extreme = brightness(colours[2]) > 0.5 ? colours[3] : colours[4];
+    const XColor& shown = showsOn(colours[0], colours[2])   ? colours[0]
+                          : showsOn(colours[1], colours[2]) ? colours[1]
+                                                            : extreme;
+    kept = {true, tick.background, ground, fallback, shown};
+    return kept.shown;
 }
 
 struct Canvas {
@@ -216,8 +163,7 @@ Span labelColumn(const Axis& axis, int size)
     return {begin, begin + size};
 }
 
-void drawLabels(const Canvas& canvas, const Axis& axis, const gauge::TickLayout& layout,
-                const LabelFont& font, bool digitsOnly)
+void drawLabels(LabelPainter& painter, const Axis& axis, const gauge::TickLayout& layout, bool digitsOnly)
 {
     int widest = 0;
     for (const gauge::Tick& tick : layout.ticks)
@@ -226,17 +172,15 @@ void drawLabels(const Canvas& canvas, const Axis& axis, const gauge::TickLayout&
     for (const gauge::Tick& tick : layout.ticks) {
         if (tick.label.empty())
             continue;
-        LabelText text(tick.label);
         int along = axis.start + tick.labelStart;
         int acrossStart = axis.labelsFirst ? column.end - tick.size.across : column.begin;
         int x = axis.vertical ? acrossStart : along;
         int y = axis.vertical ? along : acrossStart;
+        int width = axis.vertical ? tick.size.across : tick.size.along;
         if (digitsOnly)
-            y += font.digitHeight - XmStringBaseline(font.table, text.text);
-        XmStringDraw(canvas.display, canvas.drawable, font.table, text.text, canvas.gc,
-                     static_cast<Position>(x), static_cast<Position>(y),
-                     axis.vertical ? tick.size.across : tick.size.along, XmALIGNMENT_BEGINNING,
-                     XmSTRING_DIRECTION_L_TO_R, nullptr);
+            painter.drawNumber(tick.label, x, y, width);
+        else
+            painter.drawText(tick.label, x, y, width);
     }
 }
 
@@ -248,12 +192,14 @@ void drawTicks(TickRec* object, const LinearGaugeRec* gauge, Drawable drawable, 
     if (!tick.isShowing || !tick.scale)
         return;
     const Canvas canvas = {gauge->core.screen->display, drawable, gc};
-    const LabelFont font = labelFontOf(gauge);
+    const LabelFont font = labelFontOf(gauge->gauge.renderTable);
     const Axis axis = axisOf(tick, gauge);
     const gauge::TickLayout layout = gauge::layoutTicks(requestOf(object, axis, font));
-    XSetForeground(canvas.display, gc, colourOf(object, gauge));
+    const XColor& colour = colourOf(object, gauge);
+    XSetForeground(canvas.display, gc, colour.pixel);
     drawMarks(canvas, axis, layout, tick.width);
-    drawLabels(canvas, axis, layout, font, tick.labelFunc == nullptr);
+    LabelPainter painter(gauge->core.screen, drawable, gauge->core.depth, gc, colour, font);
+    drawLabels(painter, axis, layout, tick.labelFunc == nullptr);
     if (gauge->gauge.debug)
         std::fprintf(stderr, "%s: %zu ticks, increment %g from %g to %g\n",
                      XtName(reinterpret_cast<Widget>(object)), layout.ticks.size(), layout.series.increment,
@@ -267,7 +213,7 @@ gauge::TickSeries computedSeries(const TickRec* object)
     if (!tick.scale || !XtIsSubclass(parent, xmXrtGaLinearGaugeWidgetClass))
         return {tick.increment, tick.start, tick.stop};
     const auto* gauge = reinterpret_cast<const LinearGaugeRec*>(parent);
-    const LabelFont font = labelFontOf(gauge);
+    const LabelFont font = labelFontOf(gauge->gauge.renderTable);
     const Axis axis = axisOf(tick, gauge);
     return gauge::layoutTicks(requestOf(object, axis, font)).series;
 }

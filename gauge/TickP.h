@@ -17,6 +17,15 @@ struct TickClassRec {
     TickClassPart tick_class;
 };
 
+// The colour of marks and labels, and what it was chosen from.
+struct TickColour {
+    Boolean known;
+    Pixel wanted;   // the tick's background
+    Pixel ground;   // the gauge's background
+    Pixel fallback; // the gauge's foreground
+    XColor shown;
+};
+
 struct TickPart {
     Widget scale;
     double increment; // these three: the largest finite double when not set
@@ -36,11 +45,7 @@ struct TickPart {
     Boolean isShowing;
     Pixel background;
 
-    Pixel colour; // of marks and labels: background where that shows on the gauge
-    Pixel colourOn;
-    Pixel colourElse;
-    Boolean
-        colourKnown; // for this background, on this background of the gauge and with this foreground of it
+    TickColour colour;
 };
 
 struct TickRec {

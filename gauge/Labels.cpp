@@ -1,0 +1,93 @@
+#include "gauge/Labels.h"
+
+#include <Xm/XmP.h>
+
+namespace {
+
+struct LabelText {
+    XmString text;
+
+    explicit LabelText(const std::string& label)
+        : text(XmStringCreateLocalized(const_cast<char*>(label.c_str())))
+    {
+    }
+    ~LabelText() { XmStringFree(text); }
+    LabelText(const LabelText&) = delete;
+    LabelText& operator=(const LabelText&) = delete;
+};
+
+int digitHeightOf(XmFontType type, XtPointer font, int ascent)
+{
+    if (font && type == XmFONT_IS_FONT) {
+        int direction, fontAscent, fontDescent;
+        XCharStruct digit;
+        XTextExtents(static_cast<XFontStruct*>(font), "0", 1, &direction, &fontAscent, &fontDescent, &digit);
+        return digit.ascent;
+    }
+    if (font && type == XmFONT_IS_FONTSET) {
+        XRectangle ink, logical;
+        XmbTextExtents(static_cast<XFontSet>(font), "0", 1, &ink, &logical);
+        return ink.height;
+    }
+    return ascent * 3 / 4; // scalable fonts: digits are as high as capital letters
+}
+
+} // namespace
+
+LabelFont labelFontOf(XmRenderTable table)
+{
+    LabelText digit("0");
+    LabelFont font = {table, nullptr, 0, XmStringWidth(table, digit.text),
+                      XmStringBaseline(table, digit.text)};
+    XmFontContext context;
+    if (XmFontListInitFontContext(&context, table)) {
+        if (XmFontListEntry entry = XmFontListNextEntry(context)) {
+            XmFontType type = XmFONT_IS_FONT;
+            XtPointer first = XmFontListEntryGetFont(entry, &type);
+            font.digitHeight = digitHeightOf(type, first, font.digitBaseline);
+            if (type == XmFONT_IS_XFT)
+                font.scalable = static_cast<XftFont*>(first);
+        }
+        XmFontListFreeFontContext(context);
+    }
+    if (font.digitHeight <= 0)
+        font.digitHeight = XmStringHeight(table, digit.text);
+    return font;
+}
+
+int labelWidth(const LabelFont& font, const std::string& label)
+{
+    return XmStringWidth(font.table, LabelText(label).text);
+}
+
+int labelHeight(const LabelFont& font, const std::string& label)
+{
+    return XmStringHeight(font.table, LabelText(label).text);
+}
+
+LabelPainter::LabelPainter(Screen* screen, Drawable onDrawable, int depth, GC withGC, const XColor& inColour,
+                           const LabelFont& inFont)
+    : display(DisplayOfScreen(screen)), drawable(onDrawable), gc(withGC),
+      font(inFont), colour{
+                        inColour.pixel, {inColour.red, inColour.green, inColour.blue, 0xFFFF}
+}
+{
+    if (font.scalable && depth == DefaultDepthOfScreen(screen))
+        scalable.reset(
+            XftDrawCreate(display, drawable, DefaultVisualOfScreen(screen), DefaultColormapOfScreen(screen)));
+}
+
+void LabelPainter::drawNumber(const std::string& label, int x, int y, int width)
+{
+    if (!scalable)
+        return drawText(label, x, y + font.digitHeight - font.digitBaseline, width);
+    XftDrawStringUtf8(scalable.get(), &colour, font.scalable, x, y + font.digitHeight,
+                      reinterpret_cast<const FcChar8*>(label.data()), static_cast<int>(label.size()));
+}
+
+void LabelPainter::drawText(const std::string& label, int x, int y, int width)
+{
+    XmStringDraw(display, drawable, font.table, LabelText(label).text, gc, static_cast<Position>(x),
+                 static_cast<Position>(y), static_cast<Dimension>(width), XmALIGNMENT_BEGINNING,
+                 XmSTRING_DIRECTION_L_TO_R, nullptr);
+}

@@ -1,0 +1,13 @@
+// Stand before the X library's own functions, so that tests can watch and disturb a program's talk with the
+// server.
+#ifndef TESTS_X_GAUGE_SERVERCALLS_H
+#define TESTS_X_GAUGE_SERVERCALLS_H
+
+namespace servercalls {
+
+extern bool refusePixmaps; // the server has no room for any
+extern int answersAwaited; // so far: each is a round trip
+
+} // namespace servercalls
+
+#endif
