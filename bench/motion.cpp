@@ -138,14 +138,21 @@ std::vector<double> latencies(PlotWatch& watch, const std::function<void()>& ste
     return times;
 }
 
-// Plots drawn for rateMotions motions at 500 a second.
-int plotsAtRate(PlotWatch& watch, Drag& drag)
+struct RateResult {
+    int plots = 0;
+    int lateMotions = 0; // sent more than half an interval late: the next follows close behind
+};
+
+// rateMotions motions at 500 a second.
+RateResult plotsAtRate(PlotWatch& watch, Drag& drag)
 {
     watch.count();
-    int plots = 0;
+    RateResult result;
+    int& plots = result.plots;
     auto next = bench::Clock::now();
     for (int i = 0; i < rateMotions; ++i) {
         std::this_thread::sleep_until(next += rateInterval);
+        result.lateMotions += bench::Clock::now() - next > rateInterval / 2;
         drag.step();
         plots += watch.count();
     }
@@ -155,7 +162,7 @@ int plotsAtRate(PlotWatch& watch, Drag& drag)
             return plots >= rateMotions;
         },
         drive::Milliseconds{1000});
-    return plots;
+    return result;
 }
 
 void print(const char* what, const std::vector<double>& times)
@@ -176,7 +183,9 @@ void measure(drive::Pair& pair, const Shape& shape)
     const double viewerSpent = processorTime(pair.viewer.pid()) - viewer;
     std::printf("processor per motion: tool %.2f ms, viewer %.2f ms; ", toolSpent / latencySteps / 1e3,
                 viewerSpent / latencySteps / 1e3);
-    std::printf("at 500 motions/s %d plots for %d\n", plotsAtRate(watch, drag), rateMotions);
+    const RateResult rate = plotsAtRate(watch, drag);
+    std::printf("at 500 motions/s %d plots for %d (%d sent late)\n", rate.plots, rateMotions,
+                rate.lateMotions);
 }
 
 } // namespace
