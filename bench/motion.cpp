@@ -3,7 +3,7 @@
 // Median and 95th percentile, the processor time that both programs spend on a motion, and whether one plot
 // per motion is kept up at 500 motions a second.
 #include "bench/Timing.h"
-#include "tests/support/Pair.h"
+#include "drive/Pair.h"
 
 #include <X11/extensions/Xdamage.h>
 

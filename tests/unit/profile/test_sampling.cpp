@@ -2,7 +2,7 @@
 
 #include "profile/profile.h"
 #include "segment/segment.h"
-#include "tests/support/recording/Recording.h"
+#include "tests/recording/Recording.h"
 
 #include <cfloat>
 

@@ -2,7 +2,7 @@
 
 #include "saved/savedProfiles.h"
 #include "shell/message.h"
-#include "tests/support/recording/Recording.h"
+#include "tests/recording/Recording.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h> // before X, whose macros it does not stand
 
 #include "saved/savedProfiles.h"
-#include "tests/support/recording/Recording.h"
+#include "tests/recording/Recording.h"
 
 #include <cstdlib>
 #include <cstring>

@@ -6,7 +6,7 @@
 #include "shell/settings.h"
 #include "shell/shutdown.h"
 #include "shell/startUp.h"
-#include "tests/support/recording/Recording.h"
+#include "tests/recording/Recording.h"
 
 #include <cstdio>
 #include <cstdlib>

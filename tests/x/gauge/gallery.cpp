@@ -1,6 +1,6 @@
 // Shows the axes of the tool at many ranges in one window, beside a stand-in for the plot, and saves the
 // picture. For the eye: run it after every change of layout or drawing.
-#include "tests/support/Drive.h"
+#include "drive/Screen.h"
 #include "tests/x/gauge/ToolAxes.h"
 
 #include <Xm/BulletinB.h>

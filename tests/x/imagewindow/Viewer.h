@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/protocol/XProtocol.h"
-#include "tests/support/Drive.h"
+#include "drive/Screen.h"
 
 #include <filesystem>
 #include <optional>

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/iwl/Session.h"
-#include "tests/support/Drive.h"
+#include "drive/Screen.h"
 #include "tests/x/iwl/FakeViewer.h"
 
 #include <IWL.h>

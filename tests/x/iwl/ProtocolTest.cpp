@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/protocol/XProtocol.h"
-#include "tests/support/Drive.h"
+#include "drive/Screen.h"
 #include "tests/x/iwl/Peers.h"
 
 #include <X11/Xatom.h>

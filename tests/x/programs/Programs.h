@@ -5,7 +5,7 @@
 // Before the X headers, whose macros it does not survive.
 #include <gtest/gtest.h>
 
-#include "tests/support/Pair.h"
+#include "drive/Pair.h"
 
 #include <filesystem>
 #include <functional>

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/protocol/XProtocol.h"
-#include "tests/support/Drive.h"
+#include "drive/Screen.h"
 
 #include <filesystem>
 #include <map>

@@ -1,7 +1,7 @@
 // The main window: rows, sizes, bound controls, tips, texts, help.
 #include "tests/x/wmenh/Probe.h"
 
-#include "tests/support/Pair.h"
+#include "drive/Pair.h"
 
 #include <X11/Xutil.h>
 #include <X11/keysym.h>

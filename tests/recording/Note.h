@@ -1,7 +1,7 @@
 // How the recording platform writes its calls down. For its own files.
 #pragma once
 
-#include "tests/support/recording/Recording.h"
+#include "tests/recording/Recording.h"
 
 #include <concepts>
 #include <cstdarg>

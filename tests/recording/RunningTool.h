@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h> // before X, whose macros it does not stand
 
-#include "tests/support/recording/Recording.h"
+#include "tests/recording/Recording.h"
 
 class RunningTool : public ::testing::Test {
 protected:

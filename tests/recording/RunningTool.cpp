@@ -1,4 +1,4 @@
-#include "tests/support/recording/RunningTool.h"
+#include "tests/recording/RunningTool.h"
 
 #include "profile/plot.h"
 #include "profile/profile.h"

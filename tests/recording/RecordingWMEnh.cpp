@@ -1,5 +1,5 @@
 // libWMEnh, libOrUtils and libKVRunUtils, recorded.
-#include "tests/support/recording/Note.h"
+#include "tests/recording/Note.h"
 
 #include <KVRunUtils.h>
 #include <OrUtils.h>

@@ -4,7 +4,7 @@
 // CLI11 first: its enumerators carry names that Xlib defines as macros.
 #include <CLI/CLI.hpp>
 
-#include "tests/support/Pair.h"
+#include "drive/Pair.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,5 +1,5 @@
 // libIWL, recorded.
-#include "tests/support/recording/Note.h"
+#include "tests/recording/Note.h"
 
 #include <IWL.h>
 

@@ -1,6 +1,6 @@
-#include "tests/support/recording/Recording.h"
+#include "tests/recording/Recording.h"
 
-#include "tests/support/recording/Note.h"
+#include "tests/recording/Note.h"
 
 #include <algorithm>
 #include <cstdio>

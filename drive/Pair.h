@@ -3,8 +3,8 @@
 // platform/protocol/Geometry.h.
 #pragma once
 
+#include "drive/Screen.h"
 #include "platform/protocol/DisplayRecord.h"
-#include "tests/support/Drive.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,5 +1,5 @@
 // Saves what the screen, or the window with a title, shows as a PNG file.
-#include "tests/support/Drive.h"
+#include "drive/Screen.h"
 
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-#include "tests/support/Pair.h"
+#include "drive/Pair.h"
 
 #include <X11/keysym.h>
 
