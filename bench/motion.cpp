@@ -23,8 +23,8 @@ struct Shape {
 
 constexpr Shape shapes[] = {
     {"horizontal", 0.02, 0.50, 0.95, 0.50},
-    {"diagonal",   0.02, 0.02, 0.95, 0.95},
-    {"short",      0.50, 0.50, 0.54, 0.53},
+    {"diagonal", 0.02, 0.02, 0.95, 0.95},
+    {"short", 0.50, 0.50, 0.54, 0.53},
 };
 constexpr int latencySteps = 200, rateMotions = 1000;
 constexpr std::chrono::microseconds rateInterval{2000};
@@ -198,10 +198,7 @@ int main(int argc, char** argv)
         for (int i = 1; i < argc; ++i) {
             drive::Pair pair(
                 screen, bin,
-                {
-                    {"--zoom", "0.25", argv[i]},
-                    {{"XDG_CONFIG_HOME", std::string(argv[i]) + ".config"}}
-            });
+                {{"--zoom", "0.25", argv[i]}, {{"XDG_CONFIG_HOME", std::string(argv[i]) + ".config"}}});
             std::printf("%s\n", argv[i]);
             for (const Shape& shape : shapes)
                 measure(pair, shape);

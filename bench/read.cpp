@@ -18,9 +18,9 @@ std::vector<Shape> shapes(const image::ImageInfo& info)
 {
     const int right = info.width - 1, bottom = info.height - 1;
     return {
-        {"horizontal",    {0, bottom / 2, right, bottom / 2},                       1000},
-        {"full diagonal", {0, 0, right, bottom},                                    40  },
-        {"short",         {right / 2, bottom / 2, right / 2 + 59, bottom / 2 + 39}, 1000},
+        {"horizontal", {0, bottom / 2, right, bottom / 2}, 1000},
+        {"full diagonal", {0, 0, right, bottom}, 40},
+        {"short", {right / 2, bottom / 2, right / 2 + 59, bottom / 2 + 39}, 1000},
     };
 }
 

@@ -68,9 +68,7 @@ int labelHeight(const LabelFont& font, const std::string& label)
 LabelPainter::LabelPainter(Screen* screen, Drawable onDrawable, int depth, GC withGC, const XColor& inColour,
                            const LabelFont& inFont)
     : display(DisplayOfScreen(screen)), drawable(onDrawable), gc(withGC),
-      font(inFont), colour{
-                        inColour.pixel, {inColour.red, inColour.green, inColour.blue, 0xFFFF}
-}
+      font(inFont), colour{inColour.pixel, {inColour.red, inColour.green, inColour.blue, 0xFFFF}}
 {
     if (font.scalable && depth == DefaultDepthOfScreen(screen))
         scalable.reset(

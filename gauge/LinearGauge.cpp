@@ -109,13 +109,13 @@ LinearGaugeClassRec linearGaugeClassRec = {
                    .display_accelerator = nullptr,
                    .extension = nullptr},
     .primitive_class = {.border_highlight = XmInheritBorderHighlight,
-                   .border_unhighlight = XmInheritBorderUnhighlight,
-                   .translations = nullptr,
-                   .arm_and_activate = nullptr,
-                   .syn_resources = nullptr,
-                   .num_syn_resources = 0,
-                   .extension = nullptr},
-    .gauge_class = {.extension = nullptr                                 },
+                        .border_unhighlight = XmInheritBorderUnhighlight,
+                        .translations = nullptr,
+                        .arm_and_activate = nullptr,
+                        .syn_resources = nullptr,
+                        .num_syn_resources = 0,
+                        .extension = nullptr},
+    .gauge_class = {.extension = nullptr},
 };
 
 WidgetClass xmXrtGaLinearGaugeWidgetClass = reinterpret_cast<WidgetClass>(&linearGaugeClassRec);

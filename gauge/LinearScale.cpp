@@ -87,7 +87,7 @@ LinearScaleClassRec linearScaleClassRec = {
                      .obj13 = nullptr,
                      .obj14 = nullptr,
                      .extension = nullptr},
-    .scale_class = {.extension = nullptr                       },
+    .scale_class = {.extension = nullptr},
 };
 
 WidgetClass xmXrtGaLinearScaleObjectClass = reinterpret_cast<WidgetClass>(&linearScaleClassRec);

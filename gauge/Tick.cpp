@@ -136,7 +136,7 @@ TickClassRec tickClassRec = {
                      .obj13 = nullptr,
                      .obj14 = nullptr,
                      .extension = nullptr},
-    .tick_class = {.extension = nullptr                              },
+    .tick_class = {.extension = nullptr},
 };
 
 WidgetClass xmXrtGaTickObjectClass = reinterpret_cast<WidgetClass>(&tickClassRec);

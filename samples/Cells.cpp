@@ -84,10 +84,7 @@ void Specimen::addNuclei()
         for (int k = 0; k < nucleolusCount; ++k) {
             const double where = random.uniform(), r = 0.6 * std::sqrt(random.uniform());
             const double x = n.a * r * cosineOfTurns(where), y = n.b * r * sineOfTurns(where);
-            n.nucleoli.push_back({
-                {x, y, random.uniform(-0.5, 0.5)},
-                random.uniform(0.7, 1.25)
-            });
+            n.nucleoli.push_back({{x, y, random.uniform(-0.5, 0.5)}, random.uniform(0.7, 1.25)});
         }
         placeCentrosome(cell, random);
     }

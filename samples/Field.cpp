@@ -7,18 +7,16 @@ namespace sample {
 
 //  name           fluorophore         stain                emission, excitation, colour, exposure, bleaching,
 //  autofluorescence, background
-const std::array<Channel, maxChannels> channelTable{
-    {
-     {"DAPI", "DAPI", Stain::Chromatin, 461, 358, 0x2858ff, 0.05, 0.015, 4, 9},
-     {"Tubulin", "Alexa Fluor 488", Stain::Microtubules, 525, 488, 0x00ff00, 0.10, 0.05, 9, 10},
-     {"Mitochondria", "MitoTracker Red", Stain::Mitochondria, 599, 579, 0xff0000, 0.08, 0.08, 6, 8},
-     {"Vesicles", "Alexa Fluor 680", Stain::Vesicles, 702, 679, 0xffffff, 0.20, 0.03, 3, 7},
-     {"Actin", "Alexa Fluor 750", Stain::Actin, 775, 749, 0xff00ff, 0.15, 0.04, 12, 8},
-     {"Cytosol", "mTurquoise2", Stain::Cytosol, 474, 434, 0x00ffff, 0.10, 0.02, 70, 9},
-     {"Nucleoli", "mVenus", Stain::Nucleoli, 528, 515, 0xffff00, 0.10, 0.04, 6, 9},
-     {"Transmitted", "", Stain::Transmitted, 0, 0, 0xffffff, 0.01, 0, -14, 900},
-     }
-};
+const std::array<Channel, maxChannels> channelTable{{
+    {"DAPI", "DAPI", Stain::Chromatin, 461, 358, 0x2858ff, 0.05, 0.015, 4, 9},
+    {"Tubulin", "Alexa Fluor 488", Stain::Microtubules, 525, 488, 0x00ff00, 0.10, 0.05, 9, 10},
+    {"Mitochondria", "MitoTracker Red", Stain::Mitochondria, 599, 579, 0xff0000, 0.08, 0.08, 6, 8},
+    {"Vesicles", "Alexa Fluor 680", Stain::Vesicles, 702, 679, 0xffffff, 0.20, 0.03, 3, 7},
+    {"Actin", "Alexa Fluor 750", Stain::Actin, 775, 749, 0xff00ff, 0.15, 0.04, 12, 8},
+    {"Cytosol", "mTurquoise2", Stain::Cytosol, 474, 434, 0x00ffff, 0.10, 0.02, 70, 9},
+    {"Nucleoli", "mVenus", Stain::Nucleoli, 528, 515, 0xffff00, 0.10, 0.04, 6, 9},
+    {"Transmitted", "", Stain::Transmitted, 0, 0, 0xffffff, 0.01, 0, -14, 900},
+}};
 
 namespace {
 

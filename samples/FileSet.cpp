@@ -58,11 +58,7 @@ struct SplitRow {
 
 // In the order of Split, for those that divide along an axis.
 constexpr SplitRow splitTable[] = {
-    {'-', nullptr  },
-    {'C', &Plane::c},
-    {'Z', &Plane::z},
-    {'T', &Plane::t},
-    {'P', &Plane::p},
+    {'-', nullptr}, {'C', &Plane::c}, {'Z', &Plane::z}, {'T', &Plane::t}, {'P', &Plane::p},
 };
 
 } // namespace

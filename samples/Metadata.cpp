@@ -98,10 +98,8 @@ void addChannel(pugi::xml_node pixels, const Options& o, int image, int index)
     if (!o.noColors && !rgb)
         node.append_attribute("Color") = static_cast<std::int32_t>(channel.color << 8 | 0xff);
     if (!o.noWavelengths && !rgb && channel.emission > 0) {
-        for (const auto& [name, value] : {
-                 std::pair{"EmissionWavelength",   channel.emission  },
-                 {"ExcitationWavelength", channel.excitation}
-        }) {
+        for (const auto& [name, value] : {std::pair{"EmissionWavelength", channel.emission},
+                                          {"ExcitationWavelength", channel.excitation}}) {
             node.append_attribute(name) = value;
             node.append_attribute((std::string(name) + "Unit").c_str()) = "nm";
         }
@@ -155,13 +153,11 @@ void addPixels(pugi::xml_node image, const Options& o, const FileSet& set, int p
     pixels.append_attribute("Type") = omeNameOf(o.pixelType);
     pixels.append_attribute("BigEndian") = o.bigEndian;
     pixels.append_attribute("Interleaved") = o.rgb == Rgb::Interleaved;
-    for (const auto& [name, value] : {
-             std::pair{"SizeX", o.size.width },
-             {"SizeY", o.size.height},
-             {"SizeZ", o.size.sizeZ },
-             {"SizeC", o.channels   },
-             {"SizeT", o.times      }
-    })
+    for (const auto& [name, value] : {std::pair{"SizeX", o.size.width},
+                                      {"SizeY", o.size.height},
+                                      {"SizeZ", o.size.sizeZ},
+                                      {"SizeC", o.channels},
+                                      {"SizeT", o.times}})
         pixels.append_attribute(name) = value;
     if (!o.noCalibration) {
         addQuantity(pixels, "PhysicalSizeX", pixelMicrons, *o.lengthUnit);
@@ -223,11 +219,8 @@ std::string imageJDescription(const Options& o)
     };
     const int pages = o.size.sizeZ * o.channels * o.times;
     add("images", std::to_string(pages));
-    for (const auto& [name, count] : {
-             std::pair{"channels", o.channels  },
-             {"slices",   o.size.sizeZ},
-             {"frames",   o.times     }
-    }) {
+    for (const auto& [name, count] :
+         {std::pair{"channels", o.channels}, {"slices", o.size.sizeZ}, {"frames", o.times}}) {
         if (count > 1)
             add(name, std::to_string(count));
     }

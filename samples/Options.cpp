@@ -18,55 +18,39 @@ struct TypeRow {
 };
 
 constexpr TypeRow typeTable[] = {
-    {PixelType::Bit,    "bit",    1 },
-    {PixelType::UInt8,  "uint8",  8 },
-    {PixelType::Int8,   "int8",   8 },
-    {PixelType::UInt16, "uint16", 16},
-    {PixelType::Int16,  "int16",  16},
-    {PixelType::UInt32, "uint32", 32},
-    {PixelType::Int32,  "int32",  32},
-    {PixelType::Float,  "float",  32},
-    {PixelType::Double, "double", 64},
+    {PixelType::Bit, "bit", 1},        {PixelType::UInt8, "uint8", 8},  {PixelType::Int8, "int8", 8},
+    {PixelType::UInt16, "uint16", 16}, {PixelType::Int16, "int16", 16}, {PixelType::UInt32, "uint32", 32},
+    {PixelType::Int32, "int32", 32},   {PixelType::Float, "float", 32}, {PixelType::Double, "double", 64},
 };
 
 constexpr Compression compressionTable[] = {
-    {"none",     COMPRESSION_NONE,          false, "",             0},
-    {"lzw",      COMPRESSION_LZW,           true,  "",             0},
-    {"deflate",  COMPRESSION_ADOBE_DEFLATE, true,  "",             0},
-    {"zstd",     COMPRESSION_ZSTD,          true,  "",             0},
-    {"lzma",     COMPRESSION_LZMA,          true,  "",             0},
-    {"packbits", COMPRESSION_PACKBITS,      false, "",             0},
-    {"jpeg",     COMPRESSION_JPEG,          false, "uint8 pixels", 8},
-    {"webp",     COMPRESSION_WEBP,          false, "uint8 pixels", 8},
-    {"fax3",     COMPRESSION_CCITTFAX3,     false, "bit pixels",   1},
-    {"fax4",     COMPRESSION_CCITTFAX4,     false, "bit pixels",   1},
+    {"none", COMPRESSION_NONE, false, "", 0},
+    {"lzw", COMPRESSION_LZW, true, "", 0},
+    {"deflate", COMPRESSION_ADOBE_DEFLATE, true, "", 0},
+    {"zstd", COMPRESSION_ZSTD, true, "", 0},
+    {"lzma", COMPRESSION_LZMA, true, "", 0},
+    {"packbits", COMPRESSION_PACKBITS, false, "", 0},
+    {"jpeg", COMPRESSION_JPEG, false, "uint8 pixels", 8},
+    {"webp", COMPRESSION_WEBP, false, "uint8 pixels", 8},
+    {"fax3", COMPRESSION_CCITTFAX3, false, "bit pixels", 1},
+    {"fax4", COMPRESSION_CCITTFAX4, false, "bit pixels", 1},
 };
 
 constexpr Named lengthUnits[] = {
-    {"um",       1,           "µm"},
-    {"nm",       1000,        "nm" },
-    {"pm",       1e6,         "pm" },
-    {"angstrom", 1e4,         "Å" },
-    {"mm",       1e-3,        "mm" },
-    {"cm",       1e-4,        "cm" },
-    {"m",        1e-6,        "m"  },
-    {"inch",     1 / 25400.0, "in" },
+    {"um", 1, "µm"},    {"nm", 1000, "nm"}, {"pm", 1e6, "pm"}, {"angstrom", 1e4, "Å"},
+    {"mm", 1e-3, "mm"}, {"cm", 1e-4, "cm"}, {"m", 1e-6, "m"},  {"inch", 1 / 25400.0, "in"},
 };
 
 constexpr Named timeUnits[] = {
-    {"s",   1,          "s"  },
-    {"ms",  1000,       "ms" },
-    {"us",  1e6,        "µs"},
-    {"min", 1 / 60.0,   "min"},
-    {"h",   1 / 3600.0, "h"  },
+    {"s", 1, "s"}, {"ms", 1000, "ms"}, {"us", 1e6, "µs"}, {"min", 1 / 60.0, "min"}, {"h", 1 / 3600.0, "h"},
 };
 
 constexpr struct {
     const char* name;
     PatternKind kind;
 } patternTable[] = {
-    {"field",  PatternKind::Field },
-    {"ramp",   PatternKind::Ramp  },
+    {"field", PatternKind::Field},
+    {"ramp", PatternKind::Ramp},
     {"planes", PatternKind::Planes},
 };
 
@@ -74,11 +58,8 @@ constexpr struct {
     const char* name;
     Split split;
 } splitTable[] = {
-    {"none",     Split::None    },
-    {"channel",  Split::Channel },
-    {"z",        Split::Z       },
-    {"time",     Split::Time    },
-    {"position", Split::Position},
+    {"none", Split::None}, {"channel", Split::Channel},   {"z", Split::Z},
+    {"time", Split::Time}, {"position", Split::Position},
 };
 
 constexpr struct {
@@ -200,17 +181,17 @@ void addMetadataOptions(CLI::App& app, Options& o, Choices& choices)
         bool& to;
         const char* what;
     } omissions[] = {
-        {"--no-calibration", o.noCalibration, "pixel spacing"                                      },
-        {"--no-wavelengths", o.noWavelengths, "emission and excitation wavelengths"                },
-        {"--no-names",       o.noNames,       "channel names"                                      },
-        {"--no-colors",      o.noColors,      "channel colours"                                    },
-        {"--no-date",        o.noDate,        "acquisition date"                                   },
-        {"--no-offset",      o.noOffset,      "camera offset"                                      },
-        {"--no-times",       o.noTimes,       "times of the planes"                                },
-        {"--no-exposure",    o.noExposure,    "exposure times"                                     },
-        {"--no-stage",       o.noStage,       "stage positions"                                    },
-        {"--no-planes",      o.noPlanes,      "Plane elements"                                     },
-        {"--no-tiffdata",    o.noTiffData,    "TiffData per plane (one without attributes instead)"},
+        {"--no-calibration", o.noCalibration, "pixel spacing"},
+        {"--no-wavelengths", o.noWavelengths, "emission and excitation wavelengths"},
+        {"--no-names", o.noNames, "channel names"},
+        {"--no-colors", o.noColors, "channel colours"},
+        {"--no-date", o.noDate, "acquisition date"},
+        {"--no-offset", o.noOffset, "camera offset"},
+        {"--no-times", o.noTimes, "times of the planes"},
+        {"--no-exposure", o.noExposure, "exposure times"},
+        {"--no-stage", o.noStage, "stage positions"},
+        {"--no-planes", o.noPlanes, "Plane elements"},
+        {"--no-tiffdata", o.noTiffData, "TiffData per plane (one without attributes instead)"},
     };
     for (const auto& row : omissions)
         app.add_flag(row.flag, row.to, std::string("Leave out the ") + row.what);

@@ -14,15 +14,8 @@ struct RampRow {
 
 // In the order of PixelType; the help text gives the same formulas.
 constexpr RampRow rampTable[] = {
-    {2,       1,    0    },
-    {256,     1,    0    },
-    {256,     1,    -128 },
-    {65536,   1,    0    },
-    {32768,   1,    -100 },
-    {1 << 20, 1,    70000},
-    {1 << 20, 1,    -100 },
-    {1 << 20, 0.25, -100 },
-    {1 << 20, 0.25, -100 },
+    {2, 1, 0},           {256, 1, 0},        {256, 1, -128},        {65536, 1, 0},         {32768, 1, -100},
+    {1 << 20, 1, 70000}, {1 << 20, 1, -100}, {1 << 20, 0.25, -100}, {1 << 20, 0.25, -100},
 };
 
 std::int64_t rampOf(std::int64_t x, std::int64_t y, const Plane& plane)

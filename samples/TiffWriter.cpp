@@ -218,8 +218,8 @@ private:
         static const TIFFFieldInfo fields[] = {
             {imageJCountsTag, TIFF_VARIABLE2, TIFF_VARIABLE2, TIFF_LONG, FIELD_CUSTOM, 1, 1,
              const_cast<char*>("IJMetadataByteCounts")},
-            {imageJDataTag,   TIFF_VARIABLE2, TIFF_VARIABLE2, TIFF_BYTE, FIELD_CUSTOM, 1, 1,
-             const_cast<char*>("IJMetadata")          },
+            {imageJDataTag, TIFF_VARIABLE2, TIFF_VARIABLE2, TIFF_BYTE, FIELD_CUSTOM, 1, 1,
+             const_cast<char*>("IJMetadata")},
         };
         TIFFMergeFieldInfo(tiff.get(), fields, 2);
         const ImageJBinary binary = imageJBinary(options);

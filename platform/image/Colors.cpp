@@ -29,13 +29,7 @@ std::optional<int> colorOfNanometres(double nanometres)
         double below;
         int color;
     };
-    static constexpr Band bands[] = {
-        {470, Blue  },
-        {500, Cyan  },
-        {535, Green },
-        {585, Yellow},
-        {650, Red   }
-    };
+    static constexpr Band bands[] = {{470, Blue}, {500, Cyan}, {535, Green}, {585, Yellow}, {650, Red}};
     if (!(nanometres > 0))
         return std::nullopt;
     for (const Band& band : bands)
@@ -52,49 +46,17 @@ std::optional<int> colorOfDye(std::string_view channelName)
     };
     // Emission maxima of common dyes, sorted into the bands above.
     static constexpr Dye dyes[] = {
-        {"dapi",      Blue   },
-        {"hoechst",   Blue   },
-        {"bfp",       Blue   },
-        {"alexa405",  Blue   },
-        {"fluor405",  Blue   },
-        {"af405",     Blue   },
-        {"cfp",       Cyan   },
-        {"cerulean",  Cyan   },
-        {"turquoise", Cyan   },
-        {"gfp",       Green  },
-        {"fitc",      Green  },
-        {"alexa488",  Green  },
-        {"fluor488",  Green  },
-        {"af488",     Green  },
-        {"cy2",       Green  },
-        {"neongreen", Green  },
-        {"yfp",       Yellow },
-        {"venus",     Yellow },
-        {"citrine",   Yellow },
-        {"tritc",     Yellow },
-        {"alexa546",  Yellow },
-        {"alexa555",  Yellow },
-        {"fluor555",  Yellow },
-        {"af555",     Yellow },
-        {"cy3",       Yellow },
-        {"rfp",       Red    },
-        {"cherry",    Red    },
-        {"texasred",  Red    },
-        {"txred",     Red    },
-        {"alexa568",  Red    },
-        {"fluor568",  Red    },
-        {"af568",     Red    },
-        {"alexa594",  Red    },
-        {"fluor594",  Red    },
-        {"af594",     Red    },
-        {"tomato",    Red    },
-        {"cy5",       Magenta},
-        {"alexa647",  Magenta},
-        {"fluor647",  Magenta},
-        {"af647",     Magenta},
-        {"farred",    Magenta},
-        {"draq5",     Magenta}
-    };
+        {"dapi", Blue},       {"hoechst", Blue},     {"bfp", Blue},         {"alexa405", Blue},
+        {"fluor405", Blue},   {"af405", Blue},       {"cfp", Cyan},         {"cerulean", Cyan},
+        {"turquoise", Cyan},  {"gfp", Green},        {"fitc", Green},       {"alexa488", Green},
+        {"fluor488", Green},  {"af488", Green},      {"cy2", Green},        {"neongreen", Green},
+        {"yfp", Yellow},      {"venus", Yellow},     {"citrine", Yellow},   {"tritc", Yellow},
+        {"alexa546", Yellow}, {"alexa555", Yellow},  {"fluor555", Yellow},  {"af555", Yellow},
+        {"cy3", Yellow},      {"rfp", Red},          {"cherry", Red},       {"texasred", Red},
+        {"txred", Red},       {"alexa568", Red},     {"fluor568", Red},     {"af568", Red},
+        {"alexa594", Red},    {"fluor594", Red},     {"af594", Red},        {"tomato", Red},
+        {"cy5", Magenta},     {"alexa647", Magenta}, {"fluor647", Magenta}, {"af647", Magenta},
+        {"farred", Magenta},  {"draq5", Magenta}};
     std::string name;
     for (const char c : channelName)
         if (std::isalnum(static_cast<unsigned char>(c)))

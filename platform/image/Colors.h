@@ -16,8 +16,7 @@ struct Rgb {
 
 // White, red, green, yellow, blue, magenta, cyan: the order of Wavelength::colorIndex.
 inline constexpr std::array<Rgb, 7> displayColors = {
-    {{255, 255, 255}, {255, 0, 0}, {0, 255, 0}, {255, 255, 0}, {0, 0, 255}, {255, 0, 255}, {0, 255, 255}}
-};
+    {{255, 255, 255}, {255, 0, 0}, {0, 255, 0}, {255, 255, 0}, {0, 0, 255}, {255, 0, 255}, {0, 255, 255}}};
 
 // The display colour with the same hue: colours are compared at full brightness. Nothing for black.
 std::optional<int> nearestColor(Rgb color);

@@ -95,19 +95,19 @@ struct TypeRow {
 };
 
 static constexpr TypeRow types[] = {
-    {SampleType::Bits, 0, convertBits                  },
-    {SampleType::U8,   1, convertSamples<std::uint8_t> },
-    {SampleType::I8,   1, convertSamples<std::int8_t>  },
-    {SampleType::U16,  2, convertSamples<std::uint16_t>},
-    {SampleType::I16,  2, convertSamples<std::int16_t> },
-    {SampleType::F16,  2, convertSamples<Half>         },
-    {SampleType::U24,  3, convertSamples<Triple>       },
-    {SampleType::U32,  4, convertSamples<std::uint32_t>},
-    {SampleType::I32,  4, convertSamples<std::int32_t> },
-    {SampleType::F32,  4, convertSamples<float>        },
-    {SampleType::U64,  8, convertSamples<std::uint64_t>},
-    {SampleType::I64,  8, convertSamples<std::int64_t> },
-    {SampleType::F64,  8, convertSamples<double>       },
+    {SampleType::Bits, 0, convertBits},
+    {SampleType::U8, 1, convertSamples<std::uint8_t>},
+    {SampleType::I8, 1, convertSamples<std::int8_t>},
+    {SampleType::U16, 2, convertSamples<std::uint16_t>},
+    {SampleType::I16, 2, convertSamples<std::int16_t>},
+    {SampleType::F16, 2, convertSamples<Half>},
+    {SampleType::U24, 3, convertSamples<Triple>},
+    {SampleType::U32, 4, convertSamples<std::uint32_t>},
+    {SampleType::I32, 4, convertSamples<std::int32_t>},
+    {SampleType::F32, 4, convertSamples<float>},
+    {SampleType::U64, 8, convertSamples<std::uint64_t>},
+    {SampleType::I64, 8, convertSamples<std::int64_t>},
+    {SampleType::F64, 8, convertSamples<double>},
 };
 
 static const TypeRow& rowOf(SampleType type)

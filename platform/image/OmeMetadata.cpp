@@ -94,15 +94,9 @@ static std::optional<SampleType> sampleType(std::string_view name)
         SampleType type;
     };
     static constexpr Row rows[] = {
-        {"bit",    SampleType::Bits},
-        {"int8",   SampleType::I8  },
-        {"uint8",  SampleType::U8  },
-        {"int16",  SampleType::I16 },
-        {"uint16", SampleType::U16 },
-        {"int32",  SampleType::I32 },
-        {"uint32", SampleType::U32 },
-        {"float",  SampleType::F32 },
-        {"double", SampleType::F64 },
+        {"bit", SampleType::Bits},   {"int8", SampleType::I8},    {"uint8", SampleType::U8},
+        {"int16", SampleType::I16},  {"uint16", SampleType::U16}, {"int32", SampleType::I32},
+        {"uint32", SampleType::U32}, {"float", SampleType::F32},  {"double", SampleType::F64},
     };
     std::string lower(name);
     std::transform(lower.begin(), lower.end(), lower.begin(),

@@ -142,9 +142,7 @@ void TiffImage::checkFirstSection()
 
 void TiffImage::findLevels(TiffFile& file, const PlanePlace& where, const Plane& plane)
 {
-    levels = {
-        {plane.width(), plane.height(), -1, 0}
-    };
+    levels = {{plane.width(), plane.height(), -1, 0}};
     const auto add = [&](std::uint64_t offset, Level level) {
         try {
             const PlanePtr reduced = file.plane(offset, dataset.declaredType);
@@ -492,9 +490,9 @@ static constexpr struct {
     bool (*matches)(std::string_view description);
     Dataset (*read)(const OpenedFile& opened);
 } formats[] = {
-    {isOmeXml,                              readOmeDataset   },
-    {isImageJ,                              readImageJDataset},
-    {[](std::string_view) { return true; }, readPlainDataset },
+    {isOmeXml, readOmeDataset},
+    {isImageJ, readImageJDataset},
+    {[](std::string_view) { return true; }, readPlainDataset},
 };
 
 std::unique_ptr<ImageFile> openTiffImage(const std::filesystem::path& path)

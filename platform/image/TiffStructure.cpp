@@ -219,18 +219,10 @@ static std::optional<SampleType> sampleType(std::uint64_t format, std::uint64_t 
         SampleType type;
     };
     static constexpr Row rows[] = {
-        {Unsigned, 8,  SampleType::U8 },
-        {Unsigned, 16, SampleType::U16},
-        {Unsigned, 24, SampleType::U24},
-        {Unsigned, 32, SampleType::U32},
-        {Unsigned, 64, SampleType::U64},
-        {Signed,   8,  SampleType::I8 },
-        {Signed,   16, SampleType::I16},
-        {Signed,   32, SampleType::I32},
-        {Signed,   64, SampleType::I64},
-        {Float,    16, SampleType::F16},
-        {Float,    32, SampleType::F32},
-        {Float,    64, SampleType::F64},
+        {Unsigned, 8, SampleType::U8},   {Unsigned, 16, SampleType::U16}, {Unsigned, 24, SampleType::U24},
+        {Unsigned, 32, SampleType::U32}, {Unsigned, 64, SampleType::U64}, {Signed, 8, SampleType::I8},
+        {Signed, 16, SampleType::I16},   {Signed, 32, SampleType::I32},   {Signed, 64, SampleType::I64},
+        {Float, 16, SampleType::F16},    {Float, 32, SampleType::F32},    {Float, 64, SampleType::F64},
     };
     for (const Row& row : rows)
         if (row.format == format && row.bits == bits)

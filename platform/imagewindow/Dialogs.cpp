@@ -66,12 +66,12 @@ void chooseFile(Widget parent, ImageWindow& window)
     const LabelText folder(window.image().info().path.parent_path().string());
     // The path mode can be set at creation only: changing it later crashes the toolkit.
     Arg args[] = {
-        {const_cast<char*>(XmNpathMode),        XmPATH_MODE_RELATIVE                                     },
-        {const_cast<char*>(XmNfileFilterStyle), XmFILTER_HIDDEN_FILES                                    },
-        {const_cast<char*>(XmNdirectory),       reinterpret_cast<XtArgVal>(static_cast<XmString>(folder))},
-        {const_cast<char*>(XmNdialogTitle),     reinterpret_cast<XtArgVal>(static_cast<XmString>(title)) },
-        {const_cast<char*>(XmNresizePolicy),    XmRESIZE_GROW                                            },
-        {const_cast<char*>(XmNwidth),           520                                                      },
+        {const_cast<char*>(XmNpathMode), XmPATH_MODE_RELATIVE},
+        {const_cast<char*>(XmNfileFilterStyle), XmFILTER_HIDDEN_FILES},
+        {const_cast<char*>(XmNdirectory), reinterpret_cast<XtArgVal>(static_cast<XmString>(folder))},
+        {const_cast<char*>(XmNdialogTitle), reinterpret_cast<XtArgVal>(static_cast<XmString>(title))},
+        {const_cast<char*>(XmNresizePolicy), XmRESIZE_GROW},
+        {const_cast<char*>(XmNwidth), 520},
     };
     Widget dialogue = XmCreateFileSelectionDialog(parent, const_cast<char*>("open"), args,
                                                   static_cast<Cardinal>(std::size(args)));

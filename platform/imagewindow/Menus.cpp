@@ -48,34 +48,34 @@ constexpr const char* keysText = "Wheel                   zoom around the pointe
 const Entry fileEntries[] = {
     {"Open...", 'O', "Ctrl<Key>o", "Ctrl+O", [](ImageWindow& w, Widget shell) { chooseFile(shell, w); }},
     separator,
-    {"Close",   'C', "Ctrl<Key>w", "Ctrl+W", [](ImageWindow& w, Widget) { w.close(); }                 },
-    {"Quit",    'Q', "Ctrl<Key>q", "Ctrl+Q", [](ImageWindow& w, Widget) { w.quitProgram(); }           },
+    {"Close", 'C', "Ctrl<Key>w", "Ctrl+W", [](ImageWindow& w, Widget) { w.close(); }},
+    {"Quit", 'Q', "Ctrl<Key>q", "Ctrl+Q", [](ImageWindow& w, Widget) { w.quitProgram(); }},
 };
 
 const Entry viewEntries[] = {
-    {"Zoom in",                                             'i',                        "<Key>equal", "=",                                                [](ImageWindow& w,Widget) { w.zoomSteps(1); }                    },
-    {"Zoom out",                                            'o',                        "<Key>minus", "-",                                                [](ImageWindow& w,Widget) { w.zoomSteps(-1); }                   },
-    {"One to one",                                          '1',                        "<Key>1",     "1",                                                [](ImageWindow& w,Widget) { w.zoomTo(1.0); }                     },
-    {"Fit to window",                                       'F',                        "<Key>f",     "F",                                                [](ImageWindow& w,Widget) { w.zoomToFit(); }                     },
+    {"Zoom in", 'i', "<Key>equal", "=", [](ImageWindow& w, Widget) { w.zoomSteps(1); }},
+    {"Zoom out", 'o', "<Key>minus", "-", [](ImageWindow& w, Widget) { w.zoomSteps(-1); }},
+    {"One to one", '1', "<Key>1", "1", [](ImageWindow& w, Widget) { w.zoomTo(1.0); }},
+    {"Fit to window", 'F', "<Key>f", "F", [](ImageWindow& w, Widget) { w.zoomToFit(); }},
     separator,
-    {"Single panel",                                        'S',                        nullptr,      nullptr,
-     [](ImageWindow& w,Widget) { w.setPanels(protocol::SinglePanel); }, protocol::SinglePanel},
-    {"Z panels",                                                     'Z',                                                                      nullptr,                           nullptr, [](ImageWindow& w,Widget) { w.setPanels(protocol::ZPanels); },
+    {"Single panel", 'S', nullptr, nullptr,
+     [](ImageWindow& w, Widget) { w.setPanels(protocol::SinglePanel); }, protocol::SinglePanel},
+    {"Z panels", 'Z', nullptr, nullptr, [](ImageWindow& w, Widget) { w.setPanels(protocol::ZPanels); },
      protocol::ZPanels},
-    {"Wavelength panels",                                     'W',                                                               nullptr,                                                         nullptr,
-     [](ImageWindow& w,Widget) { w.setPanels(protocol::WavelengthPanels); },protocol::WavelengthPanels},
-    {"Time panels", 'T', nullptr,             nullptr,                                                   [](ImageWindow& w,                                                  Widget) { w.setPanels(protocol::TimePanels); },
+    {"Wavelength panels", 'W', nullptr, nullptr,
+     [](ImageWindow& w, Widget) { w.setPanels(protocol::WavelengthPanels); }, protocol::WavelengthPanels},
+    {"Time panels", 'T', nullptr, nullptr, [](ImageWindow& w, Widget) { w.setPanels(protocol::TimePanels); },
      protocol::TimePanels},
     separator,
-    {"Next section",                                    'N',                "<Key>osfPageDown",                                                                            "Page Down",                                                                                                                              [](ImageWindow& w,Widget) { w.stepZ(1); }},
-    {"Previous section",                                          'P',                                                   "<Key>osfPageUp","Page Up",[](ImageWindow& w,Widget) { w.stepZ(-1); }},
-    {"Next time point",                                            'x',                                                     "Ctrl<Key>osfPageDown",                                                                             "Ctrl+Page Down",
-     [](ImageWindow& w,                                                                                                                                                                                                                                                 Widget) { w.stepTime(1); }                                                                                                                                                                                                                                                                                                                                                                                          },
-    {"Previous time point",                                     'v',                                                                 "Ctrl<Key>osfPageUp",                                                   "Ctrl+Page Up",
-     [](ImageWindow& w,Widget) { w.stepTime(-1); }},
+    {"Next section", 'N', "<Key>osfPageDown", "Page Down", [](ImageWindow& w, Widget) { w.stepZ(1); }},
+    {"Previous section", 'P', "<Key>osfPageUp", "Page Up", [](ImageWindow& w, Widget) { w.stepZ(-1); }},
+    {"Next time point", 'x', "Ctrl<Key>osfPageDown", "Ctrl+Page Down",
+     [](ImageWindow& w, Widget) { w.stepTime(1); }},
+    {"Previous time point", 'v', "Ctrl<Key>osfPageUp", "Ctrl+Page Up",
+     [](ImageWindow& w, Widget) { w.stepTime(-1); }},
     separator,
-    {"Contrast...",                                       'C',                                                                 "<Key>c",                                                  "C",                                                                                                    [](ImageWindow& w,                                                                                                                                                                                                                                                        Widget) { w.showContrast(); }                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                                            },
-    {"Automatic contrast",                                                  'A',                                                           "<Key>a","A",[](ImageWindow& w,Widget) { w.setAutomaticContrast(); }},
+    {"Contrast...", 'C', "<Key>c", "C", [](ImageWindow& w, Widget) { w.showContrast(); }},
+    {"Automatic contrast", 'A', "<Key>a", "A", [](ImageWindow& w, Widget) { w.setAutomaticContrast(); }},
 };
 
 const Entry toolEntries[] = {
@@ -84,8 +84,8 @@ const Entry toolEntries[] = {
 
 const Entry helpEntries[] = {
     {"Mouse and keys", 'M', nullptr, nullptr,
-     [](ImageWindow&, Widget shell) { showInformation(shell, "Mouse and keys", keysText); }         },
-    {"About",          'A', nullptr, nullptr,
+     [](ImageWindow&, Widget shell) { showInformation(shell, "Mouse and keys", keysText); }},
+    {"About", 'A', nullptr, nullptr,
      [](ImageWindow&, Widget shell) { showInformation(shell, "About the image window", aboutText); }},
 };
 

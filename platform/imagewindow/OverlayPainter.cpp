@@ -159,12 +159,7 @@ void OverlayPainter::drawCaptions(CanvasBuffer& buffer, const Scene& scene)
             Xutf8DrawString(display, buffer.image(), font, gc, x + dx, y + dy, caption.c_str(),
                             static_cast<int>(caption.size()));
         };
-        for (const auto& [dx, dy] : {
-                 std::pair{-1, 0 },
-                 {1,  0 },
-                 {0,  -1},
-                 {0,  1 }
-        })
+        for (const auto& [dx, dy] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 1}})
             put(haloGC, dx, dy);
         put(drawGC, 0, 0);
     }

@@ -21,11 +21,9 @@ struct Grid {
 Grid gridOf(int columns, int count, Size visible)
 {
     const int rows = (count + columns - 1) / columns;
-    return {
-        columns, rows,
-        Size{std::max(1, (visible.width - (columns - 1) * panelGap) / columns),
-             std::max(1, (visible.height - (rows - 1) * panelGap) / rows)}
-    };
+    return {columns, rows,
+            Size{std::max(1, (visible.width - (columns - 1) * panelGap) / columns),
+                 std::max(1, (visible.height - (rows - 1) * panelGap) / rows)}};
 }
 
 // The grid whose panels show the image largest.

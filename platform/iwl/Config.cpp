@@ -87,16 +87,7 @@ int IWGetConfigBoolean(const char* key, int* value)
     static const struct {
         const char* word;
         int value;
-    } words[] = {
-        {"true",  1},
-        {"on",    1},
-        {"yes",   1},
-        {"1",     1},
-        {"false", 0},
-        {"off",   0},
-        {"no",    0},
-        {"0",     0}
-    };
+    } words[] = {{"true", 1}, {"on", 1}, {"yes", 1}, {"1", 1}, {"false", 0}, {"off", 0}, {"no", 0}, {"0", 0}};
     std::string text = lookUp(iwl::configKeyName(key ? key : "")).value_or("");
     text.erase(text.find_last_not_of(" \t\r") + 1);
     for (const auto& entry : words)

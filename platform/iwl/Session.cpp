@@ -10,10 +10,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <unistd.h>
 #include <cstring>
 #include <memory>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace {
 
@@ -182,8 +182,9 @@ int IWAttach(int argc, char** argv)
     }
     protocol::installErrorHandler(program_invocation_short_name);
     clientWindow = makeClientWindow();
-    // The server throws away requests of a client that has hung up before it read them: what the program asked
-    // for last, such as its graphics to go, would be lost. A forked child must not talk on its parent's connection.
+    // The server throws away requests of a client that has hung up before it read them: what the program
+    // asked for last, such as its graphics to go, would be lost. A forked child must not talk on its parent's
+    // connection.
     static const pid_t attachedProcess = getpid();
     std::atexit([] {
         if (getpid() == attachedProcess)

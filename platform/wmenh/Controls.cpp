@@ -142,11 +142,9 @@ Widget WMAddOptionMenu(const WMMenuItem* items, int count, int* value, XtCallbac
         XtVaCreateManagedWidget("choice", xmPushButtonWidgetClass, pulldown, XmNlabelString, text.get(),
                                 nullptr);
     }
-    Arg args[] = {
-        {const_cast<char*>(XmNsubMenuId),    reinterpret_cast<XtArgVal>(pulldown)},
-        {const_cast<char*>(XmNmarginWidth),  0                                   },
-        {const_cast<char*>(XmNmarginHeight), 0                                   }
-    };
+    Arg args[] = {{const_cast<char*>(XmNsubMenuId), reinterpret_cast<XtArgVal>(pulldown)},
+                  {const_cast<char*>(XmNmarginWidth), 0},
+                  {const_cast<char*>(XmNmarginHeight), 0}};
     const Widget menu = XmCreateOptionMenu(form, const_cast<char*>("menu"), args, XtNumber(args));
     XtUnmanageChild(XmOptionLabelGadget(menu));
 
@@ -208,9 +206,7 @@ Widget WMAddIntField(int* value, int increment, int columns, int maxLength, int*
     const Widget text =
         XtVaCreateWidget("number", xmTextFieldWidgetClass, currentRows().parent(), XmNcolumns, columns,
                          XmNmaxLength, maxLength, XmNcursorPositionVisible, False, nullptr);
-    const IntField number{
-        text, value, columns, {minimum, maximum, step, increment}
-    };
+    const IntField number{text, value, columns, {minimum, maximum, step, increment}};
     Field field{.control = text, .changed = changed, .clientData = clientData};
     field.show = [number] { number.show(); };
     field.take = [number] { return number.take(); };

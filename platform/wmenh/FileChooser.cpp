@@ -171,18 +171,16 @@ void makeBox(Chooser& chooser, const char* title, const std::string& folder, con
 {
     const PathString directory(folder), pattern(filter.empty() ? "*" : filter);
     const Label save("Save"), name("File name"), empty("\n");
-    Arg args[] = {
-        {const_cast<char*>(XmNdirectory),            reinterpret_cast<XtArgVal>(directory.get())},
-        {const_cast<char*>(XmNpattern),              reinterpret_cast<XtArgVal>(pattern.get())  },
-        {const_cast<char*>(XmNokLabelString),        reinterpret_cast<XtArgVal>(save.get())     },
-        {const_cast<char*>(XmNselectionLabelString), reinterpret_cast<XtArgVal>(name.get())     },
-        {const_cast<char*>(XmNpathMode),             XmPATH_MODE_RELATIVE                       },
-        {const_cast<char*>(XmNfileFilterStyle),      XmFILTER_HIDDEN_FILES                      },
-        {const_cast<char*>(XmNautoUnmanage),         False                                      },
-        {const_cast<char*>(XmNtextColumns),          70                                         },
-        {const_cast<char*>(XmNlistVisibleItemCount), 14                                         },
-        {const_cast<char*>(XmNdialogStyle),          XmDIALOG_FULL_APPLICATION_MODAL            }
-    };
+    Arg args[] = {{const_cast<char*>(XmNdirectory), reinterpret_cast<XtArgVal>(directory.get())},
+                  {const_cast<char*>(XmNpattern), reinterpret_cast<XtArgVal>(pattern.get())},
+                  {const_cast<char*>(XmNokLabelString), reinterpret_cast<XtArgVal>(save.get())},
+                  {const_cast<char*>(XmNselectionLabelString), reinterpret_cast<XtArgVal>(name.get())},
+                  {const_cast<char*>(XmNpathMode), XmPATH_MODE_RELATIVE},
+                  {const_cast<char*>(XmNfileFilterStyle), XmFILTER_HIDDEN_FILES},
+                  {const_cast<char*>(XmNautoUnmanage), False},
+                  {const_cast<char*>(XmNtextColumns), 70},
+                  {const_cast<char*>(XmNlistVisibleItemCount), 14},
+                  {const_cast<char*>(XmNdialogStyle), XmDIALOG_FULL_APPLICATION_MODAL}};
     chooser.box =
         XmCreateFileSelectionDialog(dialogueParent(), const_cast<char*>("chooser"), args, XtNumber(args));
     XtUnmanageChild(XmFileSelectionBoxGetChild(chooser.box, XmDIALOG_HELP_BUTTON));

@@ -63,10 +63,7 @@ void addText(Widget form, Widget below, const std::string& text)
 
 Widget makeWindow(const std::string& topic)
 {
-    Arg args[] = {
-        {const_cast<char*>(XmNmarginWidth),  10},
-        {const_cast<char*>(XmNmarginHeight), 10}
-    };
+    Arg args[] = {{const_cast<char*>(XmNmarginWidth), 10}, {const_cast<char*>(XmNmarginHeight), 10}};
     const Widget form = XmCreateFormDialog(dialogueParent(), const_cast<char*>("help"), args, XtNumber(args));
     const Widget close = addCloseButton(form);
     XtVaSetValues(form, XmNcancelButton, close, XmNdefaultButton, close, XmNautoUnmanage, False, nullptr);

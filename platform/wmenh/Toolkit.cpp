@@ -177,13 +177,9 @@ Label::~Label()
 Widget makeScrolledText(Widget parent, const std::string& text, int rows, int columns)
 {
     Arg args[] = {
-        {const_cast<char*>(XmNeditMode),              XmMULTI_LINE_EDIT},
-        {const_cast<char*>(XmNeditable),              False            },
-        {const_cast<char*>(XmNcursorPositionVisible), False            },
-        {const_cast<char*>(XmNrows),                  rows             },
-        {const_cast<char*>(XmNscrollHorizontal),      False            },
-        {const_cast<char*>(XmNwordWrap),              True             }
-    };
+        {const_cast<char*>(XmNeditMode), XmMULTI_LINE_EDIT},  {const_cast<char*>(XmNeditable), False},
+        {const_cast<char*>(XmNcursorPositionVisible), False}, {const_cast<char*>(XmNrows), rows},
+        {const_cast<char*>(XmNscrollHorizontal), False},      {const_cast<char*>(XmNwordWrap), True}};
     const Widget field = XmCreateScrolledText(parent, const_cast<char*>("text"), args, XtNumber(args));
     // Motif counts columns in the widest character of a scalable font: far too wide.
     XmRenderTable fonts = nullptr;
