@@ -3,48 +3,27 @@
 #include "platform/image/Error.h"
 #include "platform/image/ImageJMetadata.h"
 #include "platform/image/OmeMetadata.h"
-#include "platform/image/WorkerPool.h"
+#include "platform/image/SectionReader.h"
 
 #include <algorithm>
 #include <atomic>
-#include <cmath>
 
 namespace image {
 
-constexpr std::int64_t parallelPixels = 256 << 10;    // rectangles above are split over the cores
-constexpr std::int64_t pixelsPerItem = 64 << 10;      // work item of such a rectangle
-constexpr std::size_t groupBytes = 64u << 20;         // blocks that a large read holds at once
-constexpr std::size_t recentSectionBytes = 32u << 20; // largest section that a thread holds on to
-
 namespace {
 
-// The section that a thread read last, with the blocks that it touched: reading it again needs no lock and no
-// search. One per thread; of sections up to recentSectionBytes.
+// The section that a thread read last. One per thread.
 struct RecentSection {
     std::uint64_t image = 0; // TiffImage::id, 0: none
     SectionIndex section;
     int level = 0;
-    std::shared_ptr<TiffFile> file;
-    PlanePtr plane;
-    int sample = 0;
-    std::vector<BlockPtr> blocks; // by block number; empty when the section is too large to be held
+    SectionReader reader;
 };
 
 struct Level {
     int width = 0, height = 0;
     int subDirectory = -1; // of the plane's own list, or
     int following = 0;     // how many pages after the plane's
-};
-
-// A block's bytes and where it stands among the plane's blocks.
-struct PlacedBlock {
-    const std::byte* data;
-    int column, row;
-};
-
-// Blocks of the plane that a rectangle touches: inclusive columns and rows.
-struct BlockRange {
-    int columnFirst, columnLast, rowFirst, rowLast;
 };
 
 thread_local RecentSection recentSection;
@@ -77,15 +56,9 @@ private:
     void findLevels(TiffFile& file, const PlanePlace& where, const Plane& plane);
     template<class Action> bool attempt(const SectionIndex& section, Action action);
     bool fail(const SectionIndex& section, std::string reason);
-    RecentSection& view(const SectionIndex& section, int level);
-    void lookUp(RecentSection& recent, const SectionIndex& section, int level);
+    SectionReader& readerOf(const SectionIndex& section, int level);
+    void lookUp(SectionReader& reader, const SectionIndex& section, int level);
     PlanePtr levelPlane(TiffFile& file, const PlanePlace& where, int level);
-
-    BlockPtr cached(const RecentSection& view, int block, bool keep);
-    BlockPtr block(RecentSection& view, int block, bool keep = true);
-    void readSmall(RecentSection& view, const PixelRect& rect, float* out);
-    void readLarge(RecentSection& view, const PixelRect& rect, float* out);
-    void finish(const Plane& plane, std::span<float> out) const;
 
     Dataset dataset;
     std::vector<Level> levels;
@@ -185,7 +158,7 @@ PlanePtr TiffImage::levelPlane(TiffFile& file, const PlanePlace& where, int leve
     return file.plane(reduced[static_cast<std::size_t>(wanted.subDirectory)], dataset.declaredType);
 }
 
-void TiffImage::lookUp(RecentSection& recent, const SectionIndex& section, int level)
+void TiffImage::lookUp(SectionReader& reader, const SectionIndex& section, int level)
 {
     const PlanePlace* where = place(section);
     if (!where)
@@ -199,155 +172,20 @@ void TiffImage::lookUp(RecentSection& recent, const SectionIndex& section, int l
         throw FormatError("the section has another size than the image");
     if (plane->sampleCount < dataset.samplesPerPlane)
         throw FormatError("the section has fewer samples per pixel than the image");
-    if (recent.plane != plane) {
-        std::size_t bytes = 0;
-        for (int b = 0; b < plane->blockCount() && bytes <= recentSectionBytes; ++b)
-            bytes += plane->blockBytes(b);
-        recent.blocks.clear();
-        recent.blocks.resize(bytes <= recentSectionBytes ? static_cast<std::size_t>(plane->blockCount()) : 0);
-    }
-    recent.image = id;
-    recent.section = section;
-    recent.level = level;
-    recent.file = std::move(file);
-    recent.plane = plane;
-    recent.sample = section.w % dataset.samplesPerPlane;
+    reader.take(std::move(file), plane, section.w % dataset.samplesPerPlane, dataset.valueOffset);
 }
 
-RecentSection& TiffImage::view(const SectionIndex& section, int level)
+SectionReader& TiffImage::readerOf(const SectionIndex& section, int level)
 {
     RecentSection& recent = recentSection;
     if (recent.image != id || recent.section != section || recent.level != level) {
         recent.image = 0; // in case of an exception
-        lookUp(recent, section, level);
+        lookUp(recent.reader, section, level);
+        recent.image = id;
+        recent.section = section;
+        recent.level = level;
     }
-    return recent;
-}
-
-BlockPtr TiffImage::cached(const RecentSection& view, int number, bool keep)
-{
-    const Plane& plane = *view.plane;
-    const BlockKey key{plane.file, plane.directory.offset, plane.firstByteShift,
-                       static_cast<std::uint64_t>(number)};
-    const auto load = [&] { return view.file->load(plane, number); };
-    if (keep)
-        return BlockCache::instance().get(key, load);
-    const BlockPtr found = BlockCache::instance().find(key);
-    return found ? found : load();
-}
-
-BlockPtr TiffImage::block(RecentSection& view, int number, bool keep)
-{
-    if (view.blocks.empty())
-        return cached(view, number, keep);
-    BlockPtr& held = view.blocks[static_cast<std::size_t>(number)];
-    if (!held)
-        held = cached(view, number, keep);
-    return held;
-}
-
-static BlockRange blocksOf(const Plane& plane, const PixelRect& rect)
-{
-    const int rowFirst = rect.yFirst / plane.blockHeight, rowLast = rect.yLast / plane.blockHeight;
-    if (plane.across == 1)
-        return {0, 0, rowFirst, rowLast};
-    return {rect.xFirst / plane.blockWidth, rect.xLast / plane.blockWidth, rowFirst, rowLast};
-}
-
-// Converts what the rectangle and the block have in common, from row yFirst to yLast of the
-// image.
-static void convertPart(const Plane& plane, int sample, const PlacedBlock& block, const PixelRect& rect,
-                        int yFirst, int yLast, float* out)
-{
-    const int left = block.column * plane.blockWidth, top = block.row * plane.blockHeight;
-    const int x0 = std::max(rect.xFirst, left), x1 = std::min(rect.xLast, left + plane.blockWidth - 1);
-    const int y0 = std::max(yFirst, top), y1 = std::min(yLast, top + plane.blockHeight - 1);
-    SampleSource source;
-    source.first = block.data;
-    source.rowBytes = plane.rowBytes;
-    source.samples = plane.samples;
-    source.sample = plane.samples > 1 ? sample : 0;
-    source.bits = plane.bits;
-    source.x = x0 - left;
-    source.y = y0 - top;
-    source.width = x1 - x0 + 1;
-    source.height = y1 - y0 + 1;
-    const auto width = static_cast<std::size_t>(rect.width());
-    converterOf(plane.type)(
-        source, out + static_cast<std::size_t>(y0 - rect.yFirst) * width + (x0 - rect.xFirst), width);
-}
-
-void TiffImage::readSmall(RecentSection& view, const PixelRect& rect, float* out)
-{
-    const Plane& plane = *view.plane;
-    const BlockRange range = blocksOf(plane, rect);
-    for (int row = range.rowFirst; row <= range.rowLast; ++row)
-        for (int column = range.columnFirst; column <= range.columnLast; ++column) {
-            const int number = plane.blockAt(column, row, view.sample);
-            const Block* held =
-                view.blocks.empty() ? nullptr : view.blocks[static_cast<std::size_t>(number)].get();
-            const BlockPtr fetched = held ? nullptr : block(view, number);
-            convertPart(plane, view.sample, {held ? held->first() : fetched->first(), column, row}, rect,
-                        rect.yFirst, rect.yLast, out);
-        }
-}
-
-// Reads in groups of block rows, so that the blocks of a huge rectangle are not all held at once: first the
-// group's blocks are loaded, several at once, then all of its rows are converted, several bands at once.
-void TiffImage::readLarge(RecentSection& view, const PixelRect& rect, float* out)
-{
-    const Plane& plane = *view.plane;
-    const BlockRange range = blocksOf(plane, rect);
-    const int columns = range.columnLast - range.columnFirst + 1;
-    const std::size_t rowBytes = plane.rowBytes * static_cast<std::size_t>(plane.blockHeight) * columns;
-    const int groupRows = static_cast<int>(std::clamp<std::size_t>(groupBytes / rowBytes, 1, 1 << 20));
-    for (int first = range.rowFirst; first <= range.rowLast; first += groupRows) {
-        const int last = std::min(range.rowLast, first + groupRows - 1);
-        std::vector<BlockPtr> blocks(static_cast<std::size_t>(last - first + 1) *
-                                     static_cast<std::size_t>(columns));
-        const auto numberOf = [&](int i) {
-            return plane.blockAt(range.columnFirst + i % columns, first + i / columns, view.sample);
-        };
-        std::vector<int> absent;
-        for (int i = 0; i < static_cast<int>(blocks.size()); ++i) {
-            if (!view.blocks.empty())
-                blocks[static_cast<std::size_t>(i)] = view.blocks[static_cast<std::size_t>(numberOf(i))];
-            if (!blocks[static_cast<std::size_t>(i)])
-                absent.push_back(i);
-        }
-        parallelFor(static_cast<int>(absent.size()), [&](int item) {
-            const int i = absent[static_cast<std::size_t>(item)];
-            blocks[static_cast<std::size_t>(i)] = cached(view, numberOf(i), true);
-        });
-        for (const int i : absent)
-            if (!view.blocks.empty())
-                view.blocks[static_cast<std::size_t>(numberOf(i))] = blocks[static_cast<std::size_t>(i)];
-        const int top = std::max(rect.yFirst, first * plane.blockHeight);
-        const int bottom = std::min(rect.yLast, (last + 1) * plane.blockHeight - 1);
-        const int bandRows = static_cast<int>(std::max<std::int64_t>(1, pixelsPerItem / rect.width()));
-        parallelFor((bottom - top) / bandRows + 1, [&](int band) {
-            const int y0 = top + band * bandRows, y1 = std::min(bottom, y0 + bandRows - 1);
-            // Of tiles, row by row: out is then written from front to back, which is what the memory likes.
-            const int step = columns > 1 ? 1 : y1 - y0 + 1;
-            for (int y = y0; y <= y1; y += step)
-                for (int row = y / plane.blockHeight; row <= std::min(y1, y + step - 1) / plane.blockHeight;
-                     ++row)
-                    for (int column = 0; column < columns; ++column) {
-                        const auto at = static_cast<std::size_t>((row - first) * columns + column);
-                        convertPart(plane, view.sample,
-                                    {blocks[at]->first(), range.columnFirst + column, row}, rect, y,
-                                    y + step - 1, out);
-                    }
-        });
-    }
-}
-
-void TiffImage::finish(const Plane& plane, std::span<float> out) const
-{
-    const float gain = plane.inverted ? -1.0f : 1.0f;
-    const float top = plane.inverted ? std::ldexp(1.0f, plane.bits) - 1 : 0.0f;
-    if (plane.inverted || dataset.valueOffset != 0)
-        rescale(out, gain, top + dataset.valueOffset);
+    return recent.reader;
 }
 
 static std::string nameOf(const SectionIndex& s)
@@ -407,49 +245,14 @@ bool TiffImage::readLevel(const SectionIndex& section, int level, const PixelRec
         const std::int64_t pixels = std::int64_t{rect.width()} * rect.height();
         if (out.size() != static_cast<std::size_t>(pixels))
             throw FormatError("the buffer does not have the rectangle's size");
-        RecentSection& recent = view(section, level);
-        if (pixels > parallelPixels)
-            readLarge(recent, rect, out.data());
-        else
-            readSmall(recent, rect, out.data());
-        finish(*recent.plane, out);
+        readerOf(section, level).read(rect, out);
         return true;
     });
 }
 
 bool TiffImage::valueRange(const SectionIndex& section, const std::stop_token& stop, float& min, float& max)
 {
-    return attempt(section, [&] {
-        RecentSection& recent = view(section, 0);
-        const Plane& plane = *recent.plane;
-        std::vector<float> values;
-        bool any = false;
-        for (int row = 0; row < plane.down; ++row)
-            for (int column = 0; column < plane.across; ++column) {
-                if (stop.stop_requested())
-                    return false;
-                const BlockPtr data = block(recent, plane.blockAt(column, row, recent.sample), false);
-                const int left = column * plane.blockWidth, top = row * plane.blockHeight;
-                const int right = std::min(plane.width(), left + plane.blockWidth) - 1;
-                const int bottom = std::min(plane.height(), top + plane.blockHeight) - 1;
-                const int bandRows =
-                    static_cast<int>(std::max<std::int64_t>(1, pixelsPerItem / (right - left + 1)));
-                for (int y = top; y <= bottom; y += bandRows) {
-                    const PixelRect part{left, y, right, std::min(bottom, y + bandRows - 1)};
-                    values.resize(static_cast<std::size_t>(part.width()) * part.height());
-                    convertPart(plane, recent.sample, {data->first(), column, row}, part, part.yFirst,
-                                part.yLast, values.data());
-                    finish(plane, values);
-                    float low = 0, high = 0;
-                    if (!finiteRange(values, low, high))
-                        continue;
-                    min = any ? std::min(min, low) : low;
-                    max = any ? std::max(max, high) : high;
-                    any = true;
-                }
-            }
-        return any;
-    });
+    return attempt(section, [&] { return readerOf(section, 0).valueRange(stop, min, max); });
 }
 
 std::optional<double> TiffImage::extendedHeader(const SectionIndex& section, int field) const
