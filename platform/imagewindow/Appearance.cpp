@@ -1,9 +1,7 @@
 #include "platform/imagewindow/Appearance.h"
 
-#include <X11/Xft/Xft.h>
+#include "platform/text/Fonts.h"
 
-#include <cstring>
-#include <langinfo.h>
 #include <vector>
 
 namespace viewer {
@@ -37,42 +35,12 @@ constexpr const char* looks[] = {
     "*status*background: #232527",
 };
 
-constexpr const char* smoothFont[] = {
-    "*renderTable: plain",
-    "*plain.fontType: FONT_IS_XFT",
-    "*plain.fontName: Sans",
-    "*plain.fontSize: 9",
-};
-
-// The colon makes the entry a font set, which draws any character of the locale. Elsewhere a font set leaves
-// out what is not ASCII, while a font draws the bytes of ISO 8859-1 as they are.
-constexpr const char *bitmapFontSet = "*fontList: fixed:", *bitmapFont = "*fontList: fixed";
-
-bool utf8Locale()
-{
-    return std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
-}
-
-// Scalable text that is not ASCII comes out right in UTF-8 locales only.
-bool smoothFontUsable(Display* display)
-{
-    if (!utf8Locale())
-        return false;
-    XftFont* font = XftFontOpenName(display, DefaultScreen(display), "Sans-9");
-    if (font)
-        XftFontClose(display, font);
-    return font != nullptr;
-}
-
 } // namespace
 
 String* fallbackResources(Display* display)
 {
     static std::vector<const char*> list(std::begin(looks), std::end(looks));
-    if (smoothFontUsable(display))
-        list.insert(list.end(), std::begin(smoothFont), std::end(smoothFont));
-    else
-        list.push_back(utf8Locale() ? bitmapFontSet : bitmapFont);
+    text::appendFontResources(display, list);
     list.push_back(nullptr);
     return const_cast<String*>(list.data());
 }

@@ -3,12 +3,12 @@
 #include "platform/imagewindow/Appearance.h"
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/protocol/XProtocol.h"
+#include "platform/text/Locale.h"
 
 #include <X11/StringDefs.h>
 #include <Xm/Xm.h>
 
 #include <algorithm>
-#include <clocale>
 #include <cstdio>
 #include <stdexcept>
 #include <string_view>
@@ -43,11 +43,7 @@ Display* openDisplay(const std::string& name)
 
 Application::Application(const std::string& displayName) : connection(openDisplay(displayName))
 {
-    if (!std::setlocale(LC_ALL, "") || !XSupportsLocale())
-        std::setlocale(LC_ALL, "C");
-    // Numbers are written in one way only.
-    std::setlocale(LC_NUMERIC, "C");
-    XSetLocaleModifiers("");
+    text::adoptLocale();
     XtToolkitInitialize();
     app = XtCreateApplicationContext();
     XtAppSetWarningHandler(app, toolkitWarning);

@@ -7,9 +7,6 @@
 
 namespace wmenh {
 
-// Whether the locale that is set encodes text in UTF-8.
-bool localeIsUtf8();
-
 // text in the encoding of the locale. Well-formed UTF-8 sequences are taken as such, any other byte above
 // 0x7F as ISO 8859-1; a sequence cut short at the end of a text that has whole ones is left out. Control
 // characters other than line feed and tab become spaces. Where the locale is not UTF-8 the result is ISO

@@ -2,10 +2,11 @@
 
 #include "platform/iwl/Session.h"
 #include "platform/protocol/XProtocol.h"
+#include "platform/text/Fonts.h"
+#include "platform/text/Locale.h"
 
 #include <X11/Shell.h>
 #include <X11/Xatom.h>
-#include <X11/Xft/Xft.h>
 #include <X11/Xutil.h>
 #include <Xm/Text.h>
 
@@ -42,48 +43,13 @@ const char* const looks[] = {
     "*TipLabel.alignment: ALIGNMENT_BEGINNING",
     "*toolTipPostDelay: 600",
 };
-const char* const smoothFont[] = {
-    "*renderTable: plain",
-    "*plain.fontType: FONT_IS_XFT",
-    "*plain.fontName: Sans",
-    "*plain.fontSize: 9",
-};
-// The colon makes the entry a font set, which shows what the locale can encode.
-const char* const bitmapFont[] = {"*fontList: fixed"};
-
-// Motif draws a scalable font's text right in UTF-8 only; elsewhere it leaves out what is not ASCII.
-bool smoothFontUsable(Display* display)
-{
-    if (!localeIsUtf8())
-        return false;
-    XftFont* const font = XftFontOpenName(display, DefaultScreen(display), "Sans-9");
-    if (font)
-        XftFontClose(display, font);
-    return font != nullptr;
-}
-
 // The list is Xt's for the life of the process.
 String* fallbackResources(Display* display)
 {
     static std::vector<const char*> list(std::begin(looks), std::end(looks));
-    if (smoothFontUsable(display))
-        list.insert(list.end(), std::begin(smoothFont), std::end(smoothFont));
-    else
-        list.insert(list.end(), std::begin(bitmapFont), std::end(bitmapFont));
+    text::appendFontResources(display, list);
     list.push_back(nullptr);
     return const_cast<String*>(list.data());
-}
-
-// Before Xt is told of the display: the fonts depend on the locale.
-void setLocale()
-{
-    if (!setlocale(LC_ALL, ""))
-        fprintf(stderr, "%s: the locale is not supported, using C\n", iwlProgramName().c_str());
-    if (!XSupportsLocale())
-        setlocale(LC_ALL, "C");
-    XSetLocaleModifiers("");
-    // Numbers keep the decimal point whatever the language: they are parsed and written all over.
-    setlocale(LC_NUMERIC, "C");
 }
 
 // Xt asks for the language that its resource files are looked up by.
@@ -112,7 +78,8 @@ Toolkit start()
     XtToolkitInitialize();
     XtSetLanguageProc(nullptr, tellLanguage, nullptr);
     kit.context = XtCreateApplicationContext();
-    setLocale();
+    if (!text::adoptLocale())
+        fprintf(stderr, "%s: the locale is not supported, using C\n", name.c_str());
     XtAppSetFallbackResources(kit.context, fallbackResources(kit.display));
     int argc = 0;
     String argv[] = {nullptr};
