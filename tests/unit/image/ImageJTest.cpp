@@ -39,16 +39,8 @@ TEST(ImageJ, UnitsOfLength)
         float spacing; // 0: not calibrated
     };
     static constexpr Row rows[] = {
-        {"micron",   0.5f    },
-        {"um",       0.5f    },
-        {"\u00b5m",  0.5f    },
-        {"\xb5m",    0.5f    },
-        {"nm",       0.0005f },
-        {"mm",       500.0f  },
-        {"cm",       5000.0f },
-        {"inch",     12700.0f},
-        {"pixel",    0       },
-        {"furlong?", 0       },
+        {"micron", 0.5f}, {"um", 0.5f},    {"\u00b5m", 0.5f},  {"\xb5m", 0.5f}, {"nm", 0.0005f},
+        {"mm", 500.0f},   {"cm", 5000.0f}, {"inch", 12700.0f}, {"pixel", 0},    {"furlong?", 0},
     };
     const TempFolder folder;
     for (const Row& row : rows) {

@@ -109,16 +109,16 @@ TEST(Malformed, ForeignFiles)
         std::string bytes;
     };
     const Row rows[] = {
-        {"empty",                         ""s                           },
-        {                                                           "short",                          "II"s                              },
-        {                                                      "text",                               "This is no image."s                                                        },
-        {      "png",                          "\x89PNG\r\n\x1a\n0000IHDR"s               },
-        {                                                                          "html", "<html><body>no OME here</body></html>"s},
-        { "broken ome",                               "<OME><Image><Pixels SizeX='"s                                                },
-        {                                                      "empty ome",                      "<OME/>"s                  },
-        {                                                                             "only header",               "II\x2a\0\x08\0\0\0"s                                                        },
-        {                                                                                                              "no pages",               "II\x2a\0\0\0\0\0"s},
-        {                                                   "zeroes",std::string(4096,      '\0')},
+        {"empty", ""s},
+        {"short", "II"s},
+        {"text", "This is no image."s},
+        {"png", "\x89PNG\r\n\x1a\n0000IHDR"s},
+        {"html", "<html><body>no OME here</body></html>"s},
+        {"broken ome", "<OME><Image><Pixels SizeX='"s},
+        {"empty ome", "<OME/>"s},
+        {"only header", "II\x2a\0\x08\0\0\0"s},
+        {"no pages", "II\x2a\0\0\0\0\0"s},
+        {"zeroes", std::string(4096, '\0')},
     };
     for (const auto& [name, bytes] : rows) {
         writeBytes(folder / name, bytes);
@@ -139,18 +139,12 @@ TEST(Malformed, LyingTags)
         const char* sentencePart;
     };
     static constexpr Row rows[] = {
-        {TIFFTAG_IMAGEWIDTH,      0x7fffffff, "pixels"    },
-        {TIFFTAG_IMAGEWIDTH,      0,          "pixels"    },
-        {TIFFTAG_IMAGELENGTH,     0xffffffff, "pixels"    },
-        {TIFFTAG_IMAGELENGTH,     1 << 20,    "incomplete"},
-        {TIFFTAG_BITSPERSAMPLE,   37,         "37 bits"   },
-        {TIFFTAG_BITSPERSAMPLE,   0,          "0 bits"    },
-        {TIFFTAG_SAMPLESPERPIXEL, 0,          "samples"   },
-        {TIFFTAG_SAMPLESPERPIXEL, 60000,      "samples"   },
-        {TIFFTAG_COMPRESSION,     4711,       "4711"      },
-        {TIFFTAG_ROWSPERSTRIP,    0,          "strips"    },
-        {TIFFTAG_STRIPOFFSETS,    0x7fffff00, ""          },
-        {TIFFTAG_SAMPLEFORMAT,    6,          "format 6"  },
+        {TIFFTAG_IMAGEWIDTH, 0x7fffffff, "pixels"},  {TIFFTAG_IMAGEWIDTH, 0, "pixels"},
+        {TIFFTAG_IMAGELENGTH, 0xffffffff, "pixels"}, {TIFFTAG_IMAGELENGTH, 1 << 20, "incomplete"},
+        {TIFFTAG_BITSPERSAMPLE, 37, "37 bits"},      {TIFFTAG_BITSPERSAMPLE, 0, "0 bits"},
+        {TIFFTAG_SAMPLESPERPIXEL, 0, "samples"},     {TIFFTAG_SAMPLESPERPIXEL, 60000, "samples"},
+        {TIFFTAG_COMPRESSION, 4711, "4711"},         {TIFFTAG_ROWSPERSTRIP, 0, "strips"},
+        {TIFFTAG_STRIPOFFSETS, 0x7fffff00, ""},      {TIFFTAG_SAMPLEFORMAT, 6, "format 6"},
     };
     const TempFolder folder;
     TiffSpec spec;

@@ -14,24 +14,9 @@ TEST(Units, Lengths)
         double microns;
     };
     static constexpr Row rows[] = {
-        {"m",       1e6         },
-        {"mm",      1e3         },
-        {"cm",      1e4         },
-        {"\u00b5m", 1           },
-        {"\u03bcm", 1           },
-        {"nm",      1e-3        },
-        {"pm",      1e-6        },
-        {"\u00c5",  1e-4        },
-        {"in",      25400       },
-        {"ft",      304800      },
-        {"thou",    25.4        },
-        {"pt",      25400.0 / 72},
-        {"Mm",      1e12        },
-        {"km",      1e9         },
-        {"dam",     1e7         },
-        {"yd",      914400      },
-        {" um ",    1           },
-        {"micron",  1           },
+        {"m", 1e6},   {"mm", 1e3},      {"cm", 1e4},   {"\u00b5m", 1}, {"\u03bcm", 1}, {"nm", 1e-3},
+        {"pm", 1e-6}, {"\u00c5", 1e-4}, {"in", 25400}, {"ft", 304800}, {"thou", 25.4}, {"pt", 25400.0 / 72},
+        {"Mm", 1e12}, {"km", 1e9},      {"dam", 1e7},  {"yd", 914400}, {" um ", 1},    {"micron", 1},
     };
     for (const Row& row : rows)
         EXPECT_NEAR(micronsPer(row.unit).value_or(-1), row.microns, 1e-9 * row.microns) << row.unit;

@@ -52,26 +52,26 @@ TEST(Ome, PlanesFollowTiffDataAndDimensionOrder)
         int page;
     };
     static constexpr Row rows[] = {
-  // No TiffData: all pages in dimension order.
-        {"XYZCT", "",                                                         {1, 0, 0, 0}, 1 },
-        {"XYZCT", "",                                                         {0, 1, 0, 0}, 2 },
-        {"XYCZT", "",                                                         {0, 1, 0, 0}, 1 },
-        {"XYTCZ", "",                                                         {1, 2, 1, 0}, 11},
-        {"XYTZC", "",                                                         {0, 0, 1, 0}, 1 },
- // Without attributes: the same.
-        {"XYCTZ", "<TiffData/>",                                              {0, 0, 1, 0}, 3 },
- // IFD alone: one plane.
-        {"XYZCT", "<TiffData IFD='7' FirstC='2' FirstZ='1' FirstT='1'/>",     {1, 2, 1, 0}, 7 },
-        {"XYZCT", "<TiffData IFD='7' FirstC='2' FirstZ='1' FirstT='1'/>",     {0, 0, 0, 0}, -1},
-        {"XYZCT", "<TiffData IFD='3' PlaneCount='2'/>",                       {1, 0, 0, 0}, 4 },
-        {"XYZCT", "<TiffData IFD='3' PlaneCount='2'/>",                       {0, 1, 0, 0}, -1},
-        {"XYZCT", "<TiffData PlaneCount='1'/><TiffData IFD='9' FirstZ='1'/>", {1, 0, 0, 0}, 9 },
- // Counts and pages beyond the file or the image.
-        {"XYZCT", "<TiffData IFD='10' PlaneCount='1000000000'/>",             {1, 0, 0, 0}, 11},
-        {"XYZCT", "<TiffData IFD='10' PlaneCount='1000000000'/>",             {0, 1, 0, 0}, -1},
-        {"XYZCT", "<TiffData IFD='0'/><TiffData IFD='99' FirstZ='1'/>",       {1, 0, 0, 0}, -1},
-        {"XYZCT", "<TiffData IFD='0'/><TiffData IFD='1' FirstZ='5'/>",        {1, 0, 0, 0}, -1},
-        {"XYZCT", "<TiffData IFD='0'/><TiffData IFD='-1' FirstZ='1'/>",       {1, 0, 0, 0}, -1},
+        // No TiffData: all pages in dimension order.
+        {"XYZCT", "", {1, 0, 0, 0}, 1},
+        {"XYZCT", "", {0, 1, 0, 0}, 2},
+        {"XYCZT", "", {0, 1, 0, 0}, 1},
+        {"XYTCZ", "", {1, 2, 1, 0}, 11},
+        {"XYTZC", "", {0, 0, 1, 0}, 1},
+        // Without attributes: the same.
+        {"XYCTZ", "<TiffData/>", {0, 0, 1, 0}, 3},
+        // IFD alone: one plane.
+        {"XYZCT", "<TiffData IFD='7' FirstC='2' FirstZ='1' FirstT='1'/>", {1, 2, 1, 0}, 7},
+        {"XYZCT", "<TiffData IFD='7' FirstC='2' FirstZ='1' FirstT='1'/>", {0, 0, 0, 0}, -1},
+        {"XYZCT", "<TiffData IFD='3' PlaneCount='2'/>", {1, 0, 0, 0}, 4},
+        {"XYZCT", "<TiffData IFD='3' PlaneCount='2'/>", {0, 1, 0, 0}, -1},
+        {"XYZCT", "<TiffData PlaneCount='1'/><TiffData IFD='9' FirstZ='1'/>", {1, 0, 0, 0}, 9},
+        // Counts and pages beyond the file or the image.
+        {"XYZCT", "<TiffData IFD='10' PlaneCount='1000000000'/>", {1, 0, 0, 0}, 11},
+        {"XYZCT", "<TiffData IFD='10' PlaneCount='1000000000'/>", {0, 1, 0, 0}, -1},
+        {"XYZCT", "<TiffData IFD='0'/><TiffData IFD='99' FirstZ='1'/>", {1, 0, 0, 0}, -1},
+        {"XYZCT", "<TiffData IFD='0'/><TiffData IFD='1' FirstZ='5'/>", {1, 0, 0, 0}, -1},
+        {"XYZCT", "<TiffData IFD='0'/><TiffData IFD='-1' FirstZ='1'/>", {1, 0, 0, 0}, -1},
     };
     const TempFolder folder;
     for (const Row& row : rows) {
@@ -298,15 +298,15 @@ TEST(Ome, LyingMetadataAreRefused)
         std::string size, attributes, content, sentencePart;
     };
     const Row rows[] = {
-        {"SizeX=\"38\" SizeY=\"29\"", sizes(1,          1,    1),     "",                    "38 x 29"    },
-        {"SizeX=\"0\" SizeY=\"29\"",  sizes(1,          1,    1),     "",                    "0 x 29"     },
-        {normal,                      sizes(1000000000, 1,    1),     "",                    "sections"   },
-        {normal,                      sizes(0,          1,    1),     "",                    "dimension"  },
-        {normal,                      sizes(-5,         1,    1),     "",                    "dimension"  },
-        {normal,                      sizes(1,          5000, 1),     "",                    "wavelengths"},
-        {normal,                      sizes(99999,      1,    99999), "",                    "sections"   },
-        {normal,                      sizes(1,          1,    1),     "<TiffData IFD='4'/>", "planes"     },
-        {normal,                      sizes(1,          1,    1),     "<Channel>",           "damaged"    },
+        {"SizeX=\"38\" SizeY=\"29\"", sizes(1, 1, 1), "", "38 x 29"},
+        {"SizeX=\"0\" SizeY=\"29\"", sizes(1, 1, 1), "", "0 x 29"},
+        {normal, sizes(1000000000, 1, 1), "", "sections"},
+        {normal, sizes(0, 1, 1), "", "dimension"},
+        {normal, sizes(-5, 1, 1), "", "dimension"},
+        {normal, sizes(1, 5000, 1), "", "wavelengths"},
+        {normal, sizes(99999, 1, 99999), "", "sections"},
+        {normal, sizes(1, 1, 1), "<TiffData IFD='4'/>", "planes"},
+        {normal, sizes(1, 1, 1), "<Channel>", "damaged"},
     };
     const TempFolder folder;
     for (const Row& row : rows) {

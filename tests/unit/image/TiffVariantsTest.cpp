@@ -12,21 +12,21 @@ using namespace image;
 
 static constexpr PixelKind kinds[] = {
     bitKind,
-    {"2 bits",  2,  1, PixelType::UInt8  },
-    {"4 bits",  4,  1, PixelType::UInt8  },
-    {"12 bits", 12, 1, PixelType::UInt16 },
+    {"2 bits", 2, 1, PixelType::UInt8},
+    {"4 bits", 4, 1, PixelType::UInt8},
+    {"12 bits", 12, 1, PixelType::UInt16},
     byteKind,
-    {"int8",    8,  2, PixelType::Int8   },
+    {"int8", 8, 2, PixelType::Int8},
     wordKind,
-    {"int16",   16, 2, PixelType::Int16  },
-    {"half",    16, 3, PixelType::Float32},
-    {"uint24",  24, 1, PixelType::UInt32 },
-    {"uint32",  32, 1, PixelType::UInt32 },
-    {"int32",   32, 2, PixelType::Int32  },
-    {"float",   32, 3, PixelType::Float32},
-    {"uint64",  64, 1, PixelType::Float64},
-    {"int64",   64, 2, PixelType::Float64},
-    {"double",  64, 3, PixelType::Float64},
+    {"int16", 16, 2, PixelType::Int16},
+    {"half", 16, 3, PixelType::Float32},
+    {"uint24", 24, 1, PixelType::UInt32},
+    {"uint32", 32, 1, PixelType::UInt32},
+    {"int32", 32, 2, PixelType::Int32},
+    {"float", 32, 3, PixelType::Float32},
+    {"uint64", 64, 1, PixelType::Float64},
+    {"int64", 64, 2, PixelType::Float64},
+    {"double", 64, 3, PixelType::Float64},
 };
 
 static std::string nameOf(const TiffSpec& s)
@@ -86,12 +86,8 @@ TEST(TiffVariants, EveryTypeInEveryLayoutAndByteOrder)
         int tile, rowsPerStrip;
     };
     static constexpr Layout layouts[] = {
-        {1, false, 0,  29}, // the whole page in one strip
-        {1, false, 0,  1 },
-        {1, false, 16, 0 },
-        {3, false, 0,  7 },
-        {3, true,  0,  7 },
-        {3, true,  16, 0 },
+        {1, false, 0, 29}, // the whole page in one strip
+        {1, false, 0, 1},  {1, false, 16, 0}, {3, false, 0, 7}, {3, true, 0, 7}, {3, true, 16, 0},
     };
     for (const PixelKind& kind : kinds)
         for (const Layout& layout : layouts)
@@ -123,19 +119,13 @@ TEST(TiffVariants, EveryCodec)
     };
     static constexpr PixelKind real = {"float", 32, 3, PixelType::Float32};
     static constexpr Row rows[] = {
-        {COMPRESSION_LZW,           wordKind, 1, 2, 0,  0},
-        {COMPRESSION_LZW,           byteKind, 3, 2, 16, 0},
-        {COMPRESSION_PACKBITS,      byteKind, 1, 1, 0,  0},
-        {COMPRESSION_DEFLATE,       wordKind, 1, 2, 16, 0},
-        {COMPRESSION_ADOBE_DEFLATE, real,     1, 3, 0,  0},
-        {COMPRESSION_LZMA,          wordKind, 1, 1, 0,  0},
-        {COMPRESSION_ZSTD,          wordKind, 1, 2, 0,  0},
-        {COMPRESSION_LERC,          wordKind, 1, 1, 0,  0},
-        {COMPRESSION_WEBP,          byteKind, 3, 1, 0,  0},
-        {COMPRESSION_CCITTRLE,      bitKind,  1, 1, 0,  0},
-        {COMPRESSION_CCITTFAX3,     bitKind,  1, 1, 0,  0},
-        {COMPRESSION_CCITTFAX4,     bitKind,  1, 1, 0,  0},
-        {COMPRESSION_JBIG,          bitKind,  1, 1, 0,  0},
+        {COMPRESSION_LZW, wordKind, 1, 2, 0, 0},       {COMPRESSION_LZW, byteKind, 3, 2, 16, 0},
+        {COMPRESSION_PACKBITS, byteKind, 1, 1, 0, 0},  {COMPRESSION_DEFLATE, wordKind, 1, 2, 16, 0},
+        {COMPRESSION_ADOBE_DEFLATE, real, 1, 3, 0, 0}, {COMPRESSION_LZMA, wordKind, 1, 1, 0, 0},
+        {COMPRESSION_ZSTD, wordKind, 1, 2, 0, 0},      {COMPRESSION_LERC, wordKind, 1, 1, 0, 0},
+        {COMPRESSION_WEBP, byteKind, 3, 1, 0, 0},      {COMPRESSION_CCITTRLE, bitKind, 1, 1, 0, 0},
+        {COMPRESSION_CCITTFAX3, bitKind, 1, 1, 0, 0},  {COMPRESSION_CCITTFAX4, bitKind, 1, 1, 0, 0},
+        {COMPRESSION_JBIG, bitKind, 1, 1, 0, 0},
     };
     int tested = 0;
     for (const Row& row : rows) {
@@ -162,15 +152,13 @@ TEST(TiffVariants, JpegKeepsGrayValues)
     const int side = 64;
     TIFF* const tiff = TIFFOpen((folder / "j.tif").c_str(), "w");
     ASSERT_TRUE(tiff);
-    for (const auto& [tag, value] : {
-             std::pair{TIFFTAG_IMAGEWIDTH,      side            },
-             {TIFFTAG_IMAGELENGTH,     side            },
-             {TIFFTAG_BITSPERSAMPLE,   8               },
-             {TIFFTAG_SAMPLESPERPIXEL, 1               },
-             {TIFFTAG_COMPRESSION,     COMPRESSION_JPEG},
-             {TIFFTAG_PHOTOMETRIC,     1               },
-             {TIFFTAG_ROWSPERSTRIP,    16              }
-    })
+    for (const auto& [tag, value] : {std::pair{TIFFTAG_IMAGEWIDTH, side},
+                                     {TIFFTAG_IMAGELENGTH, side},
+                                     {TIFFTAG_BITSPERSAMPLE, 8},
+                                     {TIFFTAG_SAMPLESPERPIXEL, 1},
+                                     {TIFFTAG_COMPRESSION, COMPRESSION_JPEG},
+                                     {TIFFTAG_PHOTOMETRIC, 1},
+                                     {TIFFTAG_ROWSPERSTRIP, 16}})
         TIFFSetField(tiff, tag, value);
     std::vector<std::uint8_t> row(side);
     for (int y = 0; y < side; ++y) {
@@ -268,16 +256,9 @@ TEST(TiffVariants, RectanglesOutsideAreRefusedWithASentence)
         PixelRect rect;
     };
     static constexpr int far = 1 << 30;
-    for (const Row& row : {
-             Row{{},            {-1, 0, -1, 0}        },
-             Row{{},            {37, 0, 37, 0}        },
-             Row{{},            {0, 29, 0, 29}        },
-             Row{{},            {1, 0, 0, 0}          },
-             Row{{},            {-far, -far, far, far}},
-             Row{{},            {0, 0, 1, 0}          },
-             Row{{1, 0, 0, 0},  {0, 0, 0, 0}          },
-             Row{{0, -1, 0, 0}, {0, 0, 0, 0}          }
-    }) {
+    for (const Row& row : {Row{{}, {-1, 0, -1, 0}}, Row{{}, {37, 0, 37, 0}}, Row{{}, {0, 29, 0, 29}},
+                           Row{{}, {1, 0, 0, 0}}, Row{{}, {-far, -far, far, far}}, Row{{}, {0, 0, 1, 0}},
+                           Row{{1, 0, 0, 0}, {0, 0, 0, 0}}, Row{{0, -1, 0, 0}, {0, 0, 0, 0}}}) {
         EXPECT_FALSE(image->read(row.section, row.rect, one));
         EXPECT_NE(image->lastError().find("a.tif"), std::string::npos);
     }

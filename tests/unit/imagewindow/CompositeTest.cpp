@@ -14,19 +14,19 @@ TEST(Composite, BrightnessIsLinearBetweenTheLimits)
         float value, low, high;
         int expected;
     } rows[] = {
-        {100,                                     100,  355,  0  },
-        {355,                                     100,  355,  255},
-        {101,                                     100,  355,  1  },
-        {227,                                     100,  355,  127},
-        {99,                                      100,  355,  0  }, // below
-        {1e9F,                                    100,  355,  255}, // above
-        {-50,                                     -100, 0,    128}, // 127.5 rounds up
-        {0.25F,                                   0,    0.5F, 128},
-        {std::nanf(""),                           0,    1,    0  },
-        {std::numeric_limits<float>::infinity(),  0,    1,    255},
-        {-std::numeric_limits<float>::infinity(), 0,    1,    0  },
-        {7,                                       7,    7,    0  }, // a step at the only value
-        {7.5F,                                    7,    7,    255},
+        {100, 100, 355, 0},
+        {355, 100, 355, 255},
+        {101, 100, 355, 1},
+        {227, 100, 355, 127},
+        {99, 100, 355, 0},     // below
+        {1e9F, 100, 355, 255}, // above
+        {-50, -100, 0, 128},   // 127.5 rounds up
+        {0.25F, 0, 0.5F, 128},
+        {std::nanf(""), 0, 1, 0},
+        {std::numeric_limits<float>::infinity(), 0, 1, 255},
+        {-std::numeric_limits<float>::infinity(), 0, 1, 0},
+        {7, 7, 7, 0}, // a step at the only value
+        {7.5F, 7, 7, 255},
     };
     for (const auto& row : rows)
         EXPECT_EQ(brightness(row.value, {row.low, row.high}), row.expected)
@@ -41,13 +41,13 @@ TEST(Composite, AddsTintedChannelsAndSaturates)
         std::vector<CompositeChannel> channels;
         std::uint32_t expected;
     } rows[] = {
-        {"nothing",             {},                                                           0x000000},
-        {"one",                 {{half, {0, 255}, palette[1]}},                               0x800000},
-        {"red and green",       {{full, {0, 255}, palette[1]}, {half, {0, 255}, palette[2]}}, 0xFF8000},
-        {"white over red",      {{half, {0, 255}, palette[1]}, {half, {0, 255}, palette[0]}}, 0xFF8080},
-        {"saturated",           {{full, {0, 255}, palette[6]}, {full, {0, 255}, palette[4]}}, 0x00FFFF},
-        {"black adds nothing",  {{none, {0, 255}, palette[0]}, {half, {0, 255}, palette[5]}}, 0x800080},
-        {"a colour of its own", {{half, {0, 255}, Rgb{100, 200, 10}}},                        0x326405},
+        {"nothing", {}, 0x000000},
+        {"one", {{half, {0, 255}, palette[1]}}, 0x800000},
+        {"red and green", {{full, {0, 255}, palette[1]}, {half, {0, 255}, palette[2]}}, 0xFF8000},
+        {"white over red", {{half, {0, 255}, palette[1]}, {half, {0, 255}, palette[0]}}, 0xFF8080},
+        {"saturated", {{full, {0, 255}, palette[6]}, {full, {0, 255}, palette[4]}}, 0x00FFFF},
+        {"black adds nothing", {{none, {0, 255}, palette[0]}, {half, {0, 255}, palette[5]}}, 0x800080},
+        {"a colour of its own", {{half, {0, 255}, Rgb{100, 200, 10}}}, 0x326405},
     };
     for (const auto& row : rows) {
         std::uint32_t pixel = 0xABCDEF;
@@ -62,10 +62,7 @@ TEST(Composite, LongRowsKeepEveryPixelInItsPlace)
     std::vector<float> values(5001);
     for (std::size_t i = 0; i < values.size(); ++i)
         values[i] = static_cast<float>(i % 256);
-    const std::vector<CompositeChannel> channels(5, {
-                                                        values, {0, 2550},
-                                                         palette[2]
-    });
+    const std::vector<CompositeChannel> channels(5, {values, {0, 2550}, palette[2]});
     std::vector<std::uint32_t> pixels(values.size());
     compose(channels, pixels);
     for (std::size_t i = 0; i < pixels.size(); ++i) {

@@ -41,12 +41,8 @@ TEST(Contrast, HasAPositiveSpanWhateverTheValues)
         float low, high;
     };
     const std::vector<Row> rows = {
-        Row{none,      0,     1        },
-        Row{undefined, 0,     1        },
-        Row{holes,     4,     8        },
-        Row{sparse,    5,     900      },
-        Row{same,      3,     4        },
-        Row{huge,      1e30F, aboveHuge},
+        Row{none, 0, 1},     Row{undefined, 0, 1}, Row{holes, 4, 8},
+        Row{sparse, 5, 900}, Row{same, 3, 4},      Row{huge, 1e30F, aboveHuge},
     };
     for (auto row : rows) {
         const ContrastLimits limits = automaticLimits(row.values);
@@ -80,9 +76,9 @@ TEST(Contrast, ControlsRunWithinTheKnownRange)
     const struct {
         ContrastLimits limits, range, span;
     } rows[] = {
-        {{100, 200}, {0, 0},     {0, 400}  }, // unknown
-        {{100, 200}, {90, 250},  {90, 250} },
-        {{100, 200}, {0, 65535}, {0, 400}  },
+        {{100, 200}, {0, 0}, {0, 400}}, // unknown
+        {{100, 200}, {90, 250}, {90, 250}},
+        {{100, 200}, {0, 65535}, {0, 400}},
         {{100, 200}, {150, 160}, {100, 200}}, // never without the limits themselves
     };
     for (const auto& row : rows)

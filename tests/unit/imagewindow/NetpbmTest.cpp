@@ -49,10 +49,10 @@ TEST(Netpbm, KnowsSizeAndKind)
         const char* header;
         StreamFormat format;
     } rows[] = {
-        {"P5 3 2 255\n",    {3, 2, 1, 1}  },
-        {"P5 3 2 256\n",    {3, 2, 1, 2}  },
+        {"P5 3 2 255\n", {3, 2, 1, 1}},
+        {"P5 3 2 256\n", {3, 2, 1, 2}},
         {"P6 30 20 65535 ", {30, 20, 3, 2}},
-        {"P6 1 1 1\n",      {1, 1, 3, 1}  },
+        {"P6 1 1 1\n", {1, 1, 3, 1}},
     };
     for (const auto& row : rows) {
         NetpbmStream stream;

@@ -42,13 +42,7 @@ TEST(Options, Zooms)
         const char* text;
         double zoom;
     } rows[] = {
-        {"2",    2     },
-        {"0.5",  0.5   },
-        {".5",   0.5   },
-        {"1/16", 0.0625},
-        {"3/2",  1.5   },
-        {"50%",  0.5   },
-        {"32",   32    },
+        {"2", 2}, {"0.5", 0.5}, {".5", 0.5}, {"1/16", 0.0625}, {"3/2", 1.5}, {"50%", 0.5}, {"32", 32},
     };
     for (const auto& row : rows) {
         const ParsedOptions parsed = parseOptions({"--zoom", row.text, "a.tif"});
@@ -66,19 +60,19 @@ TEST(Options, RefusesWithOneSentence)
         std::vector<std::string> arguments;
         const char* part;
     } rows[] = {
-        {{},                                        "FILE"       },
-        {{"--zoom", "0", "a.tif"},                  "zoom"       },
-        {{"--zoom", "33", "a.tif"},                 "33"         },
-        {{"--zoom", "1/0", "a.tif"},                "1/0"        },
-        {{"--zoom", "twice", "a.tif"},              "twice"      },
-        {{"--section", "0", "a.tif"},               "section"    },
-        {{"--section", "x", "a.tif"},               "section"    },
-        {{"--section", "1,2,3", "a.tif"},           "section"    },
+        {{}, "FILE"},
+        {{"--zoom", "0", "a.tif"}, "zoom"},
+        {{"--zoom", "33", "a.tif"}, "33"},
+        {{"--zoom", "1/0", "a.tif"}, "1/0"},
+        {{"--zoom", "twice", "a.tif"}, "twice"},
+        {{"--section", "0", "a.tif"}, "section"},
+        {{"--section", "x", "a.tif"}, "section"},
+        {{"--section", "1,2,3", "a.tif"}, "section"},
         {{"--wavelengths", "1,2,3,4,5,6", "a.tif"}, "wavelengths"},
-        {{"--panels", "sideways", "a.tif"},         "sideways"   },
-        {{"--geometry", "large", "a.tif"},          "large"      },
-        {{"--bogus", "a.tif"},                      "--bogus"    },
-        {{"--scratch", "a.tif", "b.tif"},           "--scratch"  },
+        {{"--panels", "sideways", "a.tif"}, "sideways"},
+        {{"--geometry", "large", "a.tif"}, "large"},
+        {{"--bogus", "a.tif"}, "--bogus"},
+        {{"--scratch", "a.tif", "b.tif"}, "--scratch"},
     };
     for (const auto& row : rows) {
         const ParsedOptions parsed = parseOptions(row.arguments);

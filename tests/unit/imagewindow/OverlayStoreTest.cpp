@@ -98,19 +98,19 @@ TEST(OverlayStore, BindingToTimePanelAndSection)
     };
     const auto point = OverlayKind::AddPoint, segment = OverlayKind::AddLine;
     const Row rows[] = {
-        {"everywhere",              segment, -1, -1, -1,   -1, 3, 7, 2, true },
-        {"time point",              segment, 2,  -1, -1,   -1, 0, 0, 2, true },
-        {"another time point",      segment, 2,  -1, -1,   -1, 0, 0, 1, false},
-        {"panel",                   point,   -1, 3,  -1,   -1, 3, 0, 0, true },
-        {"another panel",           point,   -1, 3,  -1,   -1, 2, 0, 0, false},
-        {"section of a point",      point,   -1, -1, 4.9F, -1, 0, 4, 0, true },
-        {"next section of a point", point,   -1, -1, 4.9F, -1, 0, 5, 0, false},
-        {"section of a line",       segment, -1, -1, 4,    4,  0, 4, 0, true },
-        {"another section",         segment, -1, -1, 4,    4,  0, 3, 0, false},
-        {"between its two ends",    segment, -1, -1, 6,    4,  0, 5, 0, true },
-        {"beyond its two ends",     segment, -1, -1, 6,    4,  0, 7, 0, false},
-        {"one end bound",           segment, -1, -1, -1,   4,  0, 4, 0, true },
-        {"one end bound elsewhere", segment, -1, -1, -1,   4,  0, 0, 0, false},
+        {"everywhere", segment, -1, -1, -1, -1, 3, 7, 2, true},
+        {"time point", segment, 2, -1, -1, -1, 0, 0, 2, true},
+        {"another time point", segment, 2, -1, -1, -1, 0, 0, 1, false},
+        {"panel", point, -1, 3, -1, -1, 3, 0, 0, true},
+        {"another panel", point, -1, 3, -1, -1, 2, 0, 0, false},
+        {"section of a point", point, -1, -1, 4.9F, -1, 0, 4, 0, true},
+        {"next section of a point", point, -1, -1, 4.9F, -1, 0, 5, 0, false},
+        {"section of a line", segment, -1, -1, 4, 4, 0, 4, 0, true},
+        {"another section", segment, -1, -1, 4, 4, 0, 3, 0, false},
+        {"between its two ends", segment, -1, -1, 6, 4, 0, 5, 0, true},
+        {"beyond its two ends", segment, -1, -1, 6, 4, 0, 7, 0, false},
+        {"one end bound", segment, -1, -1, -1, 4, 0, 4, 0, true},
+        {"one end bound elsewhere", segment, -1, -1, -1, 4, 0, 0, 0, false},
     };
     for (const Row& row : rows) {
         const OverlayCommand command{.kind = row.kind,
@@ -130,14 +130,14 @@ TEST(OverlayStore, SegmentsAreCutToTheRectangle)
         Segment segment;
         std::optional<Segment> expected;
     } rows[] = {
-        {{2, 3, 8, 5},         Segment{2, 3, 8, 5}    }, // inside
-        {{-10, 5, 30, 5},      Segment{0, 5, 20, 5}   }, // through
-        {{1e9, 1e9, 1e9, 1e9}, std::nullopt           }, // a point far away
-        {{-5, -5, 25, 25},     Segment{0, 0, 10, 10}  }, // out at the lower edge
-        {{-5, 0, 0, -5},       std::nullopt           }, // past a corner
-        {{-1, -1, -1, 9},      std::nullopt           },
-        {{20, 10, 20, 10},     Segment{20, 10, 20, 10}}, // a point on the corner
-        {{-1e9, 5, 1e9, 5},    Segment{0, 5, 20, 5}   },
+        {{2, 3, 8, 5}, Segment{2, 3, 8, 5}},       // inside
+        {{-10, 5, 30, 5}, Segment{0, 5, 20, 5}},   // through
+        {{1e9, 1e9, 1e9, 1e9}, std::nullopt},      // a point far away
+        {{-5, -5, 25, 25}, Segment{0, 0, 10, 10}}, // out at the lower edge
+        {{-5, 0, 0, -5}, std::nullopt},            // past a corner
+        {{-1, -1, -1, 9}, std::nullopt},
+        {{20, 10, 20, 10}, Segment{20, 10, 20, 10}}, // a point on the corner
+        {{-1e9, 5, 1e9, 5}, Segment{0, 5, 20, 5}},
     };
     for (const auto& row : rows) {
         const auto part = clipSegment(row.segment, 0, 0, 20, 10);

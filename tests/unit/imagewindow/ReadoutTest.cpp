@@ -8,23 +8,10 @@ using viewertest::FakeImage;
 
 TEST(Readout, PixelAndValues)
 {
-    EXPECT_EQ(pixelText("", 12, 0,
-                        {
-                            {"DAPI", 1450.0F},
-                            {"w 2",  0.125F }
-    }),
+    EXPECT_EQ(pixelText("", 12, 0, {{"DAPI", 1450.0F}, {"w 2", 0.125F}}),
               "x 12  y 0   DAPI 1450   w 2 0.125");
-    EXPECT_EQ(pixelText("z 3", 1, 2,
-                        {
-                            {"DAPI", std::nullopt}
-    }),
-              "z 3   x 1  y 2   DAPI -");
-    EXPECT_EQ(pixelText("", 0, 0,
-                        {
-                            {"a", 16777215.0F},
-                            {"b", -3.0F      }
-    }),
-              "x 0  y 0   a 1.677722e+07   b -3");
+    EXPECT_EQ(pixelText("z 3", 1, 2, {{"DAPI", std::nullopt}}), "z 3   x 1  y 2   DAPI -");
+    EXPECT_EQ(pixelText("", 0, 0, {{"a", 16777215.0F}, {"b", -3.0F}}), "x 0  y 0   a 1.677722e+07   b -3");
 }
 
 TEST(Readout, NamesOfWavelengths)

@@ -43,15 +43,15 @@ TEST(View, CanvasNeverExceedsTheImage)
         Size canvas;
         bool horizontal, vertical;
     } rows[] = {
-        {100,   80,  1.0,      {400, 300}, {100, 80},  false, false},
-        {100,   80,  1.0,      {100, 80},  {100, 80},  false, false},
-        {100,   80,  2.0,      {400, 300}, {200, 160}, false, false},
-        {100,   80,  1.0 / 3,  {400, 300}, {34, 27},   false, false},
-        {100,   80,  8.0,      {400, 300}, {385, 285}, true,  true },
-        {100,   80,  1.0,      {200, 79},  {100, 79},  false, true },
-        {100,   80,  1.0,      {105, 79},  {90, 64},   true,  true }, // one bar makes the other necessary
-        {3,     2,   1.0 / 16, {400, 300}, {1, 1},     false, false},
-        {30000, 100, 32.0,     {400, 300}, {385, 285}, true,  true },
+        {100, 80, 1.0, {400, 300}, {100, 80}, false, false},
+        {100, 80, 1.0, {100, 80}, {100, 80}, false, false},
+        {100, 80, 2.0, {400, 300}, {200, 160}, false, false},
+        {100, 80, 1.0 / 3, {400, 300}, {34, 27}, false, false},
+        {100, 80, 8.0, {400, 300}, {385, 285}, true, true},
+        {100, 80, 1.0, {200, 79}, {100, 79}, false, true},
+        {100, 80, 1.0, {105, 79}, {90, 64}, true, true}, // one bar makes the other necessary
+        {3, 2, 1.0 / 16, {400, 300}, {1, 1}, false, false},
+        {30000, 100, 32.0, {400, 300}, {385, 285}, true, true},
     };
     for (const auto& row : rows) {
         const image::ImageInfo info = imageOf(row.width, row.height);
@@ -118,14 +118,11 @@ TEST(View, ZoomKeepsThePointUnderThePointer)
         double zoom;
         int steps;
     } rows[] = {
-        {protocol::SinglePanel, 4000, 400, 150, 2, 1 },
-        {protocol::SinglePanel, 4000, 401, 150, 2, 3 },
-        {protocol::SinglePanel, 4000, 637, 151, 2, -1},
-        {protocol::SinglePanel, 4000, 500, 400, 2, -2},
-        {protocol::SinglePanel, 100,  401, 333, 8, 1 }, // from a centred canvas to one that fills the area
-        {protocol::SinglePanel, 100,  590, 350, 8, 3 },
-        {protocol::ZPanels,     4000, 637, 150, 2, 2 },
-        {protocol::ZPanels,     300,  640, 560, 1, 3 },
+        {protocol::SinglePanel, 4000, 400, 150, 2, 1},  {protocol::SinglePanel, 4000, 401, 150, 2, 3},
+        {protocol::SinglePanel, 4000, 637, 151, 2, -1}, {protocol::SinglePanel, 4000, 500, 400, 2, -2},
+        {protocol::SinglePanel, 100, 401, 333, 8, 1}, // from a centred canvas to one that fills the area
+        {protocol::SinglePanel, 100, 590, 350, 8, 3},   {protocol::ZPanels, 4000, 637, 150, 2, 2},
+        {protocol::ZPanels, 300, 640, 560, 1, 3},
     };
     for (const auto& row : rows) {
         const image::ImageInfo info = imageOf(row.width, row.width, 4);
@@ -153,15 +150,10 @@ TEST(View, ZoomSteps)
         int steps;
         double expected;
     } rows[] = {
-        {1,        1,  1.5     },
-        {1,        -1, 2.0 / 3 },
-        {1,        3,  3       },
-        {32,       1,  32      },
-        {1.0 / 16, -1, 1.0 / 16},
-        {0.559,    1,  2.0 / 3 }, // from a fitted zoom to the next step
-        {0.559,    -1, 0.5     },
-        {0.01,     -1, 0.01    }, // fitted below the list: not further out
-        {0.01,     1,  1.0 / 16},
+        {1, 1, 1.5},         {1, -1, 2.0 / 3}, {1, 3, 3}, {32, 1, 32}, {1.0 / 16, -1, 1.0 / 16},
+        {0.559, 1, 2.0 / 3},                   // from a fitted zoom to the next step
+        {0.559, -1, 0.5},    {0.01, -1, 0.01}, // fitted below the list: not further out
+        {0.01, 1, 1.0 / 16},
     };
     for (const auto& row : rows)
         EXPECT_NEAR(steppedZoom(row.zoom, row.steps), row.expected, 1e-9) << row.zoom << " by " << row.steps;

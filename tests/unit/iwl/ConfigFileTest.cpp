@@ -46,15 +46,15 @@ TEST(ConfigKey, LosesItsColonAndIsAPlainWord)
         const char *key, *name;
     } rows[] = {
         {"KV_APROF_FWHM", "KV_APROF_FWHM"},
-        {"ZVE_DEF_DIR:",  "ZVE_DEF_DIR"  },
-        {"a::",           ""             },
-        {"",              ""             },
-        {":",             ""             },
-        {"a b",           ""             },
-        {"*loose",        ""             },
-        {"a.b",           ""             },
-        {"a\nb",          ""             },
-        {"\xB5m",         ""             },
+        {"ZVE_DEF_DIR:", "ZVE_DEF_DIR"},
+        {"a::", ""},
+        {"", ""},
+        {":", ""},
+        {"a b", ""},
+        {"*loose", ""},
+        {"a.b", ""},
+        {"a\nb", ""},
+        {"\xB5m", ""},
     };
     for (const auto& row : rows)
         EXPECT_EQ(iwl::configKeyName(row.key), row.name) << row.key;
@@ -62,32 +62,29 @@ TEST(ConfigKey, LosesItsColonAndIsAPlainWord)
 
 TEST(ConfigMerge, ReplacesTheEntryAndKeepsEverythingElse)
 {
-    const ConfigChanges set{
-        {"KEY", "new"}
-    },
-        removed{{"KEY", std::nullopt}};
+    const ConfigChanges set{{"KEY", "new"}}, removed{{"KEY", std::nullopt}};
     const struct {
         const char* what;
         const char* text;
         ConfigChanges changes;
         const char* merged;
     } rows[] = {
-        {"empty",             "",                              set,     "KEY:\tnew\n"                             },
-        {"new key",           "A: 1\n",                        set,     "A: 1\nKEY:\tnew\n"                       },
-        {"in place",          "A: 1\nKEY: old\nB: 2\n",        set,     "A: 1\nKEY:\tnew\nB: 2\n"                 },
-        {"spaces",            "  KEY \t:  old\n",              set,     "KEY:\tnew\n"                             },
-        {"twice",             "KEY: 1\nA: 1\nKEY: 2\n",        set,     "KEY:\tnew\nA: 1\n"                       },
-        {"comments",          "! KEY: x\n# KEY: y\n\nKEY: 1",  set,     "! KEY: x\n# KEY: y\n\nKEY:\tnew\n"       },
-        {"longer names",      "KEYS: 1\nMY_KEY: 2\n*KEY: 3\n", set,     "KEYS: 1\nMY_KEY: 2\n*KEY: 3\nKEY:\tnew\n"},
-        {"continued",         "KEY: a\\\n  KEY: b\nA: 1\n",    set,     "KEY:\tnew\nA: 1\n"                       },
-        {"inside a value",    "A: a\\\nKEY: b\n",              set,     "A: a\\\nKEY: b\nKEY:\tnew\n"             },
-        {"escaped slash",     "A: a\\\\\nKEY: b\n",            set,     "A: a\\\\\nKEY:\tnew\n"                   },
-        {"comment and slash", "! a\\\nKEY: b\n",               set,     "! a\\\nKEY:\tnew\n"                      },
-        {"no last newline",   "A: 1",                          set,     "A: 1\nKEY:\tnew\n"                       },
-        {"dangling slash",    "A: 1\\",                        set,     "A: 1\\\n\nKEY:\tnew\n"                   },
-        {"foreign lines",     "what is this\nKEY: 1\n",        set,     "what is this\nKEY:\tnew\n"               },
-        {"removed",           "A: 1\nKEY: 1\nKEY: 2\n",        removed, "A: 1\n"                                  },
-        {"removed, absent",   "A: 1\n",                        removed, "A: 1\n"                                  },
+        {"empty", "", set, "KEY:\tnew\n"},
+        {"new key", "A: 1\n", set, "A: 1\nKEY:\tnew\n"},
+        {"in place", "A: 1\nKEY: old\nB: 2\n", set, "A: 1\nKEY:\tnew\nB: 2\n"},
+        {"spaces", "  KEY \t:  old\n", set, "KEY:\tnew\n"},
+        {"twice", "KEY: 1\nA: 1\nKEY: 2\n", set, "KEY:\tnew\nA: 1\n"},
+        {"comments", "! KEY: x\n# KEY: y\n\nKEY: 1", set, "! KEY: x\n# KEY: y\n\nKEY:\tnew\n"},
+        {"longer names", "KEYS: 1\nMY_KEY: 2\n*KEY: 3\n", set, "KEYS: 1\nMY_KEY: 2\n*KEY: 3\nKEY:\tnew\n"},
+        {"continued", "KEY: a\\\n  KEY: b\nA: 1\n", set, "KEY:\tnew\nA: 1\n"},
+        {"inside a value", "A: a\\\nKEY: b\n", set, "A: a\\\nKEY: b\nKEY:\tnew\n"},
+        {"escaped slash", "A: a\\\\\nKEY: b\n", set, "A: a\\\\\nKEY:\tnew\n"},
+        {"comment and slash", "! a\\\nKEY: b\n", set, "! a\\\nKEY:\tnew\n"},
+        {"no last newline", "A: 1", set, "A: 1\nKEY:\tnew\n"},
+        {"dangling slash", "A: 1\\", set, "A: 1\\\n\nKEY:\tnew\n"},
+        {"foreign lines", "what is this\nKEY: 1\n", set, "what is this\nKEY:\tnew\n"},
+        {"removed", "A: 1\nKEY: 1\nKEY: 2\n", removed, "A: 1\n"},
+        {"removed, absent", "A: 1\n", removed, "A: 1\n"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(iwl::mergeConfig(row.text, row.changes), row.merged) << row.what;
@@ -98,9 +95,9 @@ TEST_F(ConfigFile, PathFollowsTheBaseDirectoryConvention)
     const struct {
         const char *base, *home, *path;
     } rows[] = {
-        {"/base",    "/home/a", "/base/kelvora/config"          },
+        {"/base", "/home/a", "/base/kelvora/config"},
         {"relative", "/home/a", "/home/a/.config/kelvora/config"},
-        {"",         "/home/a", "/home/a/.config/kelvora/config"},
+        {"", "/home/a", "/home/a/.config/kelvora/config"},
     };
     for (const auto& row : rows) {
         setenv("XDG_CONFIG_HOME", row.base, 1);
@@ -113,12 +110,7 @@ TEST_F(ConfigFile, SavingMergesKeepsTheModeAndLeavesNoScraps)
 {
     put(path, "! mine\nA: 1\n");
     chmod(path.c_str(), 0640);
-    EXPECT_THAT(iwl::saveConfig(path,
-                                {
-                                    {"B", "2"}
-    })
-                    .problem,
-                IsEmpty());
+    EXPECT_THAT(iwl::saveConfig(path, {{"B", "2"}}).problem, IsEmpty());
     EXPECT_EQ(contents(path), "! mine\nA: 1\nB:\t2\n");
     EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
     for (const auto& entry : fs::directory_iterator(path.parent_path()))
@@ -130,12 +122,7 @@ TEST_F(ConfigFile, ALinkStaysALink)
     put(folder / "dotfiles" / "config", "A: 1\n");
     fs::create_directories(path.parent_path());
     fs::create_symlink(folder / "dotfiles" / "config", path);
-    EXPECT_THAT(iwl::saveConfig(path,
-                                {
-                                    {"A", "2"}
-    })
-                    .problem,
-                IsEmpty());
+    EXPECT_THAT(iwl::saveConfig(path, {{"A", "2"}}).problem, IsEmpty());
     EXPECT_TRUE(fs::is_symlink(path));
     EXPECT_EQ(contents(folder / "dotfiles" / "config"), "A:\t2\n");
 }
@@ -143,25 +130,11 @@ TEST_F(ConfigFile, ALinkStaysALink)
 TEST_F(ConfigFile, WhatCannotBeReadOrWrittenIsToldInOneSentence)
 {
     put(folder / "file", "");
-    EXPECT_THAT(iwl::saveConfig(folder / "file" / "kelvora" / "config",
-                                {
-                                    {"A", "1"}
-    })
-                    .problem,
+    EXPECT_THAT(iwl::saveConfig(folder / "file" / "kelvora" / "config", {{"A", "1"}}).problem,
                 HasSubstr("file"));
-    EXPECT_THAT(iwl::saveConfig("/proc/kelvora/config",
-                                {
-                                    {"A", "1"}
-    })
-                    .problem,
-                HasSubstr("/proc"));
+    EXPECT_THAT(iwl::saveConfig("/proc/kelvora/config", {{"A", "1"}}).problem, HasSubstr("/proc"));
     fs::create_directories(path);
-    EXPECT_THAT(iwl::saveConfig(path,
-                                {
-                                    {"A", "1"}
-    })
-                    .problem,
-                HasSubstr("not a regular file"));
+    EXPECT_THAT(iwl::saveConfig(path, {{"A", "1"}}).problem, HasSubstr("not a regular file"));
     EXPECT_THAT(iwl::readConfig(path).problem, HasSubstr("not a regular file"));
     fs::remove(path);
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
@@ -179,12 +152,7 @@ TEST_F(ConfigFile, GarbageIsNoSettingAndIsMovedAsideWhenSaving)
         const auto read = iwl::readConfig(path);
         EXPECT_TRUE(read.damaged);
         EXPECT_THAT(read.problem, HasSubstr("not a text file"));
-        EXPECT_THAT(iwl::saveConfig(path,
-                                    {
-                                        {"A", "2"}
-        })
-                        .problem,
-                    IsEmpty());
+        EXPECT_THAT(iwl::saveConfig(path, {{"A", "2"}}).problem, IsEmpty());
         EXPECT_EQ(contents(path), "A:\t2\n");
         EXPECT_EQ(contents(path.string() + ".damaged"), garbage) << "nothing is lost";
     }
@@ -199,11 +167,7 @@ TEST_F(ConfigFile, ConcurrentWritersOfOtherKeysLoseNothing)
         if (child == 0) {
             for (int i = 0; i < rounds; ++i) {
                 const std::string key = "K" + std::to_string(writer) + "_" + std::to_string(i);
-                if (!iwl::saveConfig(path,
-                                     {
-                                         {key, "1"}
-                })
-                         .problem.empty())
+                if (!iwl::saveConfig(path, {{key, "1"}}).problem.empty())
                     _exit(1);
             }
             _exit(0);

@@ -99,19 +99,9 @@ TEST_F(Config, BooleansInEverySpelling)
         const char* text;
         int found, value;
     } rows[] = {
-        {"true",    1, 1},
-        {"True",    1, 1},
-        {"ON",      1, 1},
-        {"yes",     1, 1},
-        {"1",       1, 1},
-        {"false",   1, 0},
-        {"FALSE",   1, 0},
-        {"off",     1, 0},
-        {"No",      1, 0},
-        {"0 \t",    1, 0},
-        {"2",       0, 9},
-        {"",        0, 9},
-        {"trueish", 0, 9},
+        {"true", 1, 1},  {"True", 1, 1},  {"ON", 1, 1},      {"yes", 1, 1}, {"1", 1, 1},
+        {"false", 1, 0}, {"FALSE", 1, 0}, {"off", 1, 0},     {"No", 1, 0},  {"0 \t", 1, 0},
+        {"2", 0, 9},     {"", 0, 9},      {"trueish", 0, 9},
     };
     for (const auto& row : rows) {
         write(std::string("KEY: ") + row.text + "\n");

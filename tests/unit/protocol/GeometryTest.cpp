@@ -45,17 +45,17 @@ TEST(Geometry, WorkedPositions)
         double windowX, windowY, dataX, dataY;
         int panel;
     } rows[] = {
-        {single(1), 0,   0,               0,0, 0},
-        {single(1), 799, 599,             799,599,0},
-        {single(1,  100, 50),             7,9, 107,59, 0},
-        {single(2),        5,           4,                  2.5,2,0},
-        {single(4,        0.25,           0.5),                   2,2,0.75,                                              1, 0},
-        {single(0.5,     8,       0),                     3,5,14,10, 0},
-        {grid(),        0,          0,   10,20,            0                                                                                            },
-        {grid(), 99,79,     59.5,59.5,0},
-        {grid(),       104,               0,                      10,20,                                 1                                                                                                                                                                 },
-        {grid(),209,85,10.5,20.5,-1},
-        {grid(),       105,                     85,                                                     10.5,                                                                   20.5,                                                                                                                                                                    4                                                                                                                                                                                                                                                                                                                                                                                                                                      },
+        {single(1), 0, 0, 0, 0, 0},
+        {single(1), 799, 599, 799, 599, 0},
+        {single(1, 100, 50), 7, 9, 107, 59, 0},
+        {single(2), 5, 4, 2.5, 2, 0},
+        {single(4, 0.25, 0.5), 2, 2, 0.75, 1, 0},
+        {single(0.5, 8, 0), 3, 5, 14, 10, 0},
+        {grid(), 0, 0, 10, 20, 0},
+        {grid(), 99, 79, 59.5, 59.5, 0},
+        {grid(), 104, 0, 10, 20, 1},
+        {grid(), 209, 85, 10.5, 20.5, -1},
+        {grid(), 105, 85, 10.5, 20.5, 4},
     };
     for (const auto& row : rows) {
         const auto position = dataFromWindow(row.geometry, row.windowX, row.windowY);
@@ -78,20 +78,20 @@ TEST(Geometry, NowhereOnTheImage)
         Geometry geometry;
         double x, y;
     } rows[] = {
-        {"left of the window", single(1), -1,                       5                                            },
-        {"right of the panel", single(1), 800,                      5                                            },
-        {"below the panel",    single(1), 5,                        600                                          },
-        {"left of the image",  single(1,  -10,                      0),                                            9, 5},
-        {"above the image",                   single(2,                            0,                                    -10),                                                       9, 19},
-        {"right of the image",                single(1,                        3990,           0),  10, 5},
-        {"below the image",single(0.1,0,0),                                 5, 300},
-        {"in a vertical gap",                    grid(),             102,                               5                                                                                                },
-        {"in a horizontal gap",                   grid(),                         5,                                                 82                                           },
-        {"right of the last one",                 grid(),             312,       5},
-        {"no number",                   single(1),  nan,5},
-        {"no zoom",                 single(0),             5,                               5                                                                                                                                  },
-        {"zoom is no number",                 single(nan),                        5,                                                                       5                                                                                                                                                      },
-        {"huge",                   single(1),               1e300,         5},
+        {"left of the window", single(1), -1, 5},
+        {"right of the panel", single(1), 800, 5},
+        {"below the panel", single(1), 5, 600},
+        {"left of the image", single(1, -10, 0), 9, 5},
+        {"above the image", single(2, 0, -10), 9, 19},
+        {"right of the image", single(1, 3990, 0), 10, 5},
+        {"below the image", single(0.1, 0, 0), 5, 300},
+        {"in a vertical gap", grid(), 102, 5},
+        {"in a horizontal gap", grid(), 5, 82},
+        {"right of the last one", grid(), 312, 5},
+        {"no number", single(1), nan, 5},
+        {"no zoom", single(0), 5, 5},
+        {"zoom is no number", single(nan), 5, 5},
+        {"huge", single(1), 1e300, 5},
     };
     for (const auto& row : rows)
         EXPECT_FALSE(dataFromWindow(row.geometry, row.x, row.y)) << row.why;

@@ -25,10 +25,7 @@ DisplayRecord sample()
     record.scratchSize = 12;
     record.geometry = {640, 480, 1.0 / 3, -2.5, 17.25, TimePanels, 3, 2, 5, 213, 160, 2};
     record.wavelengths = {
-        {true,  5, true,  -12.5F, 65535.0F, 4},
-        {false, 2, false, 0,      0,        0},
-        {true,  0, true,  3.0F,   3.0F,     9}
-    };
+        {true, 5, true, -12.5F, 65535.0F, 4}, {false, 2, false, 0, 0, 0}, {true, 0, true, 3.0F, 3.0F, 9}};
     return record;
 }
 
@@ -70,32 +67,32 @@ TEST(DisplayRecord, OutOfRangeIsRefused)
         const char* what;
         std::function<void(DisplayRecord&)> spoil;
     } rows[] = {
-        {"window number 0",        [](auto& r) { r.windowNumber = 0; }             },
-        {"window number too high", [](auto& r) { r.windowNumber = 10000; }         },
-        {"negative section",       [](auto& r) { r.z = -1; }                       },
-        {"no such wavelength",     [](auto& r) { r.w = 3; }                        },
-        {"negative scratch size",  [](auto& r) { r.scratchSize = -1; }             },
-        {"no path",                [](auto& r) { r.path.clear(); }                 },
-        {"relative path",          [](auto& r) { r.path = "cells.tif"; }           },
-        {"path too long",          [](auto& r) { r.path.resize(4097, 'x'); }       },
-        {"NUL in the path",        [](auto& r) { r.path[4] = '\0'; }               },
-        {"no wavelength",          [](auto& r) { r.wavelengths.clear(); }          },
-        {"too many wavelengths",   [](auto& r) { r.wavelengths.resize(1025); }     },
-        {"colour index",           [](auto& r) { r.wavelengths[1].colorIndex = 7; }},
-        {"negative top image",     [](auto& r) { r.wavelengths[0].topImage = -1; } },
-        {"no image",               [](auto& r) { r.geometry.imageHeight = 0; }     },
-        {"zoom 0",                 [](auto& r) { r.geometry.zoom = 0; }            },
-        {"zoom is no number",      [](auto& r) { r.geometry.zoom = notANumber; }   },
-        {"endless zoom",           [](auto& r) { r.geometry.zoom = infinite; }     },
-        {"origin is no number",    [](auto& r) { r.geometry.originY = notANumber; }},
-        {"unknown panel style",    [](auto& r) { r.geometry.style = 4; }           },
-        {"panels when single",     [](auto& r) { r.geometry.style = SinglePanel; } },
-        {"no columns",             [](auto& r) { r.geometry.columns = 0; }         },
-        {"panel product overflow", [](auto& r) { r.geometry.rows = 1 << 30; }      },
-        {"too many panels",        [](auto& r) { r.geometry.rows = 5000; }         },
-        {"panels beyond the grid", [](auto& r) { r.geometry.panelCount = 7; }      },
-        {"negative panel width",   [](auto& r) { r.geometry.panelWidth = -1; }     },
-        {"negative gap",           [](auto& r) { r.geometry.gap = -1; }            },
+        {"window number 0", [](auto& r) { r.windowNumber = 0; }},
+        {"window number too high", [](auto& r) { r.windowNumber = 10000; }},
+        {"negative section", [](auto& r) { r.z = -1; }},
+        {"no such wavelength", [](auto& r) { r.w = 3; }},
+        {"negative scratch size", [](auto& r) { r.scratchSize = -1; }},
+        {"no path", [](auto& r) { r.path.clear(); }},
+        {"relative path", [](auto& r) { r.path = "cells.tif"; }},
+        {"path too long", [](auto& r) { r.path.resize(4097, 'x'); }},
+        {"NUL in the path", [](auto& r) { r.path[4] = '\0'; }},
+        {"no wavelength", [](auto& r) { r.wavelengths.clear(); }},
+        {"too many wavelengths", [](auto& r) { r.wavelengths.resize(1025); }},
+        {"colour index", [](auto& r) { r.wavelengths[1].colorIndex = 7; }},
+        {"negative top image", [](auto& r) { r.wavelengths[0].topImage = -1; }},
+        {"no image", [](auto& r) { r.geometry.imageHeight = 0; }},
+        {"zoom 0", [](auto& r) { r.geometry.zoom = 0; }},
+        {"zoom is no number", [](auto& r) { r.geometry.zoom = notANumber; }},
+        {"endless zoom", [](auto& r) { r.geometry.zoom = infinite; }},
+        {"origin is no number", [](auto& r) { r.geometry.originY = notANumber; }},
+        {"unknown panel style", [](auto& r) { r.geometry.style = 4; }},
+        {"panels when single", [](auto& r) { r.geometry.style = SinglePanel; }},
+        {"no columns", [](auto& r) { r.geometry.columns = 0; }},
+        {"panel product overflow", [](auto& r) { r.geometry.rows = 1 << 30; }},
+        {"too many panels", [](auto& r) { r.geometry.rows = 5000; }},
+        {"panels beyond the grid", [](auto& r) { r.geometry.panelCount = 7; }},
+        {"negative panel width", [](auto& r) { r.geometry.panelWidth = -1; }},
+        {"negative gap", [](auto& r) { r.geometry.gap = -1; }},
     };
     for (const auto& row : rows) {
         DisplayRecord record = sample();
@@ -107,11 +104,7 @@ TEST(DisplayRecord, OutOfRangeIsRefused)
 TEST(DisplayRecord, ARangeThatSaysNothingTravelsAsUnknown)
 {
     const float ranges[][2] = {
-        {5,                                       4       },
-        {-infinite,                               1       },
-        {0,                                       infinite},
-        {std::numeric_limits<float>::quiet_NaN(), 1       }
-    };
+        {5, 4}, {-infinite, 1}, {0, infinite}, {std::numeric_limits<float>::quiet_NaN(), 1}};
     for (const auto& range : ranges) {
         DisplayRecord record = sample();
         record.wavelengths[0].rangeMin = range[0];

@@ -155,18 +155,18 @@ TEST(Layout, TagsFollowTheOptions)
         std::uint32_t expected;
         bool wide; // the tag's value has 32 bits
     } rows[] = {
-        {"--tile 32",                             TIFFTAG_TILEWIDTH,       32,                        true },
-        {"--rows-per-strip 7",                    TIFFTAG_ROWSPERSTRIP,    7,                         true },
-        {"",                                      TIFFTAG_COMPRESSION,     COMPRESSION_ADOBE_DEFLATE, false},
-        {"",                                      TIFFTAG_PREDICTOR,       PREDICTOR_HORIZONTAL,      false},
-        {"--no-predictor",                        TIFFTAG_PREDICTOR,       PREDICTOR_NONE,            false},
-        {"--pixel-type float",                    TIFFTAG_PREDICTOR,       PREDICTOR_FLOATINGPOINT,   false},
-        {"--pixel-type float --big-endian",       TIFFTAG_PREDICTOR,       PREDICTOR_NONE,            false},
-        {"--compression zstd",                    TIFFTAG_COMPRESSION,     COMPRESSION_ZSTD,          false},
-        {"--compression jpeg --pixel-type uint8", TIFFTAG_COMPRESSION,     COMPRESSION_JPEG,          false},
-        {"--planar-rgb",                          TIFFTAG_PLANARCONFIG,    PLANARCONFIG_SEPARATE,     false},
-        {"--rgb",                                 TIFFTAG_SAMPLESPERPIXEL, 3,                         false},
-        {"--pixel-type int8",                     TIFFTAG_SAMPLEFORMAT,    SAMPLEFORMAT_INT,          false},
+        {"--tile 32", TIFFTAG_TILEWIDTH, 32, true},
+        {"--rows-per-strip 7", TIFFTAG_ROWSPERSTRIP, 7, true},
+        {"", TIFFTAG_COMPRESSION, COMPRESSION_ADOBE_DEFLATE, false},
+        {"", TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL, false},
+        {"--no-predictor", TIFFTAG_PREDICTOR, PREDICTOR_NONE, false},
+        {"--pixel-type float", TIFFTAG_PREDICTOR, PREDICTOR_FLOATINGPOINT, false},
+        {"--pixel-type float --big-endian", TIFFTAG_PREDICTOR, PREDICTOR_NONE, false},
+        {"--compression zstd", TIFFTAG_COMPRESSION, COMPRESSION_ZSTD, false},
+        {"--compression jpeg --pixel-type uint8", TIFFTAG_COMPRESSION, COMPRESSION_JPEG, false},
+        {"--planar-rgb", TIFFTAG_PLANARCONFIG, PLANARCONFIG_SEPARATE, false},
+        {"--rgb", TIFFTAG_SAMPLESPERPIXEL, 3, false},
+        {"--pixel-type int8", TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_INT, false},
     };
     for (const auto& row : rows) {
         const Folder folder;
@@ -184,12 +184,10 @@ TEST(Layout, TagsFollowTheOptions)
 
 TEST(Layout, HeaderTellsByteOrderAndSize)
 {
-    const std::pair<const char*, std::string> rows[] = {
-        {"",                       {'I', 'I', 42, 0}},
-        {"--big-endian",           {'M', 'M', 0, 42}},
-        {"--bigtiff",              {'I', 'I', 43, 0}},
-        {"--bigtiff --big-endian", {'M', 'M', 0, 43}}
-    };
+    const std::pair<const char*, std::string> rows[] = {{"", {'I', 'I', 42, 0}},
+                                                        {"--big-endian", {'M', 'M', 0, 42}},
+                                                        {"--bigtiff", {'I', 'I', 43, 0}},
+                                                        {"--bigtiff --big-endian", {'M', 'M', 0, 43}}};
     for (const auto& [options, header] : rows) {
         const Folder folder;
         ASSERT_EQ(makeSample(folder, small + "--pattern planes a.tif " + options).status, 0);
@@ -280,12 +278,11 @@ TEST(Failures, WrongUsageGivesASentenceAndStatus2)
 TEST(Failures, UnwritableOutputGivesASentenceAndStatus1AndLeavesNothing)
 {
     const std::pair<const char*, const char*> rows[] = {
-        {"--pattern ramp missing/a.tif",                      ""              },
-        {"--pattern ramp missing/a.ome.tif --companion",      ""              },
-        {"--pattern ramp .",                                  ""              },
-        {"--pattern ramp --compression none a.tif",           "ulimit -f 64; "}, // one file of 31 MB
-        {"--pattern ramp --compression none --split z a.tif", "ulimit -f 64; "}
-    }; // five of them
+        {"--pattern ramp missing/a.tif", ""},
+        {"--pattern ramp missing/a.ome.tif --companion", ""},
+        {"--pattern ramp .", ""},
+        {"--pattern ramp --compression none a.tif", "ulimit -f 64; "},            // one file of 31 MB
+        {"--pattern ramp --compression none --split z a.tif", "ulimit -f 64; "}}; // five of them
     for (const auto& [options, before] : rows) {
         const Folder folder;
         const Outcome outcome = makeSample(folder, options, before);

@@ -31,27 +31,27 @@ TEST_F(Metadata, TellsEverythingByDefault)
 {
     const pugi::xml_node ome = make("");
     const std::pair<const char*, const char*> rows[] = {
-        {"//Pixels/@SizeX",                                        "16"                 },
-        {"//Pixels/@SizeY",                                        "8"                  },
-        {"//Pixels/@SizeZ",                                        "5"                  },
-        {"//Pixels/@SizeC",                                        "4"                  },
-        {"//Pixels/@SizeT",                                        "3"                  },
-        {"//Pixels/@Type",                                         "uint16"             },
-        {"//Pixels/@PhysicalSizeX",                                "0.1083333333"       },
-        {"//Pixels/@PhysicalSizeZ",                                "0.5"                },
-        {"//Pixels/@PhysicalSizeXUnit",                            "µm"                },
-        {"//Image/AcquisitionDate",                                "2024-03-05T10:15:00"},
-        {"//Channel[1]/@Name",                                     "DAPI"               },
-        {"//Channel[1]/@EmissionWavelength",                       "461"                },
-        {"//Channel[2]/@ExcitationWavelength",                     "488"                },
-        {"//Channel[2]/@Color",                                    "16711935"           },
-        {"//Channel[3]/@Color",                                    "-16776961"          }, // red is negative: the sign bit belongs to it
-        {"//Channel[4]/DetectorSettings/@Offset",                  "100"                },
-        {"//Plane[@TheZ=2 and @TheC=1 and @TheT=1]/@DeltaT",       "32.25"              },
-        {"//Plane[@TheZ=2 and @TheC=1 and @TheT=1]/@ExposureTime", "0.1"                },
-        {"//Plane[@TheZ=2 and @TheC=1 and @TheT=1]/@PositionX",    "12500"              },
-        {"//Plane[@TheZ=2 and @TheC=1 and @TheT=1]/@PositionY",    "-4200"              },
-        {"//Plane[@TheZ=2 and @TheC=1 and @TheT=1]/@PositionZ",    "36"                 },
+        {"//Pixels/@SizeX", "16"},
+        {"//Pixels/@SizeY", "8"},
+        {"//Pixels/@SizeZ", "5"},
+        {"//Pixels/@SizeC", "4"},
+        {"//Pixels/@SizeT", "3"},
+        {"//Pixels/@Type", "uint16"},
+        {"//Pixels/@PhysicalSizeX", "0.1083333333"},
+        {"//Pixels/@PhysicalSizeZ", "0.5"},
+        {"//Pixels/@PhysicalSizeXUnit", "µm"},
+        {"//Image/AcquisitionDate", "2024-03-05T10:15:00"},
+        {"//Channel[1]/@Name", "DAPI"},
+        {"//Channel[1]/@EmissionWavelength", "461"},
+        {"//Channel[2]/@ExcitationWavelength", "488"},
+        {"//Channel[2]/@Color", "16711935"},
+        {"//Channel[3]/@Color", "-16776961"}, // red is negative: the sign bit belongs to it
+        {"//Channel[4]/DetectorSettings/@Offset", "100"},
+        {"//Plane[@TheZ=2 and @TheC=1 and @TheT=1]/@DeltaT", "32.25"},
+        {"//Plane[@TheZ=2 and @TheC=1 and @TheT=1]/@ExposureTime", "0.1"},
+        {"//Plane[@TheZ=2 and @TheC=1 and @TheT=1]/@PositionX", "12500"},
+        {"//Plane[@TheZ=2 and @TheC=1 and @TheT=1]/@PositionY", "-4200"},
+        {"//Plane[@TheZ=2 and @TheC=1 and @TheT=1]/@PositionZ", "36"},
     };
     for (const auto& [path, value] : rows) {
         const pugi::xpath_node node = ome.select_node(path);
@@ -77,16 +77,16 @@ TEST_F(Metadata, OmissionsLeaveOutJustThat)
 {
     const std::pair<const char*, const char*> rows[] = {
         {"--no-calibration", "//@PhysicalSizeX | //@PhysicalSizeZ | //@PhysicalSizeXUnit"},
-        {"--no-wavelengths", "//@EmissionWavelength | //@ExcitationWavelength"           },
-        {"--no-names",       "//Channel/@Name"                                           },
-        {"--no-colors",      "//@Color"                                                  },
-        {"--no-date",        "//AcquisitionDate"                                         },
-        {"--no-offset",      "//DetectorSettings"                                        },
-        {"--no-times",       "//@DeltaT | //@TimeIncrement"                              },
-        {"--no-exposure",    "//@ExposureTime"                                           },
-        {"--no-stage",       "//@PositionX | //@PositionZ"                               },
-        {"--no-planes",      "//Plane"                                                   },
-        {"--no-tiffdata",    "//TiffData/@IFD"                                           },
+        {"--no-wavelengths", "//@EmissionWavelength | //@ExcitationWavelength"},
+        {"--no-names", "//Channel/@Name"},
+        {"--no-colors", "//@Color"},
+        {"--no-date", "//AcquisitionDate"},
+        {"--no-offset", "//DetectorSettings"},
+        {"--no-times", "//@DeltaT | //@TimeIncrement"},
+        {"--no-exposure", "//@ExposureTime"},
+        {"--no-stage", "//@PositionX | //@PositionZ"},
+        {"--no-planes", "//Plane"},
+        {"--no-tiffdata", "//TiffData/@IFD"},
     };
     const pugi::xml_node complete = make("");
     std::map<std::string, std::size_t> all;

@@ -33,20 +33,20 @@ TEST(GenerateFileName, leavesOutFolderAndImageExtension)
         const char* name;
     };
     const Case cases[] = {
-        {"cells.ome.tif",               "cells_PRF.slk"      },
-        {"/data/a.b/cells.ome.tiff",    "cells_PRF.slk"      },
-        {"CELLS.OME.TIF",               "CELLS_PRF.slk"      },
-        {"day 1/run.companion.ome",     "run_PRF.slk"        },
-        {"scan.v2.tif",                 "scan.v2_PRF.slk"    },
-        {"notes.dv",                    "notes_PRF.slk"      },
-        {"noextension",                 "noextension_PRF.slk"},
-        {".hidden",                     ".hidden_PRF.slk"    },
-        {".tif",                        ".tif_PRF.slk"       },
-        {"db://server/exp/7/cells.tif", "cells_PRF.slk"      },
-        {"unknown",                     "unknown_PRF.slk"    },
-        {"",                            "_PRF.slk"           },
-        {"/",                           "_PRF.slk"           },
-        {"folder/",                     "folder_PRF.slk"     },
+        {"cells.ome.tif", "cells_PRF.slk"},
+        {"/data/a.b/cells.ome.tiff", "cells_PRF.slk"},
+        {"CELLS.OME.TIF", "CELLS_PRF.slk"},
+        {"day 1/run.companion.ome", "run_PRF.slk"},
+        {"scan.v2.tif", "scan.v2_PRF.slk"},
+        {"notes.dv", "notes_PRF.slk"},
+        {"noextension", "noextension_PRF.slk"},
+        {".hidden", ".hidden_PRF.slk"},
+        {".tif", ".tif_PRF.slk"},
+        {"db://server/exp/7/cells.tif", "cells_PRF.slk"},
+        {"unknown", "unknown_PRF.slk"},
+        {"", "_PRF.slk"},
+        {"/", "_PRF.slk"},
+        {"folder/", "folder_PRF.slk"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(generated(c.source), c.name) << c.source;
@@ -119,14 +119,14 @@ TEST(PlaceBeside, takesTheFirstSideWithRoom)
         int x, y;
     };
     const Case cases[] = {
-        {0,    0,    500,  500,  504,  0  }, // right
-        {300,  100,  600,  600,  904,  100}, // right, at its top
-        {0,    1000, 500,  300,  504,  820}, // right, moved up onto the screen
-        {0,    -50,  500,  500,  504,  0  }, // right, the image reaches above the screen
-        {1000, 20,   600,  600,  396,  20 }, // left
-        {200,  10,   1200, 700,  200,  714}, // below
-        {1300, 10,   1200, 700,  696,  10 }, // left of an image that reaches off the screen
-        {100,  0,    1400, 1200, 1000, 0  }, // no room at all: the corner that covers least
+        {0, 0, 500, 500, 504, 0},       // right
+        {300, 100, 600, 600, 904, 100}, // right, at its top
+        {0, 1000, 500, 300, 504, 820},  // right, moved up onto the screen
+        {0, -50, 500, 500, 504, 0},     // right, the image reaches above the screen
+        {1000, 20, 600, 600, 396, 20},  // left
+        {200, 10, 1200, 700, 200, 714}, // below
+        {1300, 10, 1200, 700, 696, 10}, // left of an image that reaches off the screen
+        {100, 0, 1400, 1200, 1000, 0},  // no room at all: the corner that covers least
     };
     for (const Case& c : cases)
         EXPECT_EQ(placeBeside({c.imageX, c.imageY, c.width, c.height}, tool, screen),

@@ -21,17 +21,17 @@ TEST(LocaleText, takesUtf8AndLatin1Mixed)
         const char* latin1;
     };
     const Case cases[] = {
-        {"plain\ttext\n",      "plain\ttext\n",      "plain\ttext\n"},
-        {"12 \xB5m",           "12 \xC2\xB5m",       "12 \xB5m"     },
-        {"12 \xC2\xB5m",       "12 \xC2\xB5m",       "12 \xB5m"     },
-        {"\xC3\xB6 \xB5m",     "\xC3\xB6 \xC2\xB5m", "\xF6 \xB5m"   }, // both in one text
-        {"\xE2\x82\xAC 5",     "\xE2\x82\xAC 5",     "? 5"          }, // euro: not in ISO 8859-1
-        {"\xF0\x9F\x94\xAC",   "\xF0\x9F\x94\xAC",   "?"            },
-        {"\xC0\xAF",           "\xC3\x80\xC2\xAF",   "\xC0\xAF"     }, // overlong: no UTF-8
-        {"\xED\xA0\x80",       "\xC3\xAD\xC2\xA0 ",  "\xED\xA0 "    }, // surrogate: no UTF-8
-        {"\xC3\xB6 cut \xC3",  "\xC3\xB6 cut ",      "\xF6 cut "    }, // cut by a fixed buffer
-        {"caf\xE9",            "caf\xC3\xA9",        "caf\xE9"      },
-        {"bell\a\x1B[2J\x7F.", "bell  [2J .",        "bell  [2J ."  },
+        {"plain\ttext\n", "plain\ttext\n", "plain\ttext\n"},
+        {"12 \xB5m", "12 \xC2\xB5m", "12 \xB5m"},
+        {"12 \xC2\xB5m", "12 \xC2\xB5m", "12 \xB5m"},
+        {"\xC3\xB6 \xB5m", "\xC3\xB6 \xC2\xB5m", "\xF6 \xB5m"}, // both in one text
+        {"\xE2\x82\xAC 5", "\xE2\x82\xAC 5", "? 5"},            // euro: not in ISO 8859-1
+        {"\xF0\x9F\x94\xAC", "\xF0\x9F\x94\xAC", "?"},
+        {"\xC0\xAF", "\xC3\x80\xC2\xAF", "\xC0\xAF"},        // overlong: no UTF-8
+        {"\xED\xA0\x80", "\xC3\xAD\xC2\xA0 ", "\xED\xA0 "},  // surrogate: no UTF-8
+        {"\xC3\xB6 cut \xC3", "\xC3\xB6 cut ", "\xF6 cut "}, // cut by a fixed buffer
+        {"caf\xE9", "caf\xC3\xA9", "caf\xE9"},
+        {"bell\a\x1B[2J\x7F.", "bell  [2J .", "bell  [2J ."},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(localeText(c.given, true), c.utf8) << c.given;
@@ -48,15 +48,15 @@ TEST(WrapText, breaksAtSpacesElseAnywhere)
         const char* wrapped;
     };
     const Case cases[] = {
-        {"short",                    10, "short"                     },
-        {"one two three",            7,  "one two\nthree"            },
-        {"one two three",            8,  "one two\nthree"            },
-        {"abcdefghij",               4,  "abcd\nefgh\nij"            },
-        {"a bcdefghij",              4,  "a\nbcde\nfghi\nj"          },
-        {"keep\n\nlines apart here", 6,  "keep\n\nlines\napart\nhere"},
-        {"\xC2\xB5\xC2\xB5\xC2\xB5", 2,  "\xC2\xB5\xC2\xB5\n\xC2\xB5"},
-        {"",                         5,  ""                          },
-        {"end\n",                    5,  "end\n"                     },
+        {"short", 10, "short"},
+        {"one two three", 7, "one two\nthree"},
+        {"one two three", 8, "one two\nthree"},
+        {"abcdefghij", 4, "abcd\nefgh\nij"},
+        {"a bcdefghij", 4, "a\nbcde\nfghi\nj"},
+        {"keep\n\nlines apart here", 6, "keep\n\nlines\napart\nhere"},
+        {"\xC2\xB5\xC2\xB5\xC2\xB5", 2, "\xC2\xB5\xC2\xB5\n\xC2\xB5"},
+        {"", 5, ""},
+        {"end\n", 5, "end\n"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(wrapText(c.given, c.columns), c.wrapped) << c.given;
@@ -77,15 +77,9 @@ TEST(ChooserPaths, makeThePathOfATypedName)
         const char* path;
     };
     const Case cases[] = {
-        {"a.slk",      "/data/a.slk"     },
-        {"  a b.slk ", "/data/a b.slk"   },
-        {"sub/a.slk",  "/data/sub/a.slk" },
-        {"../a.slk",   "/a.slk"          },
-        {"/x/./y//a",  "/x/y/a"          },
-        {"~/a.slk",    "/home/user/a.slk"},
-        {"~",          "/home/user"      },
-        {"~other/a",   "/data/~other/a"  },
-        {"",           "/data/"          },
+        {"a.slk", "/data/a.slk"}, {"  a b.slk ", "/data/a b.slk"}, {"sub/a.slk", "/data/sub/a.slk"},
+        {"../a.slk", "/a.slk"},   {"/x/./y//a", "/x/y/a"},         {"~/a.slk", "/home/user/a.slk"},
+        {"~", "/home/user"},      {"~other/a", "/data/~other/a"},  {"", "/data/"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(pathFromName("/data", c.name), c.path) << c.name;
@@ -99,13 +93,13 @@ TEST(ChooserPaths, addAnExtensionWhereThereIsNone)
         const char* made;
     };
     const Case cases[] = {
-        {"/d/cells",     "slk", "/d/cells.slk"  },
-        {"/d/cells.",    "slk", "/d/cells.slk"  },
-        {"/d/cells.txt", "slk", "/d/cells.txt"  },
-        {"/d.x/cells",   "slk", "/d.x/cells.slk"},
-        {"/d/.hidden",   "slk", "/d/.hidden.slk"},
-        {"/d/cells",     "",    "/d/cells"      },
-        {"/d/",          "slk", "/d/"           },
+        {"/d/cells", "slk", "/d/cells.slk"},
+        {"/d/cells.", "slk", "/d/cells.slk"},
+        {"/d/cells.txt", "slk", "/d/cells.txt"},
+        {"/d.x/cells", "slk", "/d.x/cells.slk"},
+        {"/d/.hidden", "slk", "/d/.hidden.slk"},
+        {"/d/cells", "", "/d/cells"},
+        {"/d/", "slk", "/d/"},
     };
     for (const Case& c : cases)
         EXPECT_EQ(withExtension(c.path, c.extension), c.made) << c.path;
@@ -146,15 +140,15 @@ TEST_F(Folders, saysWhyAPathCannotBeTaken)
         const char* complaint; // a part of the sentence; empty: the path is good
     };
     const Case cases[] = {
-        {"a.slk",         100,  ""                         },
-        {"a.slk",         0,    ""                         },
-        {"a.slk",         -1,   "choose a shorter name"    },
-        {"a.slk",         -10,  "choose a shorter name"    },
-        {"",              100,  "type a name"              },
-        {"gone/a.slk",    100,  "no folder"                },
-        {"sub",           100,  "is a folder"              },
-        {"a\nb.slk",      100,  "characters that cannot be"},
-        {lengthy.c_str(), 4096, "too long for a file name" },
+        {"a.slk", 100, ""},
+        {"a.slk", 0, ""},
+        {"a.slk", -1, "choose a shorter name"},
+        {"a.slk", -10, "choose a shorter name"},
+        {"", 100, "type a name"},
+        {"gone/a.slk", 100, "no folder"},
+        {"sub", 100, "is a folder"},
+        {"a\nb.slk", 100, "characters that cannot be"},
+        {lengthy.c_str(), 4096, "too long for a file name"},
     };
     for (const Case& c : cases) {
         const std::string path = folder.string() + "/" + c.name;
