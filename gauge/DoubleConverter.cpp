@@ -1,5 +1,5 @@
 #include "gauge/LinearGaugeP.h"
-#include "gauge/ResourceRow.h"
+#include "gauge/ClassRecord.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,6 +1,6 @@
+#include "gauge/ClassRecord.h"
 #include "gauge/LinearGaugeP.h"
 #include "gauge/LinearScaleP.h"
-#include "gauge/ResourceRow.h"
 #include "gauge/TickP.h"
 
 #include <Xm/DrawP.h>
@@ -65,7 +65,6 @@ XtResource resources[] = {
                GAUGE_FIELD(userInteractionData)),
 };
 
-void classInitialize();
 void initialize(Widget request, Widget created, ArgList args, Cardinal* count);
 void destroy(Widget widget);
 void resize(Widget widget);
@@ -79,7 +78,7 @@ LinearGaugeClassRec linearGaugeClassRec = {
     .core_class = {.superclass = reinterpret_cast<WidgetClass>(&xmPrimitiveClassRec),
                    .class_name = "XmXrtGaLinearGauge",
                    .widget_size = sizeof(LinearGaugeRec),
-                   .class_initialize = classInitialize,
+                   .class_initialize = registerDoubleConverter,
                    .class_part_initialize = nullptr,
                    .class_inited = False,
                    .initialize = initialize,
@@ -313,11 +312,6 @@ void gaugeChanged(Widget object)
 }
 
 namespace {
-
-void classInitialize()
-{
-    registerDoubleConverter();
-}
 
 void callBack(Widget widget, XtCallbackList list, int reason, XEvent* event)
 {

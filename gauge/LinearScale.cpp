@@ -1,5 +1,5 @@
+#include "gauge/ClassRecord.h"
 #include "gauge/LinearScaleP.h"
-#include "gauge/ResourceRow.h"
 
 #include <algorithm>
 #include <cstring>
@@ -30,11 +30,6 @@ LinearScaleRec* asScale(Widget widget)
     return reinterpret_cast<LinearScaleRec*>(widget);
 }
 
-void classInitialize()
-{
-    registerDoubleConverter();
-}
-
 void initialize(Widget, Widget created, ArgList, Cardinal*)
 {
     gaugeAdopt(created);
@@ -55,38 +50,8 @@ Boolean setValues(Widget old, Widget, Widget widget, ArgList, Cardinal*)
 } // namespace
 
 LinearScaleClassRec linearScaleClassRec = {
-    .object_class = {.superclass = reinterpret_cast<WidgetClass>(&objectClassRec),
-                     .class_name = "XmXrtGaLinearScale",
-                     .widget_size = sizeof(LinearScaleRec),
-                     .class_initialize = classInitialize,
-                     .class_part_initialize = nullptr,
-                     .class_inited = False,
-                     .initialize = initialize,
-                     .initialize_hook = nullptr,
-                     .obj1 = nullptr,
-                     .obj2 = nullptr,
-                     .obj3 = 0,
-                     .resources = resources,
-                     .num_resources = XtNumber(resources),
-                     .xrm_class = NULLQUARK,
-                     .obj4 = False,
-                     .obj5 = 0,
-                     .obj6 = False,
-                     .obj7 = False,
-                     .destroy = gaugeRelease,
-                     .obj8 = nullptr,
-                     .obj9 = nullptr,
-                     .set_values = setValues,
-                     .set_values_hook = nullptr,
-                     .obj10 = nullptr,
-                     .get_values_hook = nullptr,
-                     .obj11 = nullptr,
-                     .version = XtVersion,
-                     .callback_private = nullptr,
-                     .obj12 = nullptr,
-                     .obj13 = nullptr,
-                     .obj14 = nullptr,
-                     .extension = nullptr},
+    .object_class = childClassPart("XmXrtGaLinearScale", sizeof(LinearScaleRec), resources, initialize,
+                                   setValues, nullptr),
     .scale_class = {.extension = nullptr},
 };
 

@@ -1,5 +1,5 @@
+#include "gauge/ClassRecord.h"
 #include "gauge/LinearScaleP.h"
-#include "gauge/ResourceRow.h"
 #include "gauge/TickP.h"
 
 #include <cstring>
@@ -51,11 +51,6 @@ XtResource resources[] = {
                 foregroundOfGauge),
 };
 
-void classInitialize()
-{
-    registerDoubleConverter();
-}
-
 // A tick follows scales of its own gauge only: that gauge tells it when a scale goes.
 void checkScale(Widget widget)
 {
@@ -104,38 +99,8 @@ void getValuesHook(Widget widget, ArgList args, Cardinal* count)
 } // namespace
 
 TickClassRec tickClassRec = {
-    .object_class = {.superclass = reinterpret_cast<WidgetClass>(&objectClassRec),
-                     .class_name = "XmXrtGaTick",
-                     .widget_size = sizeof(TickRec),
-                     .class_initialize = classInitialize,
-                     .class_part_initialize = nullptr,
-                     .class_inited = False,
-                     .initialize = initialize,
-                     .initialize_hook = nullptr,
-                     .obj1 = nullptr,
-                     .obj2 = nullptr,
-                     .obj3 = 0,
-                     .resources = resources,
-                     .num_resources = XtNumber(resources),
-                     .xrm_class = NULLQUARK,
-                     .obj4 = False,
-                     .obj5 = 0,
-                     .obj6 = False,
-                     .obj7 = False,
-                     .destroy = gaugeRelease,
-                     .obj8 = nullptr,
-                     .obj9 = nullptr,
-                     .set_values = setValues,
-                     .set_values_hook = nullptr,
-                     .obj10 = nullptr,
-                     .get_values_hook = getValuesHook,
-                     .obj11 = nullptr,
-                     .version = XtVersion,
-                     .callback_private = nullptr,
-                     .obj12 = nullptr,
-                     .obj13 = nullptr,
-                     .obj14 = nullptr,
-                     .extension = nullptr},
+    .object_class =
+        childClassPart("XmXrtGaTick", sizeof(TickRec), resources, initialize, setValues, getValuesHook),
     .tick_class = {.extension = nullptr},
 };
 

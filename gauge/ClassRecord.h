@@ -1,10 +1,15 @@
-// One row of a resource table by the kind of its value. For the tables of the gauge's three classes.
-#ifndef GAUGE_RESOURCEROW_H
-#define GAUGE_RESOURCEROW_H
+// Parts of class records: the rows of a resource table by the kind of their value, and the part that scale
+// and tick objects have in common. For the gauge's three classes.
+#ifndef GAUGE_CLASSRECORD_H
+#define GAUGE_CLASSRECORD_H
+
+#include "gauge/LinearGaugeP.h"
 
 #include <X11/IntrinsicP.h>
-
+#include <X11/ObjectP.h>
 #include <Xm/XmP.h>
+
+#include <span>
 
 // The resource type of doubles; see registerDoubleConverter().
 inline constexpr char XmRXrtGaDouble[] = "Double";
@@ -61,6 +66,26 @@ inline XtResource computedRow(const char* name, const char* className, const cha
                               Cardinal offset, XtResourceDefaultProc standard)
 {
     return {name, className, type, size, offset, XmRCallProc, reinterpret_cast<XtPointer>(standard)};
+}
+
+// Of a class of child objects of the gauge. The procedures may be null.
+inline ObjectClassPart childClassPart(const char* name, Cardinal recordSize, std::span<XtResource> resources,
+                                      XtInitProc initialize, XtSetValuesFunc setValues, XtArgsProc getValues)
+{
+    ObjectClassPart part{};
+    part.superclass = reinterpret_cast<WidgetClass>(&objectClassRec);
+    part.class_name = const_cast<char*>(name);
+    part.widget_size = recordSize;
+    part.class_initialize = registerDoubleConverter;
+    part.initialize = initialize;
+    part.resources = resources.data();
+    part.num_resources = static_cast<Cardinal>(resources.size());
+    part.xrm_class = NULLQUARK;
+    part.destroy = gaugeRelease;
+    part.set_values = setValues;
+    part.get_values_hook = getValues;
+    part.version = XtVersion;
+    return part;
 }
 
 #endif
