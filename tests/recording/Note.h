@@ -3,9 +3,9 @@
 
 #include "tests/recording/Recording.h"
 
-#include <concepts>
-#include <cstdarg>
-#include <string>
+#include <sstream>
+#include <type_traits>
+#include <utility>
 
 namespace recording {
 
@@ -17,22 +17,30 @@ struct State {
 };
 extern State state;
 
-std::string text(const char* value);
-std::string text(float value);
-std::string text(Widget widget);
-std::string text(std::integral auto value)
+std::string shown(const char* value);
+std::string shown(Widget widget);
+template<typename Number>
+requires std::is_arithmetic_v<Number> Number shown(Number value)
 {
-    return std::to_string(value);
+    return value;
 }
 
 template<typename... Arguments> void note(const char* function, const Arguments&... arguments)
 {
-    std::string line = std::string(function) + "(", separator;
-    ((line += separator + text(arguments), separator = ", "), ...);
-    calls.push_back(line + ")");
+    std::ostringstream line;
+    std::string separator;
+    line << function << "(";
+    ((line << std::exchange(separator, ", ") << shown(arguments)), ...);
+    line << ")";
+    calls.push_back(line.str());
 }
 
-// One line whatever the text: formatted dialogue and warning texts.
-std::string format(const char* format, va_list arguments);
-
 } // namespace recording
+
+// A platform function that notes the arguments named last and answers `result`.
+#define RECORDED(type, name, parameters, result, ...)                                                        \
+    type name parameters                                                                                     \
+    {                                                                                                        \
+        recording::note(#name __VA_OPT__(, ) __VA_ARGS__);                                                   \
+        return result;                                                                                       \
+    }

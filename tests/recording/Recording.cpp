@@ -3,7 +3,6 @@
 #include "tests/recording/Note.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <utility>
 
 namespace recording {
@@ -31,24 +30,12 @@ std::vector<std::string> callsOf(const std::vector<std::string>& prefixes)
     return found;
 }
 
-std::vector<std::string> takeCalls()
-{
-    return std::exchange(calls, {});
-}
-
-std::string text(const char* value)
+std::string shown(const char* value)
 {
     return value ? '"' + std::string(value) + '"' : "0";
 }
 
-std::string text(float value)
-{
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%g", double{value});
-    return buffer;
-}
-
-std::string text(Widget widget)
+std::string shown(Widget widget)
 {
     for (const auto& [name, known] : widgets)
         if (known == widget)

@@ -9,36 +9,40 @@
 
 using namespace recording;
 
-int IWAttach(int argc, char** argv)
-{
-    note("IWAttach", argc, argv[0]);
-    return 1;
-}
+RECORDED(int, IWAttach, (int argc, char** argv), 1, argc, argv[0])
+RECORDED(int, IWAttachWin, (int slot, int number, const char* mode), number == imageWindowNumber, slot,
+         number, mode)
+RECORDED(Window, IWRtWID, (int slot), 0x123, slot)
+RECORDED(int, IWDisplay, (int slot), 1, slot)
+RECORDED(int, IWRtMulDisStyle, (int slot), script.style, slot)
+RECORDED(int, IWIsWaveMap, (int slot, int w), script.displayed.at(static_cast<size_t>(w)), slot, w)
+RECORDED(int, IWRtScratchSize, (int slot), script.scratchSize, slot)
+RECORDED(int, IWRtTopImgLoc, (int slot, int w), script.topImage.at(static_cast<size_t>(w)), slot, w)
 
-int IWAttachWin(int slot, int windowNumber, const char* mode)
-{
-    note("IWAttachWin", slot, windowNumber, mode);
-    return windowNumber == script.window ? 1 : 0;
-}
+RECORDED(int, IWGrAddPt2D, (int slot, int width, int color, float x, float y), state.nextGraphic++, slot,
+         width, color, x, y)
+RECORDED(int, IWGrAddPt5D,
+         (int slot, int timePoint, int panel, int width, int color, float x, float y, float z),
+         state.nextGraphic++, slot, timePoint, panel, width, color, x, y, z)
+RECORDED(int, IWGrAddLn2D, (int slot, int width, int dash, int color, float x0, float y0, float x1, float y1),
+         state.nextGraphic++, slot, width, dash, color, x0, y0, x1, y1)
+RECORDED(int, IWGrAddLn5D,
+         (int slot, int timePoint, int panel, int width, int dash, int color, float x0, float y0, float z0,
+          float x1, float y1, float z1),
+         state.nextGraphic++, slot, timePoint, panel, width, dash, color, x0, y0, z0, x1, y1, z1)
+RECORDED(int, IWGrRmGrID, (int slot, int id), 1, slot, id)
+RECORDED(int, IWGrRmAllGrID, (int slot), 1, slot)
 
-Window IWRtWID(int slot)
-{
-    note("IWRtWID", slot);
-    return 0x123;
-}
-
-int IWDisplay(int slot)
-{
-    note("IWDisplay", slot);
-    return 1;
-}
+RECORDED(int, IWSaveUserConfig, (void), 1)
+RECORDED(int, IMAlCon, (int slot, int convert), 0, slot, convert)
+RECORDED(void, IMClose, (int slot), , slot)
 
 int IWGetButPressInfo(XEvent* event, int* window, float* x, float* y, float* z, int* subPanel, int* panel)
 {
     note("IWGetButPressInfo", event->xbutton.x, event->xbutton.y);
     if (!script.onImage)
         return 0;
-    *window = script.window;
+    *window = imageWindowNumber;
     *x = static_cast<float>(event->xbutton.x) + script.fraction;
     *y = static_cast<float>(event->xbutton.y) + script.fraction;
     *z = script.pressZ;
@@ -55,26 +59,14 @@ int IWRtMulDis(int slot, int* columns, int* rows)
     return 1;
 }
 
-int IWRtMulDisStyle(int slot)
-{
-    note("IWRtMulDisStyle", slot);
-    return script.style;
-}
-
 int IWRtDisSec_ZWTP(int slot, int* z, int* w, int* t, int* p)
 {
     note("IWRtDisSec_ZWTP", slot);
     *z = script.z;
     *w = script.w;
     *t = script.t;
-    *p = script.p;
+    *p = 0;
     return 1;
-}
-
-int IWIsWaveMap(int slot, int w)
-{
-    note("IWIsWaveMap", slot, w);
-    return script.displayed.at(static_cast<size_t>(w));
 }
 
 int IWRtImgColor(int slot, int* colors)
@@ -82,18 +74,6 @@ int IWRtImgColor(int slot, int* colors)
     note("IWRtImgColor", slot);
     std::ranges::copy(script.colors, colors);
     return 1;
-}
-
-int IWRtScratchSize(int slot)
-{
-    note("IWRtScratchSize", slot);
-    return script.scratchSize;
-}
-
-int IWRtTopImgLoc(int slot, int w)
-{
-    note("IWRtTopImgLoc", slot, w);
-    return script.topImage.at(static_cast<size_t>(w));
 }
 
 int IWRtFilename(int slot, int what, char* name)
@@ -109,43 +89,6 @@ int IWDataToTSPos(float x, float y, float z, int slot, float* stage)
     const float data[3] = {x, y, z};
     for (int i = 0; i < 3; i++)
         stage[i] = script.stageOrigin[i] + data[i] * script.spacing[i];
-    return 1;
-}
-
-int IWGrAddPt2D(int slot, int width, int color, float x, float y)
-{
-    note("IWGrAddPt2D", slot, width, color, x, y);
-    return state.nextGraphic++;
-}
-
-int IWGrAddPt5D(int slot, int timePoint, int panel, int width, int color, float x, float y, float z)
-{
-    note("IWGrAddPt5D", slot, timePoint, panel, width, color, x, y, z);
-    return state.nextGraphic++;
-}
-
-int IWGrAddLn2D(int slot, int width, int dash, int color, float x0, float y0, float x1, float y1)
-{
-    note("IWGrAddLn2D", slot, width, dash, color, x0, y0, x1, y1);
-    return state.nextGraphic++;
-}
-
-int IWGrAddLn5D(int slot, int timePoint, int panel, int width, int dash, int color, float x0, float y0,
-                float z0, float x1, float y1, float z1)
-{
-    note("IWGrAddLn5D", slot, timePoint, panel, width, dash, color, x0, y0, z0, x1, y1, z1);
-    return state.nextGraphic++;
-}
-
-int IWGrRmGrID(int slot, int id)
-{
-    note("IWGrRmGrID", slot, id);
-    return 1;
-}
-
-int IWGrRmAllGrID(int slot)
-{
-    note("IWGrRmAllGrID", slot);
     return 1;
 }
 
@@ -166,46 +109,23 @@ int IWGetConfigBoolean(const char* key, int* value)
     return 1;
 }
 
-void IWSetConfig(const char* key, const char* value)
-{
-    note("IWSetConfig", key, value);
-    script.config[key] = value;
-}
-
-void IWSetConfigBoolean(const char* key, int value)
-{
-    note("IWSetConfigBoolean", key, value);
-    script.config[key] = value ? "true" : "false";
-}
-
-int IWSaveUserConfig(void)
-{
-    note("IWSaveUserConfig");
-    return 1;
-}
-
-int IMAlCon(int slot, int convert)
-{
-    note("IMAlCon", slot, convert);
-    return 0;
-}
+RECORDED(void, IWSetConfigBoolean, (const char* key, int value), , key, value)
 
 int IMRtZWTP(int slot, int* nz, int* nw, int* nt, int* np, int* total)
 {
     note("IMRtZWTP", slot);
-    *nz = script.nz;
+    *nz = *np = 1;
     *nw = static_cast<int>(script.waves.size());
     *nt = script.nt;
-    *np = script.np;
-    *total = *nz * *nw * *nt * *np;
+    *total = *nw * *nt;
     return 0;
 }
 
 int IMRtXY(int slot, int* nx, int* ny)
 {
     note("IMRtXY", slot);
-    *nx = script.nx;
-    *ny = script.ny;
+    *nx = imageWidth;
+    *ny = imageHeight;
     return 0;
 }
 
@@ -255,16 +175,10 @@ int IMPosnZWTP(int slot, int z, int w, int t, int p)
 int IMRdPas(int slot, float* buffer, int nx, int ny, int xFirst, int xLast, int yFirst, int yLast)
 {
     note("IMRdPas", slot, nx, ny, xFirst, xLast, yFirst, yLast);
-    int read = state.reads++;
-    if (script.unreadable.contains(state.positionedW) || (script.readFails && script.readFails(read)))
+    if (script.readFails(state.reads++))
         return -1;
     for (int y = yFirst; y <= yLast; y++)
         for (int x = xFirst; x <= xLast; x++)
             *buffer++ = script.pixel(x, y, state.positionedZ, state.positionedW);
     return 0;
-}
-
-void IMClose(int slot)
-{
-    note("IMClose", slot);
 }

@@ -12,7 +12,6 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -55,14 +54,9 @@ Widget makeToken(const std::string& name)
     return widgets[name] = reinterpret_cast<Widget>(tokens.back().get());
 }
 
-// A second widget of the same name gets a number.
-static Widget makeWidget(std::string name, WidgetClass widgetClass, ArgList args = nullptr,
+static Widget makeWidget(const std::string& name, WidgetClass widgetClass, ArgList args = nullptr,
                          Cardinal count = 0)
 {
-    if (widgets.contains(name))
-        name += " 2";
-    if (!display)
-        return makeToken(name);
     return widgets[name] = XtCreateManagedWidget(name.c_str(), widgetClass, form, args, count);
 }
 
@@ -72,19 +66,49 @@ static Widget makeControl(const char* label, XtCallbackProc activated)
     return makeWidget(label, xmLabelWidgetClass);
 }
 
-std::string format(const char* format, va_list arguments)
+static Widget makeArea(int width, int height)
 {
-    char buffer[4096];
-    std::vsnprintf(buffer, sizeof buffer, format, arguments);
-    return buffer;
+    Arg size[] = {{const_cast<String>(XmNwidth), width}, {const_cast<String>(XmNheight), height}};
+    return makeWidget("plotArea", xmDrawingAreaWidgetClass, size, XtNumber(size));
 }
 
 } // namespace recording
 
-void WMSetShellResize(int allow)
-{
-    note("WMSetShellResize", allow);
-}
+// The window and its controls.
+RECORDED(void, WMSetShellResize, (int allow), , allow)
+RECORDED(void, WMAdjustToFixedFont, (int on), , on)
+RECORDED(void, WMNewRow, (void), )
+RECORDED(void, WMSetOffset, (int left, int right, int top, int bottom), , left, right, top, bottom)
+RECORDED(void, WMAttachRightSide, (void), )
+RECORDED(void, WMDisplay, (void), XtRealizeWidget(widgets.at("shell")))
+RECORDED(Widget, WMAddInfoButton, (const char* label, int reserved), makeControl(label, nullptr), label,
+         reserved)
+RECORDED(Widget, WMAddOptionMenu,
+         (const WMMenuItem* items, int count, int* value, XtCallbackProc changed, XtPointer, int, int),
+         makeControl("menu", changed), items[0].label, items[count - 1].label, *value)
+RECORDED(Widget, WMAddToggleButton,
+         (const char* label, int* value, XtCallbackProc changed, XtPointer, int, int),
+         makeControl(label, changed), label, *value)
+RECORDED(Widget, WMAddFuncButton, (const char* label, XtCallbackProc activated, XtPointer, int, int),
+         makeControl(label, activated), label)
+RECORDED(Widget, WMAddDoneButton, (const char* label, XtCallbackProc activated, XtPointer, int, int),
+         makeControl(label, activated), label)
+RECORDED(Widget, WMAddHelpButton, (const char* topic), makeControl("Help", nullptr), topic)
+RECORDED(Widget, WMAddText, (char* buffer, int columns, XtCallbackProc),
+         makeWidget("text", xmTextFieldWidgetClass), buffer, columns)
+RECORDED(Widget, WMAddIntField,
+         (int* value, int increment, int columns, int maxLength, int*, int*, int*, XtCallbackProc, XtPointer,
+          int, int),
+         makeWidget("counter", xmTextFieldWidgetClass), *value, increment, columns, maxLength)
+RECORDED(Widget, WMAddCustom, (const char* name, WidgetClass widgetClass, ArgList args, Cardinal count),
+         makeWidget(name, widgetClass, args, count), name, count)
+RECORDED(Widget, WMAddDrawingArea, (int width, int height), makeArea(width, height), width, height)
+RECORDED(void, WMAddToolTip, (const char* text), , text)
+RECORDED(void, WMStartMainWindowMessageAreaForm, (Widget frame), , frame)
+RECORDED(void, WMEndMainWindowMessageAreaForm, (void), )
+RECORDED(void, WMDisableField, (Widget control), , control)
+RECORDED(void, WMEnableField, (Widget control), , control)
+RECORDED(void, WMUpdateField, (Widget control), , control)
 
 Widget WMInitMainWindow(const char* title)
 {
@@ -94,169 +118,24 @@ Widget WMInitMainWindow(const char* title)
     Widget frame = XtVaCreateManagedWidget("frame", xmFrameWidgetClass, shell, nullptr);
     form = XtVaCreateManagedWidget("form", xmFormWidgetClass, frame, XmNwidth, 700, XmNheight, 500,
                                    XmNresizePolicy, XmRESIZE_NONE, nullptr);
-    widgets.insert({
-        {"shell", shell},
-        {"frame", frame},
-        {"form",  form }
-    });
+    widgets.insert({{"shell", shell}, {"frame", frame}});
     return form;
 }
 
-void WMAdjustToFixedFont(int on)
-{
-    note("WMAdjustToFixedFont", on);
-}
-
-void WMNewRow(void)
-{
-    note("WMNewRow");
-}
-
-void WMSetOffset(int left, int right, int top, int bottom)
-{
-    note("WMSetOffset", left, right, top, bottom);
-}
-
-void WMAttachRightSide(void)
-{
-    note("WMAttachRightSide");
-}
-
-void WMDisplay(void)
-{
-    note("WMDisplay");
-    XtRealizeWidget(widgets.at("shell"));
-}
-
-Widget WMAddInfoButton(const char* label, int reserved)
-{
-    note("WMAddInfoButton", label, reserved);
-    return makeControl(label, nullptr);
-}
-
-Widget WMAddOptionMenu(const WMMenuItem* items, int count, int* value, XtCallbackProc changed, XtPointer, int,
-                       int)
-{
-    std::string labels;
-    for (int i = 0; i < count; i++)
-        labels += std::string(i > 0 ? "|" : "") + items[i].label;
-    note("WMAddOptionMenu", labels.c_str(), *value);
-    return makeControl("menu", changed);
-}
-
-Widget WMAddToggleButton(const char* label, int* value, XtCallbackProc changed, XtPointer, int, int)
-{
-    note("WMAddToggleButton", label, *value);
-    return makeControl(label, changed);
-}
-
-Widget WMAddFuncButton(const char* label, XtCallbackProc activated, XtPointer, int, int)
-{
-    note("WMAddFuncButton", label);
-    return makeControl(label, activated);
-}
-
-Widget WMAddDoneButton(const char* label, XtCallbackProc activated, XtPointer, int, int)
-{
-    note("WMAddDoneButton", label);
-    return makeControl(label, activated);
-}
-
-Widget WMAddHelpButton(const char* topic)
-{
-    note("WMAddHelpButton", topic);
-    return makeControl("Help", nullptr);
-}
-
-Widget WMAddText(char* buffer, int columns, XtCallbackProc)
-{
-    note("WMAddText", buffer, columns);
-    return makeWidget("text", xmTextFieldWidgetClass);
-}
-
-Widget WMAddIntField(int* value, int increment, int columns, int maxLength, int*, int*, int*, XtCallbackProc,
-                     XtPointer, int, int)
-{
-    note("WMAddIntField", *value, increment, columns, maxLength);
-    return makeWidget("counter", xmTextFieldWidgetClass);
-}
-
-Widget WMAddCustom(const char* name, WidgetClass widgetClass, ArgList args, Cardinal count)
-{
-    note("WMAddCustom", name, count);
-    return makeWidget(name, widgetClass, args, count);
-}
-
-Widget WMAddDrawingArea(int width, int height)
-{
-    note("WMAddDrawingArea", width, height);
-    Arg size[] = {
-        {const_cast<String>(XmNwidth),  width },
-        {const_cast<String>(XmNheight), height}
-    };
-    return makeWidget("plotArea", xmDrawingAreaWidgetClass, size, XtNumber(size));
-}
-
-void WMAddToolTip(const char* text)
-{
-    note("WMAddToolTip", text);
-}
-
-void WMStartMainWindowMessageAreaForm(Widget frame)
-{
-    note("WMStartMainWindowMessageAreaForm", frame);
-}
-
-void WMEndMainWindowMessageAreaForm(void)
-{
-    note("WMEndMainWindowMessageAreaForm");
-}
-
-void WMDisableField(Widget control)
-{
-    note("WMDisableField", control);
-}
-
-void WMEnableField(Widget control)
-{
-    note("WMEnableField", control);
-}
-
-void WMUpdateField(Widget control)
-{
-    note("WMUpdateField", control);
-}
-
-void WMEnableIWLEvent(void)
-{
-    note("WMEnableIWLEvent");
-}
+// The image window.
+RECORDED(void, WMEnableIWLEvent, (void), )
+RECORDED(void, WMCancelEventHandler, (int slot, long mask), static_cast<void>(handlers.erase(mask)), slot,
+         mask)
+RECORDED(void, WMProcDisplayChange, (int slot, WMDisplayChangeProc proc, void*), , slot,
+         proc == ProcDisChange ? "ProcDisChange" : "another")
+RECORDED(void, WMCancelDisplayChange, (int slot), , slot)
+RECORDED(void, WMAttachToImageWindow, (Widget shell, int windowNumber), , shell, windowNumber)
+RECORDED(void, WMReleaseMonitorLock, (int lockId), , lockId)
 
 void WMAddEventHandler(int slot, long mask, WMEventProc handler, void*)
 {
     note("WMAddEventHandler", slot, mask);
     handlers[mask] = handler;
-}
-
-void WMCancelEventHandler(int slot, long mask)
-{
-    note("WMCancelEventHandler", slot, mask);
-    handlers.erase(mask);
-}
-
-void WMProcDisplayChange(int slot, WMDisplayChangeProc proc, void*)
-{
-    note("WMProcDisplayChange", slot, proc == ProcDisChange ? "ProcDisChange" : "another");
-}
-
-void WMCancelDisplayChange(int slot)
-{
-    note("WMCancelDisplayChange", slot);
-}
-
-void WMAttachToImageWindow(Widget shell, int windowNumber)
-{
-    note("WMAttachToImageWindow", shell, windowNumber);
 }
 
 int WMRequestMonitorLock(const char* title, Window imageWindow, int kind, char** owner)
@@ -267,38 +146,21 @@ int WMRequestMonitorLock(const char* title, Window imageWindow, int kind, char**
     return script.lock;
 }
 
-void WMReleaseMonitorLock(int lockId)
-{
-    note("WMReleaseMonitorLock", lockId);
-}
+// Dialogues.
+RECORDED(int, WMConfirm, (const char* text), script.confirm, text)
+RECORDED(void, WMShowWarning, (const char* text), , text)
+RECORDED(void, WMSetCenterOnScreen, (int on), , on)
+RECORDED(void, WMSetGetFileSrc, (const char* directoryKey, const char* extensionKey), , directoryKey,
+         extensionKey)
 
 void WMConfirmError(const char* format, ...)
 {
+    char text[4096];
     va_list arguments;
     va_start(arguments, format);
-    note("WMConfirmError", recording::format(format, arguments).c_str());
+    std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
-}
-
-int WMConfirm(const char* text)
-{
-    note("WMConfirm", text);
-    return script.confirm;
-}
-
-void WMShowWarning(const char* text)
-{
-    note("WMShowWarning", text);
-}
-
-void WMSetCenterOnScreen(int on)
-{
-    note("WMSetCenterOnScreen", on);
-}
-
-void WMSetGetFileSrc(const char* directoryKey, const char* extensionKey)
-{
-    note("WMSetGetFileSrc", directoryKey, extensionKey);
+    note("WMConfirmError", text);
 }
 
 int WMInlineFileChooser(const char* title, char* directory, char* filter, int capacity, int mode,
@@ -311,40 +173,17 @@ int WMInlineFileChooser(const char* title, char* directory, char* filter, int ca
     return 1;
 }
 
-void WMAppMainLoop(void)
-{
-    note("WMAppMainLoop");
-    if (script.mainLoop)
-        script.mainLoop();
-}
+RECORDED(void, WMAppMainLoop, (void), script.mainLoop())
 
-int OrvelPositionNextToImage(int windowNumber, Widget widget)
-{
-    note("OrvelPositionNextToImage", windowNumber, widget);
-    return 1;
-}
+// The suite.
+RECORDED(int, OrvelPositionNextToImage, (int windowNumber, Widget widget), 1, windowNumber, widget)
+RECORDED(int, OrvelIsADatabaseURI, (const char* name), script.databaseURI, name)
+RECORDED(const char*, OrvelGetVerifyDataDirectory, (void), script.dataDirectory.c_str())
+RECORDED(int, KVRunRegisterPgm, (const char* title, Widget shell, XtCallbackProc), 1, title, shell)
 
 int OrvelGenerateFileName(const char* source, const char* tag, const char* extension, char* name)
 {
     note("OrvelGenerateFileName", source, tag, extension);
     std::snprintf(name, ORVEL_NAME_SIZE, "default_%s.%s", tag, extension);
-    return 1;
-}
-
-int OrvelIsADatabaseURI(const char* name)
-{
-    note("OrvelIsADatabaseURI", name);
-    return script.databaseURI;
-}
-
-const char* OrvelGetVerifyDataDirectory(void)
-{
-    note("OrvelGetVerifyDataDirectory");
-    return script.dataDirectory.c_str();
-}
-
-int KVRunRegisterPgm(const char* title, Widget shell, XtCallbackProc)
-{
-    note("KVRunRegisterPgm", title, shell);
     return 1;
 }

@@ -8,7 +8,7 @@
 #include <X11/IntrinsicP.h> // XtConfigureWidget
 
 Display* RunningTool::display;
-Window RunningTool::imageWindow;
+static Window imageWindow; // where pointer events come from
 
 void RunningTool::SetUpTestSuite()
 {
@@ -16,7 +16,8 @@ void RunningTool::SetUpTestSuite()
         return;
     display = recording::useDisplay();
     ASSERT_NE(display, nullptr) << "needs a display";
-    imageWindow = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 100, 80, 0, 0, 0);
+    imageWindow = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, recording::imageWidth,
+                                      recording::imageHeight, 0, 0, 0);
     char program[] = "lineprofile", number[] = "3";
     char* arguments[] = {program, number, nullptr};
     ASSERT_EQ(runTool(2, arguments), 0);
@@ -65,11 +66,4 @@ void RunningTool::drag(int x0, int y0, int x1, int y1)
     press(x0, y0);
     motion(x1, y1);
     release();
-}
-
-double RunningTool::doubleResource(Widget object, const char* name)
-{
-    double value = 0;
-    XtVaGetValues(object, name, &value, nullptr);
-    return value;
 }

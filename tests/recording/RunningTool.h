@@ -9,7 +9,6 @@
 class RunningTool : public ::testing::Test {
 protected:
     static Display* display;
-    static Window imageWindow; // 100 x 80, where pointer events come from
 
     static void SetUpTestSuite();
     // Start script, no calls noted, no segment, both settings off, an empty profile.
@@ -21,6 +20,11 @@ protected:
     static void release();
     static void drag(int x0, int y0, int x1, int y1);
 
-    // Value of a gauge object's resource that is a double.
-    static double doubleResource(Widget object, const char* name);
+    // A resource, of the type that the widget stores.
+    template<class Value> static Value valueOf(Widget object, const char* name)
+    {
+        Value value{};
+        XtVaGetValues(object, name, &value, nullptr);
+        return value;
+    }
 };

@@ -25,23 +25,18 @@ protected:
         script.colors = colors;
         script.pixel = [values](int, int, int, int w) { return values[static_cast<size_t>(w)]; };
     }
-    static void setSegment(float x0, float x1)
+    // Draws the profile along a row of the image, from column x0 to x1.
+    static void drawRow(float x0, float x1)
     {
         segment.start = {0, x0, 10, 0};
         segment.end = {0, x1, 10, 0};
         segmentDefined = 1;
+        EXPECT_EQ(drawProfile(1), 1);
     }
-    static unsigned long pixelAt(Drawable drawable, int x, int y)
+    // Pixels of one colour in a rectangle.
+    static int count(Drawable drawable, unsigned long pixel, int x, int y, int width, int height)
     {
-        XImage* image = XGetImage(display, drawable, x, y, 1, 1, AllPlanes, ZPixmap);
-        unsigned long pixel = XGetPixel(image, 0, 0);
-        XDestroyImage(image);
-        return pixel;
-    }
-    // Pixels of one colour in a rectangle of the pixmap.
-    static int count(unsigned long pixel, int x, int y, int width, int height)
-    {
-        XImage* image = XGetImage(display, plot.plotPixmap, x, y, static_cast<unsigned>(width),
+        XImage* image = XGetImage(display, drawable, x, y, static_cast<unsigned>(width),
                                   static_cast<unsigned>(height), AllPlanes, ZPixmap);
         int found = 0;
         for (int i = 0; i < width * height; i++)
@@ -49,52 +44,50 @@ protected:
         XDestroyImage(image);
         return found;
     }
-    static int emptyPlot()
+    static bool isAt(Drawable drawable, PlotColor color, int x, int y)
     {
-        return count(plot.plotColors[colorBackground], 0, 0, plot.plotWidth, plot.plotHeight) ==
-               plot.plotWidth * plot.plotHeight;
+        return count(drawable, plot.plotColors[color], x, y, 1, 1) == 1;
+    }
+    static bool isEmpty()
+    {
+        const int w = plot.plotWidth, h = plot.plotHeight;
+        return count(plot.plotPixmap, plot.plotColors[colorBackground], 0, 0, w, h) == w * h;
+    }
+    // Pixels of a colour in a line of the widths' texts, below what hangs down from the line before.
+    static int textPixels(PlotColor color, int line)
+    {
+        const int h = plot.lineHeight;
+        return count(plot.plotPixmap, plot.plotColors[color], 5, h * line + 4, 100, h - 4);
     }
     static void click(int x, int y)
     {
         XEvent event = {};
-        event.xbutton.type = ButtonPress;
         event.xbutton.x = x;
         event.xbutton.y = y;
         XmDrawingAreaCallbackStruct call = {XmCR_INPUT, &event, XtWindow(plot.plotArea)};
         plotInput(plot.plotArea, nullptr, &call);
     }
-    static double gauge(const char* name) { return doubleResource(plot.intensityScale, name); }
+    static double gauge(const char* name) { return valueOf<double>(plot.intensityScale, name); }
 };
 
 TEST_F(Plot, DrawsEachChannelInItsDisplayColor)
 {
     const struct {
         int index;
-        PlotColor expected;
         const char* rgb;
     } cases[] = {
-        {0,  colorWhite,   "white"  },
-        {1,  colorRed,     "red"    },
-        {2,  colorGreen,   "green1" },
-        {3,  colorYellow,  "yellow" },
-        {4,  colorBlue,    "#6666ff"},
-        {5,  colorMagenta, "magenta"},
-        {6,  colorCyan,    "cyan"   },
-        {7,  colorWhite,   "white"  },
-        {9,  colorWhite,   "white"  },
-        {-1, colorWhite,   "white"  },
+        {0, "white"},   {1, "red"},  {2, "green1"}, {3, "yellow"}, {4, "#6666ff"},
+        {5, "magenta"}, {6, "cyan"}, {7, "white"},  {9, "white"},  {-1, "white"},
     };
     for (const auto& c : cases) {
         setWaves({0, c.index, 0}, {0, 60, 100}); // 60 of 100 stands 120 of 200 rows above the bottom
-        setSegment(0, 99);
-        drawProfile(1);
+        drawRow(0, 99);
         XColor color, exact;
         XAllocNamedColor(display, DefaultColormap(display, 0), c.rgb, &color, &exact);
-        EXPECT_EQ(pixelAt(plot.plotPixmap, 250, 80), color.pixel) << c.index;
-        EXPECT_EQ(plot.plotColors[c.expected], color.pixel) << c.index;
+        EXPECT_EQ(count(plot.plotPixmap, color.pixel, 250, 80, 1, 1), 1) << c.index;
     }
-    EXPECT_EQ(pixelAt(XtWindow(plot.plotArea), 250, 80), plot.plotColors[colorWhite]);
-    EXPECT_EQ(pixelAt(plot.plotPixmap, 250, 100), plot.plotColors[colorBackground]);
+    EXPECT_TRUE(isAt(XtWindow(plot.plotArea), colorWhite, 250, 80));
+    EXPECT_TRUE(isAt(plot.plotPixmap, colorBackground, 250, 100));
 }
 
 TEST_F(Plot, TheIntensityAxisFollowsTheRange)
@@ -106,45 +99,42 @@ TEST_F(Plot, TheIntensityAxisFollowsTheRange)
         double min, max;
         bool empty;
     } cases[] = {
-        {"two levels", {1, 2}, {5, 25}, 5,       25,       false},
-        {"flat",       {1},    {7},     7,       7,        true },
-        {"no channel", {},     {},      FLT_MAX, -FLT_MAX, true },
+        {"two levels", {1, 2}, {5, 25}, 5, 25, false},
+        {"flat", {1}, {7}, 7, 7, true},
+        {"no channel", {}, {}, FLT_MAX, -FLT_MAX, true},
     };
     for (const auto& c : cases) {
         setWaves(c.colors, c.values);
-        setSegment(3, 40);
-        drawProfile(1);
+        drawRow(3, 40);
         EXPECT_EQ(gauge("xrtGaMin"), c.min) << c.name;
         EXPECT_EQ(gauge("xrtGaMax"), c.max) << c.name;
-        EXPECT_EQ(emptyPlot(), c.empty) << c.name;
+        EXPECT_EQ(isEmpty(), c.empty) << c.name;
     }
 }
 
 TEST_F(Plot, APositioningFailureEmptiesThePlotAndKeepsTheRange)
 {
     setWaves({1, 2}, {5, 25});
-    setSegment(3, 40);
-    drawProfile(1);
+    drawRow(3, 40);
     script.unpositionable = {1};
     script.pixel = [](int, int, int, int) { return 99.0f; };
-    EXPECT_EQ(drawProfile(1), 1);
-    EXPECT_TRUE(emptyPlot());
+    drawRow(3, 40);
+    EXPECT_TRUE(isEmpty());
     EXPECT_EQ(gauge("xrtGaMax"), 25);
-    EXPECT_EQ(profile.channelCount, 2);
 }
 
 TEST_F(Plot, WithoutASegmentNothingIsSampled)
 {
     EXPECT_EQ(drawProfile(1), 1);
     EXPECT_THAT(calls, IsEmpty());
-    EXPECT_TRUE(emptyPlot());
+    EXPECT_TRUE(isEmpty());
 }
 
 TEST_F(Plot, AResizeReplacesThePixmap)
 {
-    setWaves({1, 2}, {0, 10});
-    script.pixel = [](int x, int, int, int w) { return w == 0 ? 0.0f : x == 1 ? 10.0f : 0.0f; };
-    setSegment(0, 2);
+    setWaves({1, 2}, {});
+    script.pixel = [](int x, int, int, int w) { return w == 1 && x == 1 ? 10.0f : 0.0f; };
+    drawRow(0, 2);
     XtResizeWidget(plot.plotArea, 300, 150, 0);
     Window root;
     int x, y;
@@ -152,9 +142,10 @@ TEST_F(Plot, AResizeReplacesThePixmap)
     XGetGeometry(display, plot.plotPixmap, &root, &x, &y, &width, &height, &border, &depth);
     EXPECT_EQ(width, 300u);
     EXPECT_EQ(height, 150u);
-    EXPECT_EQ(pixelAt(plot.plotPixmap, 100, 0), plot.plotColors[colorGreen]); // sample 1 of 3, at the top
-    EXPECT_EQ(pixelAt(plot.plotPixmap, 50, 75), plot.plotColors[colorGreen]);
-    EXPECT_EQ(count(plot.plotColors[colorGreen], 201, 0, 99, 150), 0); // nothing right of the last sample
+    EXPECT_TRUE(isAt(plot.plotPixmap, colorGreen, 100, 0)); // sample 1 of 3, at the top
+    EXPECT_TRUE(isAt(plot.plotPixmap, colorGreen, 50, 75));
+    // Nothing right of the last sample.
+    EXPECT_EQ(count(plot.plotPixmap, plot.plotColors[colorGreen], 201, 0, 99, 150), 0);
     XtResizeWidget(plot.plotArea, 500, 200, 0);
 }
 
@@ -164,41 +155,37 @@ TEST_F(Plot, WritesTheWidthOfEachPeakOnItsOwnLine)
     script.pixel = [](int x, int, int, int w) {
         return w == 1 ? 1.0f : x == 5 ? 10.0f : x == 4 || x == 6 ? 5.0f : 0;
     };
-    settings = {1, 0, 0.5f};
-    setSegment(0, 10);
-    drawProfile(1);
+    settings.showFwhm = 1;
+    drawRow(0, 10);
     EXPECT_FLOAT_EQ(profile.fwhmValue, 2 * 10 * 0.5f / 11);
-    int line = plot.lineHeight;
-    EXPECT_GT(count(plot.plotColors[colorRed], 5, 2, 100, line), 50);
-    EXPECT_EQ(count(plot.plotColors[colorGreen], 5, line + 2, 100, line - 2),
-              0); // flat: its line stays empty
-    EXPECT_GT(count(plot.plotColors[colorYellow], 5, 2 * line + 4, 100, line - 2), 50);
+    EXPECT_GT(textPixels(colorRed, 0), 50);
+    EXPECT_EQ(textPixels(colorGreen, 1), 0); // flat: its line stays empty
+    EXPECT_GT(textPixels(colorYellow, 2), 50);
     settings.showFwhm = 0;
-    drawProfile(1);
+    drawRow(0, 10);
     EXPECT_EQ(profile.fwhmValue, 0);
-    EXPECT_EQ(count(plot.plotColors[colorRed], 5, 2, 100, line), 0);
+    EXPECT_EQ(textPixels(colorRed, 0), 0);
 }
 
 TEST_F(Plot, FwhmValueIsThatOfTheLastChannelDrawn)
 {
     const struct {
         const char* name;
-        float lastSample; // x of the segment's end
-        std::function<float(int, int, int, int)> pixel;
+        float lastSample;           // x of the segment's end
+        std::vector<float> heights; // of the peak at x = 5, by wavelength
         bool measured;
     } cases[] = {
-        {"ten samples",     9,  [](int x, int, int, int) { return x == 5 ? 1.0f : 0; },             false},
-        {"eleven",          10, [](int x, int, int, int) { return x == 5 ? 1.0f : 0; },             true },
-        {"last has none",   10, [](int x, int, int, int w) { return w == 0 && x == 5 ? 1.0f : 0; }, false},
-        {"flat altogether", 10, [](int,   int, int, int) { return 3.0f; },                          false},
+        {"ten samples", 9, {1, 1}, false},
+        {"eleven", 10, {1, 1}, true},
+        {"last has none", 10, {1, 0}, false},
+        {"flat altogether", 10, {0, 0}, false},
     };
     for (const auto& c : cases) {
         setWaves({1, 2}, {});
-        script.pixel = c.pixel;
+        script.pixel = [&](int x, int, int, int w) { return x == 5 ? c.heights[static_cast<size_t>(w)] : 0; };
         settings.showFwhm = 1;
         profile.fwhmValue = 4;
-        setSegment(0, c.lastSample);
-        drawProfile(1);
+        drawRow(0, c.lastSample);
         EXPECT_EQ(profile.fwhmValue > 0, c.measured) << c.name;
     }
 }
@@ -206,17 +193,14 @@ TEST_F(Plot, FwhmValueIsThatOfTheLastChannelDrawn)
 TEST_F(Plot, AClickReadsTheIntensityOnTheScreenOnly)
 {
     setWaves({1, 2}, {0, 20});
-    setSegment(0, 50);
-    drawProfile(1);
+    drawRow(0, 50);
     calls.clear();
     click(100, 50);
     EXPECT_THAT(calls, Contains("IMAlCon(1, 1)")); // redrawn first
     Window window = XtWindow(plot.plotArea);
-    EXPECT_EQ(pixelAt(window, 0, 50), plot.plotColors[colorYellow]);
-    EXPECT_EQ(pixelAt(window, 5, 50), plot.plotColors[colorBackground]); // between two dashes
-    EXPECT_EQ(pixelAt(plot.plotPixmap, 0, 50), plot.plotColors[colorBackground]);
-    drawProfile(1);
-    EXPECT_EQ(pixelAt(window, 0, 50), plot.plotColors[colorBackground]);
+    EXPECT_TRUE(isAt(window, colorYellow, 0, 50));
+    EXPECT_TRUE(isAt(window, colorBackground, 5, 50)); // between two dashes
+    EXPECT_TRUE(isAt(plot.plotPixmap, colorBackground, 0, 50));
 }
 
 TEST_F(Plot, ClicksWithoutARangeOrOutsideDoNothing)
@@ -226,18 +210,13 @@ TEST_F(Plot, ClicksWithoutARangeOrOutsideDoNothing)
         int x, y;
         bool redrawn;
     } cases[] = {
-        {50,   20, 499, 199, true },
-        {0.5f, 20, 100, 50,  false},
-        {50,   0,  100, 50,  false},
-        {50,   20, -1,  50,  false},
-        {50,   20, 500, 50,  false},
-        {50,   20, 100, 200, false},
-        {50,   20, 100, -1,  false},
+        {50, 20, 499, 199, true}, {0.5f, 20, 100, 50, false}, {50, 0, 100, 50, false},
+        {50, 20, -1, 50, false},  {50, 20, 500, 50, false},   {50, 20, 100, 200, false},
+        {50, 20, 100, -1, false},
     };
     for (const auto& c : cases) {
         setWaves({1, 2}, {0, c.top});
-        setSegment(0, c.lastSample);
-        drawProfile(1);
+        drawRow(0, c.lastSample);
         calls.clear();
         click(c.x, c.y);
         EXPECT_EQ(!calls.empty(), c.redrawn) << c.x << ", " << c.y;

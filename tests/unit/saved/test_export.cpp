@@ -1,8 +1,6 @@
-#include <gmock/gmock.h> // before X, whose macros it does not stand
+#include "tests/unit/saved/SavedTest.h"
 
-#include "saved/savedProfiles.h"
 #include "shell/message.h"
-#include "tests/recording/Recording.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -11,41 +9,36 @@
 
 using recording::calls;
 using recording::script;
-using recording::takeCalls;
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
 namespace fs = std::filesystem;
 
-class Export : public ::testing::Test {
+class Export : public SavedTest {
 protected:
     fs::path folder;
 
     void SetUp() override
     {
+        SavedTest::SetUp();
         char name[] = "/tmp/exportXXXXXX";
         folder = mkdtemp(name);
-        recording::reset();
-        savedControls = {recording::makeToken("counter"), recording::makeToken("Clear"),
-                         recording::makeToken("Write")};
         messageField = recording::makeToken("message");
-        segment.start = {0, 10, 20, 1};
-        segment.end = {0, 6, 20, 1};
-        sampleProfile();
     }
     void TearDown() override
     {
-        clearSavedProfiles(nullptr, nullptr, nullptr);
+        SavedTest::TearDown();
         fs::remove_all(folder);
     }
 
     static void save()
     {
-        saveCurrentProfile(nullptr, nullptr, nullptr);
+        SavedTest::save();
         calls.clear();
     }
     static void write() { writeSavedProfiles(nullptr, nullptr, nullptr); }
+    // What it has called last.
+    static std::vector<std::string> lastCalls(long count) { return {calls.end() - count, calls.end()}; }
     static std::string contents(const fs::path& path)
     {
         std::ostringstream text;
@@ -68,42 +61,22 @@ protected:
     }
 };
 
-TEST_F(Export, WritesAndEmptiesTheStore)
-{
-    save();
-    script.chosenPath = folder / "out.slk";
-    write();
-    EXPECT_THAT(contents(script.chosenPath),
-                StartsWith("ID;PKelvora Line Profile\nB;Y12;X8\nC;X1;Y1;K\"/images/"));
-    EXPECT_EQ(savedCount, 0);
-    std::vector<std::string> last(calls.end() - 4, calls.end());
-    EXPECT_THAT(last, ElementsAre("WMUpdateField(message)", "WMDisableField(Clear)", "WMDisableField(Write)",
-                                  "WMUpdateField(counter)"));
-    EXPECT_EQ(std::string(messageText), ("File " + script.chosenPath + " saved.").substr(0, 49));
-}
-
-TEST_F(Export, WarnsWhenThereIsNothingToWrite)
-{
-    takeCalls();
-    write();
-    EXPECT_THAT(calls, ElementsAre("WMShowWarning(\"No profiles have been saved\")"));
-}
-
 void Export::proposesOnce()
 {
+    const std::vector<std::string> always{"WMSetGetFileSrc(\"ZVE_DEF_DIR:\", \"SYLK_EXT:\")",
+                                          "WMSetCenterOnScreen(1)", chooser("/images")};
+    std::vector<std::string> first{"OrvelGenerateFileName(\"/images/cells.ome.tif\", \"PRF\", \"slk\")",
+                                   "OrvelIsADatabaseURI(\"/images/cells.ome.tif\")"};
+    first.insert(first.end(), always.begin(), always.end());
     save();
     write(); // cancelled
-    EXPECT_THAT(takeCalls(), ElementsAre("OrvelGenerateFileName(\"/images/cells.ome.tif\", \"PRF\", \"slk\")",
-                                         "OrvelIsADatabaseURI(\"/images/cells.ome.tif\")",
-                                         "WMSetGetFileSrc(\"ZVE_DEF_DIR:\", \"SYLK_EXT:\")",
-                                         "WMSetCenterOnScreen(1)", chooser("/images")));
+    EXPECT_EQ(calls, first);
     EXPECT_EQ(savedCount, 1);
     script.filename = "/elsewhere/b.tif";
-    clearSavedProfiles(nullptr, nullptr, nullptr);
+    clear();
     save();
     write();
-    EXPECT_THAT(takeCalls(), ElementsAre("WMSetGetFileSrc(\"ZVE_DEF_DIR:\", \"SYLK_EXT:\")",
-                                         "WMSetCenterOnScreen(1)", chooser("/images")));
+    EXPECT_EQ(calls, always);
 }
 
 void Export::proposesTheDataDirectory()
@@ -123,27 +96,48 @@ TEST_F(ExportDeathTest, ProposesFromTheFirstProfile)
     EXPECT_EXIT(inChild(proposesTheDataDirectory), ::testing::ExitedWithCode(0), "");
 }
 
+TEST_F(Export, WritesAndEmptiesTheStore)
+{
+    save();
+    script.chosenPath = folder / "out.slk";
+    write();
+    EXPECT_THAT(contents(script.chosenPath),
+                StartsWith("ID;PKelvora Line Profile\nB;Y12;X8\nC;X1;Y1;K\"/images/"));
+    EXPECT_EQ(savedCount, 0);
+    EXPECT_THAT(lastCalls(4), ElementsAre("WMUpdateField(message)", "WMDisableField(Clear)",
+                                          "WMDisableField(Write)", "WMUpdateField(counter)"));
+    EXPECT_EQ(std::string(messageText), ("File " + script.chosenPath + " saved.").substr(0, 49));
+}
+
+TEST_F(Export, WarnsWhenThereIsNothingToWrite)
+{
+    write();
+    EXPECT_THAT(calls, ElementsAre("WMShowWarning(\"No profiles have been saved\")"));
+}
+
 TEST_F(Export, AsksBeforeItOverwrites)
 {
     script.chosenPath = folder / "out.slk";
-    for (int confirm : {0, 1}) {
-        std::ofstream(script.chosenPath) << "old";
-        script.confirm = confirm;
-        save();
-        write();
-        EXPECT_THAT(calls, Contains("WMConfirm(\"File already exists.\nDo you want to Overwrite it?\")"));
-        EXPECT_EQ(contents(script.chosenPath) == "old", !confirm);
-        EXPECT_EQ(savedCount, confirm ? 0 : 1);
-    }
+    std::ofstream(script.chosenPath) << "old";
+    script.confirm = 0;
+    save();
+    write();
+    EXPECT_THAT(lastCalls(2),
+                ElementsAre("WMSetCenterOnScreen(1)",
+                            "WMConfirm(\"File already exists.\nDo you want to Overwrite it?\")"));
+    EXPECT_EQ(contents(script.chosenPath), "old");
+    EXPECT_EQ(savedCount, 1);
+    script.confirm = 1;
+    write();
+    EXPECT_NE(contents(script.chosenPath), "old");
+    EXPECT_EQ(savedCount, 0);
 }
 
 TEST_F(Export, AFileThatCannotBeOpenedKeepsTheStore)
 {
     save();
     script.chosenPath = folder / "missing" / "out.slk";
-    std::string message = messageText;
     write();
     EXPECT_EQ(savedCount, 1);
-    EXPECT_EQ(messageText, message);
     EXPECT_THAT(calls.back(), StartsWith("WMInlineFileChooser"));
 }

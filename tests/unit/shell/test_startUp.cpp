@@ -17,22 +17,27 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 
-// Start-up happens once: its calls are kept before the first test clears them.
+// Start-up happens once: what it has done is kept before the first test clears it.
 class StartUp : public RunningTool {
 protected:
-    static std::vector<std::string> startCalls;
+    static std::vector<std::string> startCalls, fontCalls;
+    static float startPixelSize;
 
     static void SetUpTestSuite()
     {
         recording::reset();
-        script.config = {
-            {"KV_APROF_SCALE_AUTO", "false"}
+        script.spacing[0] = 0.125f;
+        script.config = {{"KV_APROF_SCALE_AUTO", "false"}, {"TS_GRAPHICS_FONT", "10x20"}};
+        script.mainLoop = [] {
+            startCalls = calls;
+            startPixelSize = settings.pixelSize;
         };
-        script.mainLoop = [] { startCalls = calls; };
         RunningTool::SetUpTestSuite();
+        fontCalls = recording::callsOf({"IWGetConfig("});
     }
 };
-std::vector<std::string> StartUp::startCalls;
+std::vector<std::string> StartUp::startCalls, StartUp::fontCalls;
+float StartUp::startPixelSize;
 
 TEST_F(StartUp, GoesStepByStep)
 {
@@ -48,7 +53,7 @@ TEST_F(StartUp, GoesStepByStep)
         "WMInitMainWindow(\"Arbitrary Line Profile\")",
         "WMAdjustToFixedFont(0)",
         "WMAddInfoButton(\"Intensity Scaling\", 0)",
-        "WMAddOptionMenu(\"Autoscale|Constant Min/Max\", 1)",
+        "WMAddOptionMenu(\"Autoscale\", \"Constant Min/Max\", 1)",
         "WMSetOffset(10, 0, 0, 0)",
         "WMAddToggleButton(\"Show Peak FWHM\", 0)",
         "WMAddToolTip(\"Show the Full-Width Half-Max of the\nlargest peak in the view (microns)\")",
@@ -90,74 +95,60 @@ TEST_F(StartUp, GoesStepByStep)
     };
     EXPECT_THAT(startCalls, ElementsAreArray(expected));
     EXPECT_STREQ(messageText, "Define a line segment in the image window");
+    EXPECT_EQ(startPixelSize, 0.125f);
     EXPECT_EQ(toolWindow.toolShell, recording::widgets.at("shell"));
 }
 
-TEST_F(StartUp, TheAxesHaveTheirResources)
+TEST_F(StartUp, TheFirstExposeLoadsTheConfiguredFont)
 {
-    int orientation = 0;
-    Dimension width = 0, height = 0;
-    Widget scale = nullptr;
-    Boolean automatic = False, labels = False;
-    const ToolWindow& w = toolWindow;
-    XtVaGetValues(w.intensityScale, "xrtGaOrientation", &orientation, nullptr);
-    EXPECT_EQ(orientation, 1);
-    XtVaGetValues(w.distanceScale, "xrtGaOrientation", &orientation, XmNheight, &height, nullptr);
-    EXPECT_EQ(orientation, 2);
-    EXPECT_EQ(height, 8);
-    XtVaGetValues(w.intensityTicks, "xrtGaScale", &scale, XmNwidth, &width, "xrtGaAutomatic", &automatic,
-                  "xrtGaDrawLabels", &labels, nullptr);
-    EXPECT_EQ(scale, w.intensityScale);
-    EXPECT_EQ(width, 2);
-    EXPECT_TRUE(automatic && labels);
-    XtVaGetValues(w.distanceTicks, "xrtGaScale", &scale, XmNwidth, &width, nullptr);
-    EXPECT_EQ(scale, w.distanceScale);
-    EXPECT_EQ(width, 1);
+    EXPECT_THAT(fontCalls,
+                ElementsAre("IWGetConfig(\"KV_GRAPHICS_FONT\")", "IWGetConfig(\"TS_GRAPHICS_FONT\")"));
+    EXPECT_EQ(plot.lineHeight, 20);
 }
 
-TEST_F(StartUp, TicksAndScalesHaveTheirExtents)
+TEST_F(StartUp, ScalesAndTicksHaveTheirGeometry)
 {
+    const ToolWindow& w = toolWindow;
     const struct {
         Widget object;
         const char* resource;
         double expected;
     } cases[] = {
-        {toolWindow.intensityScale, "xrtGaMin",         0   },
-        {toolWindow.intensityTicks, "xrtGaLabelExtent", 0.4 },
-        {toolWindow.intensityTicks, "xrtGaInnerExtent", 1.0 },
-        {toolWindow.intensityTicks, "xrtGaOuterExtent", 0.85},
-        {toolWindow.distanceScale,  "xrtGaMin",         0   },
-        {toolWindow.distanceScale,  "xrtGaMax",         0   },
-        {toolWindow.distanceTicks,  "xrtGaLabelExtent", 1.5 },
-        {toolWindow.distanceTicks,  "xrtGaInnerExtent", 0   },
-        {toolWindow.distanceTicks,  "xrtGaOuterExtent", 0.8 },
+        {w.intensityScale, "xrtGaMin", 0},
+        {w.intensityTicks, "xrtGaLabelExtent", 0.4},
+        {w.intensityTicks, "xrtGaInnerExtent", 1.0},
+        {w.intensityTicks, "xrtGaOuterExtent", 0.85},
+        {w.distanceScale, "xrtGaMax", 0},
+        {w.distanceTicks, "xrtGaLabelExtent", 1.5},
+        {w.distanceTicks, "xrtGaInnerExtent", 0},
+        {w.distanceTicks, "xrtGaOuterExtent", 0.8},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(doubleResource(c.object, c.resource), c.expected) << c.resource;
+        EXPECT_EQ(valueOf<double>(c.object, c.resource), c.expected) << c.resource;
+    EXPECT_EQ(valueOf<int>(w.intensityScale, "xrtGaOrientation"), 1);
+    EXPECT_EQ(valueOf<Dimension>(w.intensityTicks, XmNwidth), 2);
+    EXPECT_EQ(valueOf<Dimension>(w.distanceScale, XmNheight), 8);
 }
 
 TEST_F(StartUp, TheAxesAreTiedToThePlot)
 {
+    const ToolWindow& w = toolWindow;
     const struct {
         Widget widget;
-        const char *attachment, *toName;
-        unsigned char kind;
-        Widget to;
+        const char* side;
+        unsigned char attachment;
     } cases[] = {
-        {toolWindow.distanceGauge,  XmNleftAttachment,   XmNleftWidget,   XmATTACH_WIDGET,
-         toolWindow.intensityGauge                                                                                 },
-        {toolWindow.distanceGauge,  XmNbottomAttachment, XmNbottomWidget, XmATTACH_FORM,   nullptr                 },
-        {toolWindow.distanceGauge,  XmNtopAttachment,    XmNtopWidget,    XmATTACH_NONE,   nullptr                 },
-        {toolWindow.intensityGauge, XmNbottomAttachment, XmNbottomWidget, XmATTACH_FORM,   nullptr                 },
-        {plot.plotArea,             XmNbottomAttachment, XmNbottomWidget, XmATTACH_WIDGET, toolWindow.distanceGauge},
+        {w.distanceGauge, XmNleftAttachment, XmATTACH_WIDGET},
+        {w.distanceGauge, XmNbottomAttachment, XmATTACH_FORM},
+        {w.distanceGauge, XmNtopAttachment, XmATTACH_NONE},
+        {w.intensityGauge, XmNbottomAttachment, XmATTACH_FORM},
+        {plot.plotArea, XmNbottomAttachment, XmATTACH_WIDGET},
     };
-    for (const auto& c : cases) {
-        unsigned char kind = 99;
-        Widget to = nullptr;
-        XtVaGetValues(c.widget, c.attachment, &kind, c.toName, &to, nullptr);
-        EXPECT_EQ(kind, c.kind) << c.attachment;
-        EXPECT_EQ(to, c.to) << c.attachment;
-    }
+    for (const auto& c : cases)
+        EXPECT_EQ(valueOf<unsigned char>(c.widget, c.side), c.attachment) << c.side;
+    EXPECT_EQ(valueOf<Widget>(w.distanceGauge, XmNleftWidget), w.intensityGauge);
+    EXPECT_EQ(valueOf<int>(w.intensityGauge, XmNbottomOffset), 24);
+    EXPECT_EQ(valueOf<Widget>(plot.plotArea, XmNbottomWidget), w.distanceGauge);
 }
 
 TEST_F(StartUp, ButtonsAreWired)
@@ -168,18 +159,22 @@ TEST_F(StartUp, ButtonsAreWired)
     EXPECT_EQ(actions.at("Write To File..."), writeSavedProfiles);
 }
 
-TEST_F(StartUp, ADisplayChangeSamplesAgain)
+TEST_F(StartUp, ChangesOfDisplayAndSettingsSampleAgain)
 {
     drag(10, 10, 20, 10);
     script.z = 4;
-    calls.clear();
-    WMDisplayChange change = {680, 1};
-    ProcDisChange(1, &change, nullptr);
-    EXPECT_THAT(calls, Contains("IMPosnZWTP(1, 4, 0, 0, 0)"));
-    calls.clear();
-    settings.scaleMode = 0;
-    actions.at("menu")(nullptr, nullptr, nullptr);
-    EXPECT_THAT(recording::callsOf({"IWS", "IMRdPas"}),
-                ElementsAre("IWSetConfigBoolean(\"KV_APROF_SCALE_AUTO\", 1)", "IWSaveUserConfig()",
-                            "IMRdPas(1, 11, 1, 10, 20, 10, 10)"));
+    const std::function<void()> changes[] = {
+        [] {
+            WMDisplayChange change = {680, 1};
+            ProcDisChange(1, &change, nullptr);
+        },
+        [] { actions.at("menu")(nullptr, nullptr, nullptr); },
+        [] { actions.at("Show Peak FWHM")(nullptr, nullptr, nullptr); },
+    };
+    for (const auto& change : changes) {
+        calls.clear();
+        change();
+        EXPECT_THAT(calls, Contains("IMPosnZWTP(1, 4, 0, 0, 0)"));
+        EXPECT_EQ(calls.back(), "IMRdPas(1, 11, 1, 10, 20, 10, 10)");
+    }
 }
