@@ -23,16 +23,16 @@ TEST(Fwhm, MeasuresWorkedPeaks)
         Samples samples;
         float expected;
     } cases[] = {
-        {"triangle",                 {0, 5, 10, 5, 0, 0, 0, 0, 0, 0, 0},           2},
-        {"first sample is highest",  {10, 2, 5, 2, 2, 2, 2, 2, 2, 2, 2},           1},
-        {"falling",                  {11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1},          0},
-        {"rising to the end",        {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10},           0},
-        {"flat",                     {4, 4, 4, 4, 4, 4, 4, 4, 4, 4, 4},            0},
-        {"earliest of equal maxima", {0, 8, 0, 0, 0, 0, 8, 8, 8, 0, 0},            1},
-        {"at the half level",        {0, 5, 5, 10, 5, 5, 0, 0, 0, 0, 0},           4},
-        {"plateau",                  {0, 0, 6, 6, 6, 6, 0, 0, 0, 0, 0},            4},
-        {"negative",                 {-9, -9, -1, -9, -9, -9, -9, -9, -9, -9, -9}, 1},
-        {"no left side",             {8, 9, 3, 3, 3, 3, 3, 3, 3, 3, 3},            0},
+        {"triangle", {0, 5, 10, 5, 0, 0, 0, 0, 0, 0, 0}, 2},
+        {"first sample is highest", {10, 2, 5, 2, 2, 2, 2, 2, 2, 2, 2}, 1},
+        {"falling", {11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1}, 0},
+        {"rising to the end", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, 0},
+        {"flat", {4, 4, 4, 4, 4, 4, 4, 4, 4, 4, 4}, 0},
+        {"earliest of equal maxima", {0, 8, 0, 0, 0, 0, 8, 8, 8, 0, 0}, 1},
+        {"at the half level", {0, 5, 5, 10, 5, 5, 0, 0, 0, 0, 0}, 4},
+        {"plateau", {0, 0, 6, 6, 6, 6, 0, 0, 0, 0, 0}, 4},
+        {"negative", {-9, -9, -1, -9, -9, -9, -9, -9, -9, -9, -9}, 1},
+        {"no left side", {8, 9, 3, 3, 3, 3, 3, 3, 3, 3, 3}, 0},
     };
     for (const auto& c : cases) {
         EXPECT_FLOAT_EQ(width(c.samples), c.expected) << c.name;
@@ -112,9 +112,9 @@ TEST(Fwhm, TextIsCutAtItsBuffer)
         float wavelength, fwhm;
         std::string expected;
     } cases[] = {
-        {528,   0.4317f,   "FWHM [528]: 0.4317 \xB5m"     },
-        {0,     12.34567f, "FWHM [0]: 12.3457 \xB5m"      },
-        {1e20f, 1,         "FWHM [100000002004087734272]:"},
+        {528, 0.4317f, "FWHM [528]: 0.4317 \xB5m"},
+        {0, 12.34567f, "FWHM [0]: 12.3457 \xB5m"},
+        {1e20f, 1, "FWHM [100000002004087734272]:"},
     };
     for (const auto& c : cases) {
         char text[fwhmTextSize];
