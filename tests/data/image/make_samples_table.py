@@ -13,36 +13,21 @@ import tempfile
 import numpy
 import tifffile
 
-COMPANION = "multifile-companion/multifile-Z%d.ome.tiff"
-CELLS = "181003_multi_pos_time_course_1_MMStack.ome.tif"
-
-# opened file: width height z w t p, spacing x y z (microns, 1 when unknown), calibrated, display colour indices
-IMAGES = [
-    ("neuron-4Ch.tiff", "502 623 1 4 1 1", "0.1241 0.1241 1", 1, "5 1 2 4"),
-    ("xyc_16bit__cell_dna_mts_actin.tif", "350 350 1 3 1 1", "0.132492 0.132492 0.5", 1, "6 5 3"),
-    ("xyzct-mitosis.tif", "171 196 5 2 3 1", "0.0885 0.0885 1", 1, "1 2"),
-    (CELLS, "256 256 1 1 10 2", "5.2304 5.2304 1", 1, "0"),
-    ("tubhiswt-2D/tubhiswt_C0.ome.tif", "512 512 1 2 1 1", "1 1 1", 0, "0 0"),
-    ("tubhiswt-2D/tubhiswt_C1.ome.tif", "512 512 1 2 1 1", "1 1 1", 0, "0 0"),
-    (COMPANION % 1, "18 24 5 1 1 1", "1 1 1", 0, "1"),
-    (COMPANION % 4, "18 24 5 1 1 1", "1 1 1", 0, "1"),
-    ("multifile-companion/multifile.companion.ome", "18 24 5 1 1 1", "1 1 1", 0, "1"),
-    ("multi-channel-z-series.ome.tiff", "439 167 5 3 1 1", "1 1 1", 0, "2 5 6"),
-    ("HE_example.tif", "1380 1484 1 3 1 1", "0.50008 0.50008 1", 1, "1 2 4"),
-]
+NEURON, CELL, MITOSIS = "neuron-4Ch.tiff", "xyc_16bit__cell_dna_mts_actin.tif", "xyzct-mitosis.tif"
+POSITIONS, SERIES = "181003_multi_pos_time_course_1_MMStack.ome.tif", "multi-channel-z-series.ome.tiff"
+TUBULIN, COMPANION = "tubhiswt-2D/tubhiswt_C%d.ome.tif", "multifile-companion/multifile-Z%d.ome.tiff"
+OPENED = (COMPANION % 1, COMPANION % 4, "multifile-companion/multifile.companion.ome")
 
 # opened file, (z, w, t, p), file that holds the plane, its page, sample
 SECTIONS = (
-    [("neuron-4Ch.tiff", (0, w, 0, 0), "neuron-4Ch.tiff", w, 0) for w in range(4)]
-    + [(IMAGES[1][0], (0, w, 0, 0), IMAGES[1][0], w, 0) for w in range(3)]
-    + [("xyzct-mitosis.tif", (z, w, t, 0), "xyzct-mitosis.tif", (t * 5 + z) * 2 + w, 0)
+    [(NEURON, (0, w, 0, 0), NEURON, w, 0) for w in range(4)]
+    + [(CELL, (0, w, 0, 0), CELL, w, 0) for w in range(3)]
+    + [(MITOSIS, (z, w, t, 0), MITOSIS, (t * 5 + z) * 2 + w, 0)
        for z, w, t in ((0, 0, 0), (0, 1, 0), (3, 0, 0), (4, 1, 1), (2, 0, 2))]
-    + [(CELLS, (0, 0, t, p), CELLS, 2 * t + p, 0) for t, p in ((0, 0), (0, 1), (4, 0), (9, 1))]
-    + [("tubhiswt-2D/tubhiswt_C%d.ome.tif" % o, (0, w, 0, 0), "tubhiswt-2D/tubhiswt_C%d.ome.tif" % w, 0, 0)
-       for o in (0, 1) for w in (0, 1)]
-    + [(o, (z, 0, 0, 0), COMPANION % (z + 1), 0, 0)
-       for o in (COMPANION % 1, COMPANION % 4, "multifile-companion/multifile.companion.ome") for z in (0, 2, 4)]
-    + [(IMAGES[9][0], (z, w, 0, 0), IMAGES[9][0], w * 5 + z, 0) for z, w in ((0, 0), (1, 0), (0, 1), (4, 2))]
+    + [(POSITIONS, (0, 0, t, p), POSITIONS, 2 * t + p, 0) for t, p in ((0, 0), (0, 1), (4, 0), (9, 1))]
+    + [(TUBULIN % o, (0, w, 0, 0), TUBULIN % w, 0, 0) for o in (0, 1) for w in (0, 1)]
+    + [(o, (z, 0, 0, 0), COMPANION % (z + 1), 0, 0) for o in OPENED for z in (0, 2, 4)]
+    + [(SERIES, (z, w, 0, 0), SERIES, w * 5 + z, 0) for z, w in ((0, 0), (1, 0), (0, 1), (4, 2))]
     + [("HE_example.tif", (0, w, 0, 0), "HE_example.tif", 0, w) for w in range(3)]
 )
 
@@ -57,20 +42,12 @@ def page(path, index):
         return tifffile.TiffFile(plain).pages[index].asarray()
 
 
-def main():
-    samples = sys.argv[1]
-    print("# Made by make_samples_table.py with tifffile.")
-    print("# image FILE width height z w t p spacing-x spacing-y spacing-z calibrated colours...")
-    for name, sizes, spacing, calibrated, colors in IMAGES:
-        print("image", name, sizes, spacing, calibrated, colors)
-    print("# section FILE z w t p min max sum  x y value  x y value  x y value")
-    for opened, section, name, index, sample in SECTIONS:
-        data = page(os.path.join(samples, name), index)
-        data = (data if data.ndim == 2 else data[:, :, sample]).astype(numpy.float64)
-        height, width = data.shape
-        points = [(0, 0), (width // 3, height // 2), (width - 1, height - 1)]
-        values = "  ".join("%d %d %g" % (x, y, data[y, x]) for x, y in points)
-        print("section", opened, *section, "%g %g %.0f " % (data.min(), data.max(), data.sum()), values)
-
-
-main()
+print("# Made by make_samples_table.py with tifffile.")
+print("# FILE z w t p min max sum  x y value  x y value  x y value")
+for opened, section, name, index, sample in SECTIONS:
+    data = page(os.path.join(sys.argv[1], name), index)
+    data = (data if data.ndim == 2 else data[:, :, sample]).astype(numpy.float64)
+    height, width = data.shape
+    points = [(0, 0), (width // 3, height // 2), (width - 1, height - 1)]
+    values = "  ".join("%d %d %g" % (x, y, data[y, x]) for x, y in points)
+    print(opened, *section, "%g %g %.0f " % (data.min(), data.max(), data.sum()), values)

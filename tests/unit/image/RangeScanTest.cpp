@@ -1,10 +1,12 @@
 // Ranges: found in the background, kept between runs, never spoilt by what is no number.
 #include "platform/image/RangeScan.h"
 #include "tests/unit/image/TestFiles.h"
+#include "tests/unit/imagewindow/FakeImage.h"
 
+#include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <gtest/gtest.h>
+#include <latch>
 #include <limits>
 #include <thread>
 
@@ -13,7 +15,13 @@ namespace fs = std::filesystem;
 
 class Ranges : public ::testing::Test {
 protected:
-    void SetUp() override { setenv("XDG_CACHE_HOME", (folder / "cache").c_str(), 1); }
+    void SetUp() override
+    {
+        setenv("XDG_CACHE_HOME", (folder / "cache").c_str(), 1);
+        spec.samples = 3;
+        spec.pages = 4;
+        image = writeAndOpen(folder / "r.tif", spec);
+    }
     void TearDown() override { unsetenv("XDG_CACHE_HOME"); }
     static std::vector<ValueRange> scanned(ImageFile& image)
     {
@@ -25,128 +33,99 @@ protected:
         EXPECT_EQ(scan.progress(), 1.0);
         return scan.ranges();
     }
-    static fs::path onlyFile(const fs::path& directory)
+    void expectTrueRanges()
     {
-        std::vector<fs::path> files;
-        for (const auto& entry : fs::directory_iterator(directory))
-            files.push_back(entry.path());
-        return files.size() == 1 ? files[0] : fs::path();
+        const std::vector<ValueRange> ranges = scanned(*image);
+        ASSERT_EQ(ranges.size(), 3u);
+        for (int w = 0; w < 3; ++w) {
+            std::vector<float> all;
+            for (int z = 0; z < spec.pages; ++z)
+                std::ranges::copy(readWhole(*image, {z, w, 0, 0}), std::back_inserter(all));
+            const ValueRange& range = ranges[static_cast<std::size_t>(w)];
+            EXPECT_TRUE(range.known);
+            EXPECT_EQ(range.min, std::ranges::min(all)) << w;
+            EXPECT_EQ(range.max, std::ranges::max(all)) << w;
+        }
+    }
+    // The only file in the cache.
+    fs::path entry() const
+    {
+        const fs::directory_iterator files(folder / "cache/kelvora/ranges");
+        EXPECT_EQ(std::distance(begin(files), end(files)), 1);
+        return fs::directory_iterator(folder / "cache/kelvora/ranges")->path();
     }
     TempFolder folder;
-};
-
-// Pixels and sections counted; otherwise the image it wraps.
-class CountingImage : public ImageFile {
-public:
-    explicit CountingImage(const fs::path& path) : image(ImageFile::open(path)) {}
-    const ImageInfo& info() const override { return image->info(); }
-    bool hasSection(const SectionIndex& s) const override { return image->hasSection(s); }
-    bool read(const SectionIndex& s, const PixelRect& r, std::span<float> out) override
-    {
-        return image->read(s, r, out);
-    }
-    bool readLevel(const SectionIndex& s, int level, const PixelRect& r, std::span<float> out) override
-    {
-        return image->readLevel(s, level, r, out);
-    }
-    std::optional<double> extendedHeader(const SectionIndex&, int) const override { return std::nullopt; }
-    std::string lastError() const override { return image->lastError(); }
-    bool valueRange(const SectionIndex& s, const std::stop_token& stop, float& min, float& max) override
-    {
-        ++sections;
-        return image->valueRange(s, stop, min, max);
-    }
-    std::atomic<int> sections = 0;
-
-private:
+    TiffSpec spec;
     std::unique_ptr<ImageFile> image;
 };
 
-TEST_F(Ranges, OverAllSectionsAndKept)
+TEST_F(Ranges, CoverAllSectionsAndAreKeptUntilTheFileChanges)
 {
-    TiffSpec spec;
-    spec.samples = 3;
-    spec.pages = 4;
-    writeTiff(folder / "r.tif", spec);
-    double min[3] = {1e9, 1e9, 1e9}, max[3] = {-1, -1, -1};
-    for (int i = 0; i < spec.width * spec.height * spec.pages * 3; ++i) {
-        const int s = i % 3, x = i / 3 % spec.width, y = i / 3 / spec.width % spec.height;
-        const double value = storedValue(spec, x, y, i / 3 / spec.width / spec.height, s);
-        min[s] = std::min(min[s], value);
-        max[s] = std::max(max[s], value);
-    }
-    for (const int expectedReads : {12, 0}) { // the second time from the cache
-        CountingImage image(folder / "r.tif");
-        const std::vector<ValueRange> ranges = scanned(image);
-        ASSERT_EQ(ranges.size(), 3u);
-        for (int w = 0; w < 3; ++w) {
-            EXPECT_TRUE(ranges[static_cast<std::size_t>(w)].known);
-            EXPECT_EQ(ranges[static_cast<std::size_t>(w)].min, min[w]);
-            EXPECT_EQ(ranges[static_cast<std::size_t>(w)].max, max[w]);
-        }
-        EXPECT_EQ(image.sections, expectedReads);
-    }
-    EXPECT_LT(fs::file_size(onlyFile(folder / "cache/kelvora/ranges")), 300u);
+    expectTrueRanges();
+    writeBytes(entry(), "kelvora-ranges 1\n3\n1 5 6\n1 5 7\n1 5 8\n");
+    EXPECT_EQ(scanned(*image)[2].max, 8) << "not from the cache";
+    fs::last_write_time(folder / "r.tif", fs::file_time_type::clock::now() + std::chrono::seconds(5));
+    expectTrueRanges();
 }
 
-TEST_F(Ranges, ChangedFileOrDamagedEntryIsScannedAgain)
+TEST_F(Ranges, DamagedEntriesAreScannedAgain)
 {
-    TiffSpec spec;
-    writeTiff(folder / "r.tif", spec);
-    CountingImage first(folder / "r.tif");
-    scanned(first);
-    writeBytes(onlyFile(folder / "cache/kelvora/ranges"), "kelvora-ranges 1\n1\n1 nonsense");
-    CountingImage second(folder / "r.tif");
-    scanned(second);
-    EXPECT_EQ(second.sections, 1);
-    fs::last_write_time(folder / "r.tif", fs::file_time_type::clock::now() + std::chrono::seconds(5));
-    CountingImage third(folder / "r.tif");
-    scanned(third);
-    EXPECT_EQ(third.sections, 1);
+    for (const char* const text :
+         {"", "kelvora-ranges 1\n3\n1 nonsense", "kelvora-ranges 1\n1\n1 5 6\n",
+          "kelvora-ranges 0\n3\n1 5 6\n1 5 6\n1 5 6\n", "kelvora-ranges 1\n3\n1 5 6\n1 5 6\n1 6 5\n"}) {
+        scanned(*image);
+        writeBytes(entry(), text);
+        expectTrueRanges();
+    }
 }
 
 TEST_F(Ranges, UnwritableCacheIsNoError)
 {
     writeBytes(folder / "cache", "a file where the folder should be");
-    TiffSpec spec;
-    writeTiff(folder / "r.tif", spec);
-    CountingImage image(folder / "r.tif");
-    EXPECT_TRUE(scanned(image)[0].known);
+    expectTrueRanges();
 }
 
 TEST_F(Ranges, NotANumberDoesNotCount)
 {
-    TiffSpec spec;
-    spec.kind = {"float", 32, 3, PixelType::Float32};
-    writeTiff(folder / "n.tif", spec);
+    TiffSpec real;
+    real.kind = floatKind;
+    writeTiff(folder / "n.tif", real);
     std::string bytes = readBytes(folder / "n.tif");
     const float odd[] = {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
                          -std::numeric_limits<float>::infinity()};
     // libtiff writes the first strip right behind the header.
     bytes.replace(8, sizeof odd, reinterpret_cast<const char*>(odd), sizeof odd);
     writeBytes(folder / "n.tif", bytes);
-    const auto image = ImageFile::open(folder / "n.tif");
-    const std::vector<float> pixels = readWhole(*image, {});
-    ASSERT_TRUE(pixels[0] != pixels[0]);
-    const std::vector<ValueRange> ranges = scanned(*image);
+    const auto file = ImageFile::open(folder / "n.tif");
+    const float first = firstPixel(*file, {});
+    ASSERT_TRUE(first != first);
+    const std::vector<ValueRange> ranges = scanned(*file);
     EXPECT_GE(ranges[0].min, -16.0f);
     EXPECT_LE(ranges[0].max, 16.0f);
     EXPECT_LT(ranges[0].min, ranges[0].max);
 }
 
-TEST_F(Ranges, StopsSoonAndPrefersTheSectionOnDisplay)
+TEST_F(Ranges, TheSectionOnDisplayComesNextAndStoppingIsSoon)
 {
-    TiffSpec spec;
-    spec.width = spec.height = 64;
-    spec.pages = 400;
-    writeTiff(folder / "s.tif", spec);
-    CountingImage image(folder / "s.tif");
+    viewertest::FakeImage endless(1, 1);
+    endless.description.sizeZ = 1 << 20;
+    std::latch asked(1), reached(1);
+    std::vector<int> seen;
+    endless.value = [&](const SectionIndex& section, int, int) {
+        asked.wait();
+        seen.push_back(section.z);
+        if (section.z == 77)
+            reached.count_down();
+        return 0.0f;
+    };
     {
-        RangeScan scan(image);
-        scan.prefer({399, 0, 0, 0});
-        scan.prefer({400, 0, 0, 0}); // not there: ignored
+        RangeScan scan(endless);
+        scan.prefer({77, 0, 0, 0});
+        scan.prefer({1 << 20, 0, 0, 0}); // not there: ignored
+        asked.count_down();
+        reached.wait();
     }
-    EXPECT_LT(image.sections, 400);
-    EXPECT_FALSE(fs::exists(folder / "cache/kelvora/ranges") &&
-                 !onlyFile(folder / "cache/kelvora/ranges").empty());
+    EXPECT_LE(std::ranges::find(seen, 77) - seen.begin(), 1);
+    EXPECT_LT(seen.size(), std::size_t{1} << 20);
+    EXPECT_FALSE(fs::exists(folder / "cache")) << "an unfinished scan is not kept";
 }

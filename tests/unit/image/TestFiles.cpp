@@ -3,18 +3,16 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <limits>
-#include <memory>
-#include <stdexcept>
 #include <tiffio.h>
 
 namespace fs = std::filesystem;
 
 double storedValue(const TiffSpec& spec, int x, int y, int page, int sample)
 {
+    if (spec.smooth)
+        return 2 * x + y;
     const std::uint32_t mixed =
         7919u * x + 104729u * y + 1299709u * (page + spec.firstPage) + 15485863u * sample;
     const int bits = std::min(spec.kind.bits, 24) - (spec.kind.format == 2 ? 1 : 0);
@@ -35,52 +33,46 @@ static std::uint16_t halfBits(double value)
                                       mantissa);
 }
 
-template<class T> static void put(std::vector<std::uint8_t>& out, T value)
+// The value as it is stored, in the low bits.
+static std::uint64_t bitsOf(const PixelKind& kind, double value)
 {
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(&value);
-    out.insert(out.end(), bytes, bytes + sizeof value);
+    if (kind.format != 3)
+        return static_cast<std::uint64_t>(static_cast<std::int64_t>(value));
+    return kind.bits == 16   ? halfBits(value)
+           : kind.bits == 32 ? std::bit_cast<std::uint32_t>(static_cast<float>(value))
+                             : std::bit_cast<std::uint64_t>(value);
 }
 
-static void putSample(std::vector<std::uint8_t>& out, const PixelKind& kind, double value)
-{
-    const bool real = kind.format == 3;
-    switch (kind.bits) {
-    case 8:
-        put(out, static_cast<std::uint8_t>(static_cast<int>(value)));
-        break;
-    case 16:
-        put(out, real ? halfBits(value) : static_cast<std::uint16_t>(static_cast<int>(value)));
-        break;
-    case 24: {
-        const auto bits = static_cast<std::uint32_t>(value);
-        out.insert(out.end(), {std::uint8_t(bits), std::uint8_t(bits >> 8), std::uint8_t(bits >> 16)});
-        break;
-    }
-    case 32:
-        put(out, real ? std::bit_cast<std::uint32_t>(static_cast<float>(value))
-                      : static_cast<std::uint32_t>(static_cast<std::int64_t>(value)));
-        break;
-    default:
-        put(out, real ? std::bit_cast<std::uint64_t>(value)
-                      : static_cast<std::uint64_t>(static_cast<std::int64_t>(value)));
-    }
-}
-
-// Packs values of fewer than 8 or of 9 to 15 bits, most significant bit first.
-struct BitPacker {
-    std::vector<std::uint8_t>& out;
+// Samples of whole bytes in the machine's order; others without a gap, the most significant bit first.
+struct Packer {
+    std::vector<std::uint8_t> data;
     unsigned pending = 0;
     int count = 0;
-    void add(unsigned value, int bits)
+
+    void add(std::uint64_t value, int bits)
+    {
+        if (bits % 8 == 0)
+            addBytes(value, bits / 8);
+        else
+            addBits(static_cast<unsigned>(value), bits);
+    }
+    void addBytes(std::uint64_t value, int bytes)
+    {
+        for (int i = 0; i < bytes; ++i) {
+            const int at = std::endian::native == std::endian::little ? i : bytes - 1 - i;
+            data.push_back(static_cast<std::uint8_t>(value >> (8 * at)));
+        }
+    }
+    void addBits(unsigned value, int bits)
     {
         pending = (pending << bits) | value;
         for (count += bits; count >= 8; count -= 8)
-            out.push_back(static_cast<std::uint8_t>(pending >> (count - 8)));
+            data.push_back(static_cast<std::uint8_t>(pending >> (count - 8)));
     }
     void finishRow()
     {
         if (count > 0)
-            add(0, 8 - count);
+            addBits(0, 8 - count);
         pending = 0;
     }
 };
@@ -89,21 +81,16 @@ struct BitPacker {
 static std::vector<std::uint8_t> blockData(const TiffSpec& spec, int x0, int y0, int width, int height,
                                            int page, int plane)
 {
-    const bool packed = spec.kind.bits != 8 && spec.kind.bits < 16;
-    std::vector<std::uint8_t> data;
-    BitPacker packer{data};
+    Packer packer;
     for (int y = y0; y < y0 + height; ++y) {
         for (int x = x0; x < x0 + width; ++x)
             for (int s = 0; s < (spec.planar ? 1 : spec.samples); ++s) {
                 const double value = storedValue(spec, x, y, page, spec.planar ? plane : s);
-                if (packed)
-                    packer.add(static_cast<unsigned>(value), spec.kind.bits);
-                else
-                    putSample(data, spec.kind, value);
+                packer.add(bitsOf(spec.kind, value), spec.kind.bits);
             }
         packer.finishRow();
     }
-    return data;
+    return packer.data;
 }
 
 using Tiff = std::unique_ptr<TIFF, void (*)(TIFF*)>;
@@ -114,15 +101,15 @@ static void require(bool good)
         throw std::runtime_error("libtiff could not write the test file");
 }
 
-static void writeBlocks(TIFF* tiff, const TiffSpec& spec, int width, int height, int page)
+static void writeBlocks(TIFF* tiff, const TiffSpec& spec, int page)
 {
-    const int blockWidth = spec.tile ? spec.tile : width,
+    const int blockWidth = spec.tile ? spec.tile : spec.width,
               blockHeight = spec.tile ? spec.tile : spec.rowsPerStrip;
     std::uint32_t block = 0;
     for (int plane = 0; plane < (spec.planar ? spec.samples : 1); ++plane)
-        for (int y = 0; y < height; y += blockHeight)
-            for (int x = 0; x < width; x += blockWidth, ++block) {
-                const int rows = spec.tile ? blockHeight : std::min(blockHeight, height - y);
+        for (int y = 0; y < spec.height; y += blockHeight)
+            for (int x = 0; x < spec.width; x += blockWidth, ++block) {
+                const int rows = spec.tile ? blockHeight : std::min(blockHeight, spec.height - y);
                 auto data = blockData(spec, x, y, blockWidth, rows, page, plane);
                 const auto size = static_cast<tmsize_t>(data.size());
                 require((spec.tile ? TIFFWriteEncodedTile(tiff, block, data.data(), size)
@@ -130,18 +117,16 @@ static void writeBlocks(TIFF* tiff, const TiffSpec& spec, int width, int height,
             }
 }
 
-static void setTags(TIFF* tiff, const TiffSpec& spec, int width, int height)
+static void setTags(TIFF* tiff, const TiffSpec& spec)
 {
-    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, width);
-    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, height);
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, spec.width);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, spec.height);
     TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, spec.kind.bits);
     TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT, spec.kind.format);
     TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, spec.samples);
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, spec.planar ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
-    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC,
-                 spec.photometric >= 0 ? spec.photometric
-                 : spec.samples == 3   ? 2
-                                       : 1);
+    const int usual = spec.samples == 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK;
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, spec.photometric >= 0 ? spec.photometric : usual);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, spec.compression);
     TIFFSetField(tiff, TIFFTAG_FILLORDER, spec.fillOrder);
     if (spec.predictor != 1)
@@ -161,54 +146,67 @@ static void setTags(TIFF* tiff, const TiffSpec& spec, int width, int height)
     }
 }
 
-void writeTiff(const fs::path& path, const TiffSpec& spec)
+static void writePage(TIFF* tiff, const TiffSpec& spec, int page)
 {
-    const std::string mode = std::string("w") + (spec.bigEndian ? "b" : "l") + (spec.bigTiff ? "8" : "");
-    const Tiff tiff(TIFFOpen(path.c_str(), mode.c_str()), TIFFClose);
-    require(tiff != nullptr);
-    for (int page = 0; page < spec.pages; ++page) {
-        setTags(tiff.get(), spec, spec.width, spec.height);
-        if (page == 0 && !spec.description.empty())
-            TIFFSetField(tiff.get(), TIFFTAG_IMAGEDESCRIPTION, spec.description.c_str());
-        std::vector<std::uint64_t> offsets(spec.reducedWidths.size());
-        if (!offsets.empty())
-            TIFFSetField(tiff.get(), TIFFTAG_SUBIFD, static_cast<int>(offsets.size()), offsets.data());
-        writeBlocks(tiff.get(), spec, spec.width, spec.height, page);
-        require(TIFFWriteDirectory(tiff.get()));
-        for (const int width : spec.reducedWidths) {
-            const int height = spec.height * width / spec.width;
-            setTags(tiff.get(), spec, width, height);
-            TIFFSetField(tiff.get(), TIFFTAG_SUBFILETYPE, FILETYPE_REDUCEDIMAGE);
-            writeBlocks(tiff.get(), spec, width, height, page);
-            require(TIFFWriteDirectory(tiff.get()));
-        }
+    setTags(tiff, spec);
+    if (page == 0 && !spec.description.empty())
+        TIFFSetField(tiff, TIFFTAG_IMAGEDESCRIPTION, spec.description.c_str());
+    std::vector<std::uint64_t> offsets(spec.reducedWidths.size());
+    if (!offsets.empty())
+        TIFFSetField(tiff, TIFFTAG_SUBIFD, static_cast<int>(offsets.size()), offsets.data());
+    writeBlocks(tiff, spec, page);
+    require(TIFFWriteDirectory(tiff));
+    TiffSpec reduced = spec;
+    for (const int width : spec.reducedWidths) {
+        reduced.width = width;
+        reduced.height = spec.height * width / spec.width;
+        setTags(tiff, reduced);
+        TIFFSetField(tiff, TIFFTAG_SUBFILETYPE, FILETYPE_REDUCEDIMAGE);
+        writeBlocks(tiff, reduced, page);
+        require(TIFFWriteDirectory(tiff));
     }
 }
 
-TempFolder::TempFolder()
+void writeTiff(const fs::path& path, const TiffSpec& spec)
 {
-    std::string name = (fs::temp_directory_path() / "image-test-XXXXXX").string();
-    if (!mkdtemp(name.data()))
-        throw std::runtime_error("no temporary folder");
-    path = name;
+    const std::string order = spec.bigEndian ? "b" : "l", mode = spec.append ? "a" : "w";
+    const Tiff tiff(TIFFOpen(path.c_str(), (mode + order + (spec.bigTiff ? "8" : "")).c_str()), TIFFClose);
+    require(tiff != nullptr);
+    for (int page = 0; page < spec.pages; ++page)
+        writePage(tiff.get(), spec, page);
 }
 
-TempFolder::~TempFolder()
+std::unique_ptr<image::ImageFile> writeAndOpen(const fs::path& path, const TiffSpec& spec)
 {
-    std::error_code ignored;
-    fs::remove_all(path, ignored);
+    writeTiff(path, spec);
+    return image::ImageFile::open(path);
 }
 
-std::string readBytes(const fs::path& path)
+template<class T> static T numberAt(const std::string& bytes, std::size_t at)
 {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    T value;
+    std::memcpy(&value, bytes.data() + at, sizeof value);
+    return value;
 }
 
-void writeBytes(const fs::path& path, std::string_view bytes)
+bool overwriteTag(std::string& bytes, int tag, std::uint32_t value)
 {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    constexpr std::uint16_t asLong = 4;
+    const std::size_t directory = numberAt<std::uint32_t>(bytes, 4), first = directory + 2;
+    const std::size_t end = first + 12u * numberAt<std::uint16_t>(bytes, directory);
+    for (std::size_t entry = first; entry < end; entry += 12)
+        if (numberAt<std::uint16_t>(bytes, entry) == tag) {
+            std::memcpy(&bytes[entry + 2], &asLong, 2);
+            std::memcpy(&bytes[entry + 8], &value, 4);
+            return true;
+        }
+    return false;
+}
+
+std::array<int, 4> sizesOf(const image::ImageFile& image)
+{
+    const image::ImageInfo& info = image.info();
+    return {info.sizeZ, info.sizeW, info.sizeT, info.sizeP};
 }
 
 std::vector<float> readWhole(image::ImageFile& image, const image::SectionIndex& section)
@@ -220,6 +218,12 @@ std::vector<float> readWhole(image::ImageFile& image, const image::SectionIndex&
     return pixels;
 }
 
+float firstPixel(image::ImageFile& image, const image::SectionIndex& section)
+{
+    float value = 0;
+    return image.read(section, {0, 0, 0, 0}, {&value, 1}) ? value : std::numeric_limits<float>::quiet_NaN();
+}
+
 std::string openFailure(const fs::path& path)
 {
     try {
@@ -228,10 +232,4 @@ std::string openFailure(const fs::path& path)
     } catch (const image::ImageError& error) {
         return error.what();
     }
-}
-
-float firstPixel(image::ImageFile& image, const image::SectionIndex& section)
-{
-    float value = 0;
-    return image.read(section, {0, 0, 0, 0}, {&value, 1}) ? value : std::numeric_limits<float>::quiet_NaN();
 }

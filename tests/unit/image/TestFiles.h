@@ -1,11 +1,10 @@
-// Small TIFF files with known pixels, written with libtiff into a folder that goes away with the test.
+// Small TIFF files with known pixels, written with libtiff.
 #pragma once
 
 #include "platform/image/ImageFile.h"
+#include "tests/unit/image/TempFolder.h"
 
-#include <filesystem>
-#include <string>
-#include <string_view>
+#include <array>
 #include <vector>
 
 // How a sample is stored; format as TIFF's SampleFormat: 1 unsigned, 2 signed, 3 float.
@@ -18,6 +17,7 @@ struct PixelKind {
 inline constexpr PixelKind bitKind = {"bit", 1, 1, image::PixelType::Bit};
 inline constexpr PixelKind byteKind = {"uint8", 8, 1, image::PixelType::UInt8};
 inline constexpr PixelKind wordKind = {"uint16", 16, 1, image::PixelType::UInt16};
+inline constexpr PixelKind floatKind = {"float", 32, 3, image::PixelType::Float32};
 
 struct TiffSpec {
     PixelKind kind = wordKind;
@@ -27,38 +27,32 @@ struct TiffSpec {
     int rowsPerStrip = 8;                                 // of strips
     int compression = 1, predictor = 1, photometric = -1; // -1: black is zero, or RGB for three samples
     int fillOrder = 1;
+    bool smooth = false;                 // the pixels are a slope, for lossy compression
     int firstPage = 0;                   // number of the first page in the formula of the pixels
+    bool append = false;                 // to the pages of an existing file
     std::string description = {};        // of the first page
     float resolution = 0;                // pixels per unit; 0: none
     std::vector<int> reducedWidths = {}; // of sub-directories with smaller copies of each page
 };
 
 // The stored value of a pixel: a different one for each neighbour, page and sample, and exact as a float.
-double storedValue(const TiffSpec& spec, int x, int y, int page, int sample);
+double storedValue(const TiffSpec& spec, int x, int y, int page = 0, int sample = 0);
 
 // Throws std::runtime_error when libtiff cannot write it.
 void writeTiff(const std::filesystem::path& path, const TiffSpec& spec);
+std::unique_ptr<image::ImageFile> writeAndOpen(const std::filesystem::path& path, const TiffSpec& spec);
 
-class TempFolder {
-public:
-    TempFolder();
-    ~TempFolder();
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-    std::filesystem::path operator/(const std::string& name) const { return path / name; }
+// Overwrites an entry of the first directory of a little-endian file. False when it has no such entry.
+bool overwriteTag(std::string& bytes, int tag, std::uint32_t value);
 
-private:
-    std::filesystem::path path;
-};
-
-std::string readBytes(const std::filesystem::path& path);
-void writeBytes(const std::filesystem::path& path, std::string_view bytes);
+// z, w, t, p.
+std::array<int, 4> sizesOf(const image::ImageFile& image);
 
 // The whole section; empty when it cannot be read.
 std::vector<float> readWhole(image::ImageFile& image, const image::SectionIndex& section);
 
-// The message that opening the file throws; empty when it opens.
-std::string openFailure(const std::filesystem::path& path);
-
 // First pixel of a section; NaN when it cannot be read.
 float firstPixel(image::ImageFile& image, const image::SectionIndex& section);
+
+// The message that opening the file throws; empty when it opens.
+std::string openFailure(const std::filesystem::path& path);
