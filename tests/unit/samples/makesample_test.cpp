@@ -1,151 +1,137 @@
 // Pixels, layout and files of the variants, read back and compared with the ramp that the help text promises.
+#include "tests/unit/image/TestFiles.h"
 #include "tests/unit/samples/SampleRun.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <tiffio.h>
 
-#include <fstream>
-#include <set>
-
 using namespace sampletest;
+using image::ImageFile;
+using image::PixelType;
 using testing::ElementsAre;
+using testing::FloatNear;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace {
 
-const std::string small = "--size 37x29 --z 3 --time 2 ";
+const std::string small = "--size 37x29 --z 3 --time 2 --pattern ramp ";
 
-double stored(long v, const std::string& type)
-{
-    if (type == "bit")
-        return static_cast<double>(v % 2);
-    if (type == "uint8")
-        return static_cast<double>(v % 256);
-    if (type == "int8")
-        return static_cast<double>(v % 256 - 128);
-    if (type == "uint16")
-        return static_cast<double>(v % 65536);
-    if (type == "int16")
-        return static_cast<double>(v % 32768 - 100);
-    if (type == "uint32")
-        return static_cast<double>(v % 1048576 + 70000);
-    if (type == "int32")
-        return static_cast<double>(v % 1048576 - 100);
-    return static_cast<double>(v % 1048576) / 4 - 100;
-}
-
-struct Index {
-    int z = 0, c = 0, t = 0, p = 0;
-    auto operator<=>(const Index&) const = default;
+// A ramp's number n is stored as n % modulus * factor + shift.
+constexpr struct StoredType {
+    const char* name;
+    PixelType type;
+    long modulus;
+    double factor, shift;
+} types[] = {
+    {"bit", PixelType::Bit, 2, 1, 0},
+    {"uint8", PixelType::UInt8, 256, 1, 0},
+    {"int8", PixelType::Int8, 256, 1, -128},
+    {"uint16", PixelType::UInt16, 65536, 1, 0},
+    {"int16", PixelType::Int16, 32768, 1, -100},
+    {"uint32", PixelType::UInt32, 1 << 20, 1, 70000},
+    {"int32", PixelType::Int32, 1 << 20, 1, -100},
+    {"float", PixelType::Float32, 1 << 20, 0.25, -100},
+    {"double", PixelType::Float64, 1 << 20, 0.25, -100},
 };
 
-long ramp(int x, int y, const Index& i)
+// How many pixels of a section, or of a reduced copy of it, differ from the ramp.
+int wrongPixels(ImageFile& image, const image::SectionIndex& at, int level = 0)
 {
-    return x + 11L * y + 101L * i.z + 1009L * i.c + 10007L * i.t + 20011L * i.p;
-}
-
-// How many pixels differ from the ramp; a pixel of the image is `step` pixels of the ramp.
-int wrongPixels(const Pixels& pixels, const Index& index, const std::string& type, int step = 1)
-{
+    const StoredType& stored = *std::ranges::find(types, image.info().pixelType, &StoredType::type);
+    const int width = image.levelWidth(level), height = image.levelHeight(level);
+    std::vector<float> pixels(static_cast<std::size_t>(width) * height);
+    EXPECT_TRUE(image.readLevel(at, level, {0, 0, width - 1, height - 1}, pixels)) << image.lastError();
     int wrong = 0;
-    for (int y = 0; y < pixels.height; ++y) {
-        for (int x = 0; x < pixels.width; ++x) {
-            for (int s = 0; s < pixels.samples; ++s) {
-                Index at = index;
-                at.c += s;
-                wrong += pixels.at(x, y, s) != stored(ramp(x * step, y * step, at), type);
-            }
-        }
+    for (int i = 0; i < width * height; ++i) {
+        const long x = (i % width) << level, y = (i / width) << level;
+        const long n = x + 11 * y + 101L * at.z + 1009L * at.w + 10007L * at.t + 20011L * at.p;
+        wrong += pixels[static_cast<std::size_t>(i)] != n % stored.modulus * stored.factor + stored.shift;
     }
     return wrong;
 }
 
-// Follows every TiffData of an image to its plane and checks the pixels there; returns the planes found.
-std::set<Index> checkPlanes(const Folder& folder, pugi::xml_node ome, const std::string& self)
+int wrongPixels(ImageFile& image)
 {
-    std::set<Index> found;
-    int position = 0;
-    for (pugi::xml_node image : ome.children("Image")) {
-        const pugi::xml_node pixels = image.child("Pixels");
-        for (pugi::xml_node data : pixels.children("TiffData")) {
-            const Index at{data.attribute("FirstZ").as_int(-1), data.attribute("FirstC").as_int(-1),
-                           data.attribute("FirstT").as_int(-1), position};
-            const std::string file = data.child("UUID").attribute("FileName").as_string(self.c_str());
-            const Pixels plane = readPixels(folder / file, data.attribute("IFD").as_int(-1));
-            EXPECT_EQ(plane.width, pixels.attribute("SizeX").as_int());
-            EXPECT_EQ(plane.height, pixels.attribute("SizeY").as_int());
-            EXPECT_EQ(wrongPixels(plane, at, pixels.attribute("Type").as_string()), 0) << file;
-            found.insert(at);
-        }
-        ++position;
-    }
-    return found;
+    const image::ImageInfo& info = image.info();
+    int wrong = 0;
+    for (int p = 0; p < info.sizeP; ++p)
+        for (int t = 0; t < info.sizeT; ++t)
+            for (int w = 0; w < info.sizeW; ++w)
+                for (int z = 0; z < info.sizeZ; ++z)
+                    wrong += wrongPixels(image, {z, w, t, p});
+    return wrong;
 }
 
 struct Variant {
-    const char* options;
-    std::size_t planes = 12, files = 1; // small has 3 sections and 2 time points; 2 channels by default
+    std::string options;
+    int channels = 2, positions = 1;
+    std::size_t files = 1;
 };
 
-void PrintTo(const Variant& variant, std::ostream* out)
+// Makes the variant and opens the first and the last file of it: each is to be the whole image.
+void expectRamp(const Variant& variant, PixelType type = PixelType::UInt16)
 {
-    *out << variant.options;
+    SCOPED_TRACE(variant.options);
+    const TempFolder folder;
+    const std::string channels = variant.channels == 2 ? "--channels 2 " : "";
+    const Outcome made = makeSample(folder, small + channels + "a.ome.tif " + variant.options);
+    ASSERT_EQ(made.status, 0) << made.errors;
+    const std::vector<std::string> names = namesIn(folder);
+    EXPECT_EQ(names.size(), variant.files);
+    for (const std::string& name : {names.front(), names.back()}) {
+        const auto image = ImageFile::open(folder / name);
+        EXPECT_THAT(sizesOf(*image), ElementsAre(3, variant.channels, 2, variant.positions));
+        EXPECT_EQ(std::pair(image->info().width, image->info().height), std::pair(37, 29));
+        EXPECT_EQ(image->info().pixelType, type);
+        EXPECT_EQ(wrongPixels(*image), 0) << name;
+    }
 }
-
-class Variants : public testing::TestWithParam<Variant> {};
 
 } // namespace
 
-TEST_P(Variants, HoldTheRampInEveryPlane)
+TEST(Variants, PixelTypesInBothByteOrders)
 {
-    const Folder folder;
-    const Variant& v = GetParam();
-    const bool rgb = std::string(v.options).find("rgb") != std::string::npos;
-    const Outcome made =
-        makeSample(folder, small + (rgb ? "" : "--channels 2 ") + "--pattern ramp a.ome.tif " + v.options);
-    ASSERT_EQ(made.status, 0) << made.errors;
-    const std::vector<std::string> names = folder.names();
-    EXPECT_EQ(names.size(), v.files);
-    const bool companion = names.front() == "a.companion.ome";
-    pugi::xml_document document;
-    const pugi::xml_node ome = parseOme(
-        companion ? bytesOf(folder / names.front()) : readDescription(folder / names.front()), document);
-    EXPECT_EQ(checkPlanes(folder, ome, names.front()).size(), v.planes);
+    for (const StoredType& stored : types)
+        for (const char* const order : {"", " --big-endian"})
+            expectRamp({std::string("--pixel-type ") + stored.name + order}, stored.type);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    PixelTypes, Variants,
-    testing::Values(Variant{"--pixel-type bit"}, Variant{"--pixel-type uint8"}, Variant{"--pixel-type int8"},
-                    Variant{"--pixel-type uint16"}, Variant{"--pixel-type int16"},
-                    Variant{"--pixel-type uint32"}, Variant{"--pixel-type int32"},
-                    Variant{"--pixel-type float"}, Variant{"--pixel-type double"},
-                    Variant{"--pixel-type bit --compression fax4"},
-                    Variant{"--pixel-type bit --compression fax3 --rows-per-strip 5"},
-                    Variant{"--pixel-type uint16 --big-endian"}, Variant{"--pixel-type int32 --big-endian"},
-                    Variant{"--pixel-type float --big-endian"}, Variant{"--pixel-type double --big-endian"}));
+TEST(Variants, LayoutsAndCompressions)
+{
+    for (const char* const options :
+         {"--bigtiff", "--bigtiff --big-endian --tile 16", "--tile 64", "--rows-per-strip 1",
+          "--rows-per-strip 7 --compression none", "--rows-per-strip 500", "--compression lzw",
+          "--compression lzw --big-endian", "--compression packbits", "--compression zstd --no-predictor",
+          "--compression lzma", "--pyramid 2"})
+        expectRamp({options});
+    for (const char* const options :
+         {"--tile 16", "--compression fax4", "--compression fax3 --rows-per-strip 5"})
+        expectRamp({std::string("--pixel-type bit ") + options}, PixelType::Bit);
+    for (const char* const options : {"--rgb", "--planar-rgb", "--planar-rgb --tile 32 --big-endian"})
+        expectRamp({options, 3});
+    for (const char* const options : {"--tile 16", "--compression webp"})
+        expectRamp({std::string("--rgb --pixel-type uint8 ") + options, 3}, PixelType::UInt8);
+}
 
-INSTANTIATE_TEST_SUITE_P(
-    Layouts, Variants,
-    testing::Values(Variant{"--bigtiff"}, Variant{"--bigtiff --big-endian --tile 16"}, Variant{"--tile 64"},
-                    Variant{"--tile 16 --pixel-type bit"}, Variant{"--rows-per-strip 1"},
-                    Variant{"--rows-per-strip 7 --compression none"}, Variant{"--rows-per-strip 500"},
-                    Variant{"--compression lzw"}, Variant{"--compression lzw --big-endian"},
-                    Variant{"--compression packbits"}, Variant{"--compression zstd --no-predictor"},
-                    Variant{"--compression lzma"}, Variant{"--pyramid 2"}, Variant{"--rgb", 6},
-                    Variant{"--rgb --tile 16 --pixel-type uint8", 6},
-                    Variant{"--rgb --compression webp --pixel-type uint8", 6}, Variant{"--planar-rgb", 6},
-                    Variant{"--planar-rgb --tile 32 --big-endian", 6}));
-
-INSTANTIATE_TEST_SUITE_P(Files, Variants,
-                         testing::Values(Variant{"--positions 2", 24}, Variant{"--split channel", 12, 2},
-                                         Variant{"--split z --order XYZCT", 12, 3},
-                                         Variant{"--split time --order XYTCZ", 12, 2},
-                                         Variant{"--split position --positions 3", 36, 3},
-                                         Variant{"--files 5", 12, 5}, Variant{"--companion", 12, 2},
-                                         Variant{"--companion --split z --positions 2", 24, 4},
-                                         Variant{"--order XYZTC"}, Variant{"--order XYCTZ --no-planes"}));
+TEST(Variants, FilesAndOrders)
+{
+    for (const Variant& variant : {
+             Variant{"--positions 2", 2, 2},
+             Variant{"--split channel", 2, 1, 2},
+             Variant{"--split z --order XYZCT", 2, 1, 3},
+             Variant{"--split time --order XYTCZ", 2, 1, 2},
+             Variant{"--split position --positions 3", 2, 3, 3},
+             Variant{"--files 5", 2, 1, 5},
+             Variant{"--companion", 2, 1, 2},
+             Variant{"--companion --split z --positions 2", 2, 2, 4},
+             Variant{"--order XYZTC"},
+             Variant{"--order XYCTZ --no-planes"},
+             Variant{"--order XYTZC --no-tiffdata"},
+         })
+        expectRamp(variant);
+}
 
 TEST(Layout, TagsFollowTheOptions)
 {
@@ -165,12 +151,10 @@ TEST(Layout, TagsFollowTheOptions)
         {"--compression zstd", TIFFTAG_COMPRESSION, COMPRESSION_ZSTD, false},
         {"--compression jpeg --pixel-type uint8", TIFFTAG_COMPRESSION, COMPRESSION_JPEG, false},
         {"--planar-rgb", TIFFTAG_PLANARCONFIG, PLANARCONFIG_SEPARATE, false},
-        {"--rgb", TIFFTAG_SAMPLESPERPIXEL, 3, false},
-        {"--pixel-type int8", TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_INT, false},
     };
     for (const auto& row : rows) {
-        const Folder folder;
-        ASSERT_EQ(makeSample(folder, small + "--pattern ramp a.tif " + row.options).status, 0) << row.options;
+        const TempFolder folder;
+        ASSERT_EQ(makeSample(folder, small + "a.tif " + row.options).status, 0) << row.options;
         TIFF* tiff = TIFFOpen((folder / "a.tif").c_str(), "r");
         ASSERT_NE(tiff, nullptr);
         std::uint32_t wide = 0;
@@ -189,60 +173,62 @@ TEST(Layout, HeaderTellsByteOrderAndSize)
                                                         {"--bigtiff", {'I', 'I', 43, 0}},
                                                         {"--bigtiff --big-endian", {'M', 'M', 0, 43}}};
     for (const auto& [options, header] : rows) {
-        const Folder folder;
-        ASSERT_EQ(makeSample(folder, small + "--pattern planes a.tif " + options).status, 0);
-        EXPECT_EQ(bytesOf(folder / "a.tif").substr(0, 4), header) << options;
+        const TempFolder folder;
+        ASSERT_EQ(makeSample(folder, small + "a.tif " + options).status, 0);
+        EXPECT_EQ(readBytes(folder / "a.tif").substr(0, 4), header) << options;
     }
 }
 
 TEST(Layout, PyramidLevelsHoldTheRampOfTheTopLeftPixels)
 {
-    const Folder folder;
-    ASSERT_EQ(
-        makeSample(folder, small + "--pattern ramp --channels 2 --pyramid 2 --tile 16 a.ome.tif").status, 0);
+    const TempFolder folder;
+    ASSERT_EQ(makeSample(folder, small + "--channels 2 --pyramid 2 --tile 16 a.ome.tif").status, 0);
+    const auto image = ImageFile::open(folder / "a.ome.tif");
+    ASSERT_EQ(image->levelCount(), 3);
     for (int level = 0; level <= 2; ++level) {
-        const Pixels pixels = readPixels(folder / "a.ome.tif", 5, level); // z 2, c 1, t 0
-        EXPECT_EQ(pixels.width, 37 >> level);
-        EXPECT_EQ(pixels.height, 29 >> level);
-        EXPECT_EQ(wrongPixels(pixels, {2, 1, 0, 0}, "uint16", 1 << level), 0) << level;
+        EXPECT_EQ(image->levelWidth(level), 37 >> level);
+        EXPECT_EQ(image->levelHeight(level), 29 >> level);
+        EXPECT_EQ(wrongPixels(*image, {2, 1, 0, 0}, level), 0) << level;
     }
 }
 
 TEST(Layout, LossyJpegStaysCloseToConstantPlanes)
 {
-    const Folder folder;
-    ASSERT_EQ(makeSample(folder, small +
-                                     "--pattern planes --channels 2 --pixel-type uint8 --compression jpeg "
-                                     "--tile 16 a.ome.tif")
-                  .status,
-              0);
-    const Pixels pixels = readPixels(folder / "a.ome.tif", 3); // z 1, c 1
-    for (double value : pixels.values)
+    const TempFolder folder;
+    const std::string options = "--size 37x29 --pattern planes --channels 2 --pixel-type uint8 ";
+    ASSERT_EQ(makeSample(folder, options + "--compression jpeg --tile 16 a.ome.tif").status, 0);
+    const auto image = ImageFile::open(folder / "a.ome.tif");
+    const std::vector<float> pixels = readWhole(*image, {1, 1, 0, 0});
+    ASSERT_FALSE(pixels.empty()) << image->lastError();
+    for (const float value : pixels)
         ASSERT_NEAR(value, (101 + 1009) % 256, 2);
 }
 
-TEST(ImageJ, CountsAndPlaneOrder)
+TEST(ImageJ, HyperstackWithItsColoursAndRanges)
 {
     for (const std::string endian : {"", "--big-endian"}) {
-        const Folder folder;
-        ASSERT_EQ(makeSample(folder, small + "--pattern ramp --channels 2 --imagej a.tif " + endian).status,
-                  0);
+        const TempFolder folder;
+        ASSERT_EQ(makeSample(folder, small + "--channels 2 --imagej a.tif " + endian).status, 0);
         const std::string text = readDescription(folder / "a.tif");
-        for (const char* line :
-             {"ImageJ=", "\nimages=12\n", "\nchannels=2\n", "\nslices=3\n", "\nframes=2\n",
-              "\nhyperstack=true\n", "\nunit=micron\n", "\nspacing=0.5\n", "\nfinterval=30\n"})
+        for (const char* const line : {"\nimages=12\n", "\nhyperstack=true\n", "\nfinterval=30\n"})
             EXPECT_THAT(text, HasSubstr(line));
-        for (int page = 0; page < 12; ++page) // channels, then slices, then frames
-            EXPECT_EQ(
-                wrongPixels(readPixels(folder / "a.tif", page), {page / 2 % 3, page % 2, page / 6}, "uint16"),
-                0);
+        const auto image = ImageFile::open(folder / "a.tif");
+        EXPECT_THAT(sizesOf(*image), ElementsAre(3, 2, 2, 1));
+        EXPECT_THAT(image->info().spacing,
+                    ElementsAre(FloatNear(0.10833f, 1e-5f), FloatNear(0.10833f, 1e-5f), 0.5f));
+        EXPECT_EQ(wrongPixels(*image), 0);
+        const std::vector<image::Wavelength>& wavelengths = image->info().wavelengths;
+        EXPECT_EQ(wavelengths[0].colorIndex, 4);
+        EXPECT_EQ(wavelengths[1].colorIndex, 2);
+        EXPECT_EQ(wavelengths[1].displayMin, 100.0f);
+        EXPECT_EQ(wavelengths[1].displayMax, 1600.0f);
     }
 }
 
 TEST(Plain, HasNoDescription)
 {
-    const Folder folder;
-    ASSERT_EQ(makeSample(folder, small + "--pattern ramp --plain a.tif").status, 0);
+    const TempFolder folder;
+    ASSERT_EQ(makeSample(folder, small + "--plain a.tif").status, 0);
     EXPECT_EQ(readDescription(folder / "a.tif"), "");
 }
 
@@ -267,11 +253,11 @@ TEST(Failures, WrongUsageGivesASentenceAndStatus2)
                           "--rgb --channels 4 a.tif",
                           "--unheard-of a.tif"};
     for (const char* options : rows) {
-        const Folder folder;
+        const TempFolder folder;
         const Outcome outcome = makeSample(folder, options);
         EXPECT_EQ(outcome.status, 2) << options;
         EXPECT_THAT(outcome.errors, testing::MatchesRegex("makesample: [^\n]+\n")) << options;
-        EXPECT_THAT(folder.names(), IsEmpty()) << options;
+        EXPECT_THAT(namesIn(folder), IsEmpty()) << options;
     }
 }
 
@@ -284,19 +270,19 @@ TEST(Failures, UnwritableOutputGivesASentenceAndStatus1AndLeavesNothing)
         {"--pattern ramp --compression none a.tif", "ulimit -f 64; "},            // one file of 31 MB
         {"--pattern ramp --compression none --split z a.tif", "ulimit -f 64; "}}; // five of them
     for (const auto& [options, before] : rows) {
-        const Folder folder;
+        const TempFolder folder;
         const Outcome outcome = makeSample(folder, options, before);
         EXPECT_EQ(outcome.status, 1) << options;
         EXPECT_THAT(outcome.errors, testing::MatchesRegex("makesample: Cannot write [^\n]+\n")) << options;
-        EXPECT_THAT(folder.names(), IsEmpty()) << options;
+        EXPECT_THAT(namesIn(folder), IsEmpty()) << options;
     }
 }
 
 TEST(Failures, AnOlderFileSurvivesAFailedRun)
 {
-    const Folder folder;
+    const TempFolder folder;
     std::ofstream(folder / "a.tif") << "older";
     EXPECT_EQ(makeSample(folder, "--pattern ramp --compression none a.tif", "ulimit -f 64; ").status, 1);
-    EXPECT_EQ(bytesOf(folder / "a.tif"), "older");
-    EXPECT_THAT(folder.names(), ElementsAre("a.tif"));
+    EXPECT_EQ(readBytes(folder / "a.tif"), "older");
+    EXPECT_THAT(namesIn(folder), ElementsAre("a.tif"));
 }

@@ -21,7 +21,7 @@ protected:
         return parseOme(readDescription(folder / "a.ome.tif"), document);
     }
 
-    Folder folder;
+    TempFolder folder;
     pugi::xml_document document;
 };
 
@@ -109,7 +109,7 @@ TEST_F(Metadata, BinaryOnlyFilesPointToTheCompanion)
     const pugi::xml_node only = make("--companion").child("BinaryOnly");
     EXPECT_STREQ(only.attribute("MetadataFile").value(), "a.companion.ome");
     pugi::xml_document companion;
-    const pugi::xml_node ome = parseOme(bytesOf(folder / "a.companion.ome"), companion);
+    const pugi::xml_node ome = parseOme(readBytes(folder / "a.companion.ome"), companion);
     EXPECT_STREQ(ome.attribute("UUID").value(), only.attribute("UUID").value());
     EXPECT_STREQ(ome.select_node("//TiffData/UUID").node().text().get(),
                  document.child("OME").attribute("UUID").value());
@@ -119,7 +119,7 @@ TEST_F(Metadata, EachFileOfASetHasItsOwnIdAndTheSameImages)
 {
     ASSERT_EQ(makeSample(folder, tiny + "--split channel").status, 0);
     std::set<std::string> ids;
-    for (const std::string& name : folder.names()) {
+    for (const std::string& name : namesIn(folder)) {
         pugi::xml_document own;
         const pugi::xml_node ome = parseOme(readDescription(folder / name), own);
         const std::string id = ome.attribute("UUID").value();
