@@ -1,7 +1,6 @@
 // The two axes of the tool in a window of their own. The test framework comes before Xlib, whose macros
 // (None, True) it does not survive.
-#ifndef TESTS_X_GAUGE_GAUGETEST_H
-#define TESTS_X_GAUGE_GAUGETEST_H
+#pragma once
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,7 +11,6 @@
 #include <X11/IntrinsicP.h>
 #include <Xm/BulletinB.h>
 
-#include <chrono>
 #include <string>
 #include <vector>
 
@@ -27,10 +25,8 @@ struct Toolkit {
     {
         XtToolkitInitialize();
         app = XtCreateApplicationContext();
-        static std::string name = "gauge_test";
-        static char* argv[] = {name.data(), nullptr};
-        int argc = 1;
-        display = XtOpenDisplay(app, nullptr, nullptr, "GaugeTest", nullptr, 0, &argc, argv);
+        int argc = 0;
+        display = XtOpenDisplay(app, nullptr, "gauge_test", "GaugeTest", nullptr, 0, &argc, nullptr);
     }
 };
 
@@ -67,7 +63,6 @@ struct Image {
 
 inline Image imageOf(Widget widget)
 {
-    XSync(XtDisplay(widget), False);
     Image image{widget->core.width, widget->core.height, {}};
     XImage* source = XGetImage(XtDisplay(widget), XtWindow(widget), 0, 0, widget->core.width,
                                widget->core.height, AllPlanes, ZPixmap);
@@ -76,27 +71,6 @@ inline Image imageOf(Widget widget)
     if (source)
         XDestroyImage(source);
     return image;
-}
-
-// Rows (on a vertical line) or columns (on a horizontal one) that differ from the background.
-inline std::vector<int> marksDown(const Image& image, int x, unsigned long ground)
-{
-    std::vector<int> rows;
-    for (int y = 0; y < image.height; ++y) {
-        if (image.at(x, y) != ground)
-            rows.push_back(y);
-    }
-    return rows;
-}
-
-inline std::vector<int> marksRight(const Image& image, int y, unsigned long ground)
-{
-    std::vector<int> columns;
-    for (int x = 0; x < image.width; ++x) {
-        if (image.at(x, y) != ground)
-            columns.push_back(x);
-    }
-    return columns;
 }
 
 class GaugeTest : public testing::Test {
@@ -126,13 +100,6 @@ protected:
             XtAppProcessEvent(toolkit().app, XtIMAll);
     }
 
-    void dispatchUntil(const bool& done)
-    {
-        auto end = std::chrono::steady_clock::now() + std::chrono::seconds(15);
-        while (!done && std::chrono::steady_clock::now() < end)
-            XtAppProcessEvent(toolkit().app, XtIMAll);
-    }
-
     static void noteCall(Widget, XtPointer flag, XtPointer) { *static_cast<bool*>(flag) = true; }
 
     // Shows the shell and waits until the gauges have drawn themselves.
@@ -141,20 +108,41 @@ protected:
         bool drawn = false;
         XtAddCallback(distance.gauge, XmNxrtGaExposeCallback, noteCall, &drawn);
         XtRealizeWidget(shell);
-        XtAppAddTimeOut(
-            toolkit().app, 15000, [](XtPointer flag, XtIntervalId*) { *static_cast<bool*>(flag) = true; },
-            &drawn);
-        dispatchUntil(drawn);
+        while (!drawn)
+            XtAppProcessEvent(toolkit().app, XtIMAll);
         XtRemoveCallback(distance.gauge, XmNxrtGaExposeCallback, noteCall, &drawn);
         dispatchPending();
     }
 
-    Pixel ground(const axes::Axis& axis) { return valueOf<Pixel>(axis.gauge, XmNbackground); }
+    void resizeDistance(int width)
+    {
+        XtResizeWidget(distance.gauge, static_cast<Dimension>(width), 24, 0);
+        dispatchPending();
+    }
+
+    // Rows of the intensity axis where a column, that of the marks unless told, differs from the ground.
+    std::vector<int> rowsMarked(int column = 55)
+    {
+        const Image image = imageOf(intensity.gauge);
+        std::vector<int> rows;
+        for (int y = 0; y < image.height; ++y)
+            if (image.at(column, y) != valueOf<Pixel>(intensity.gauge, XmNbackground))
+                rows.push_back(y);
+        return rows;
+    }
+    // Columns of the distance axis where the row of the marks differs from the ground.
+    std::vector<int> columnsMarked()
+    {
+        const Image image = imageOf(distance.gauge);
+        std::vector<int> columns;
+        for (int x = 0; x < image.width; ++x)
+            if (image.at(x, 2) != valueOf<Pixel>(distance.gauge, XmNbackground))
+                columns.push_back(x);
+        return columns;
+    }
 
     Widget shell = nullptr;
     Widget board = nullptr;
     axes::Axis intensity;
     axes::Axis distance;
 };
-
-#endif

@@ -1,7 +1,6 @@
 // Stand before the X library's own functions, so that tests can watch and disturb a program's talk with the
 // server.
-#ifndef TESTS_X_GAUGE_SERVERCALLS_H
-#define TESTS_X_GAUGE_SERVERCALLS_H
+#pragma once
 
 namespace servercalls {
 
@@ -9,5 +8,3 @@ extern bool refusePixmaps; // the server has no room for any
 extern int answersAwaited; // so far: each is a round trip
 
 } // namespace servercalls
-
-#endif

@@ -2,32 +2,37 @@
 
 namespace axes {
 
+static Widget createGauge(Widget parent, int x, int y, int width, int height)
+{
+    return XtVaCreateManagedWidget("tick_gauge", xmXrtGaLinearGaugeWidgetClass, parent, XmNx, x, XmNy, y,
+                                   XmNwidth, width, XmNheight, height, nullptr);
+}
+
+static Widget createTicks(const Axis& axis, int width, double label, double inner, double outer)
+{
+    return XtVaCreateWidget("tick", xmXrtGaTickObjectClass, axis.gauge, XmNxrtGaScale, axis.scale, XmNwidth,
+                            width, XmNxrtGaDrawLabels, True, XmNxrtGaLabelExtent, asArg(label),
+                            XmNxrtGaInnerExtent, asArg(inner), XmNxrtGaOuterExtent, asArg(outer),
+                            XtVaTypedArg, XmNbackground, XmRString, "black", sizeof "black", nullptr);
+}
+
 Axis createIntensityAxis(Widget parent, int x, int y, int height)
 {
-    Axis axis;
-    axis.gauge = XtVaCreateManagedWidget("tick_gauge", xmXrtGaLinearGaugeWidgetClass, parent, XmNx, x, XmNy,
-                                         y, XmNwidth, 60, XmNheight, height, nullptr);
-    axis.scale =
-        XtVaCreateWidget("tick_scale", xmXrtGaLinearScaleObjectClass, axis.gauge, XmNxrtGaMax, asArg(0.0),
-                         XmNxrtGaMin, asArg(0.0), XmNxrtGaOrientation, 1, XmNxrtGaDirection, 0, nullptr);
-    axis.ticks = XtVaCreateWidget(
-        "tick", xmXrtGaTickObjectClass, axis.gauge, XmNxrtGaScale, axis.scale, XmNwidth, 2, XmNxrtGaAutomatic,
-        True, XmNxrtGaDrawLabels, True, XmNxrtGaLabelExtent, asArg(0.4), XmNxrtGaInnerExtent, asArg(1.0),
-        XmNxrtGaOuterExtent, asArg(0.85), XtVaTypedArg, XmNbackground, XmRString, "black", 6, nullptr);
+    Axis axis{};
+    axis.gauge = createGauge(parent, x, y, 60, height);
+    axis.scale = XtVaCreateWidget("tick_scale", xmXrtGaLinearScaleObjectClass, axis.gauge, XmNxrtGaMax,
+                                  asArg(0.0), XmNxrtGaOrientation, XRTGA_VERTICAL, nullptr);
+    axis.ticks = createTicks(axis, 2, 0.4, 1.0, 0.85);
     return axis;
 }
 
 Axis createDistanceAxis(Widget parent, int x, int y, int width)
 {
-    Axis axis;
-    axis.gauge = XtVaCreateManagedWidget("tick_gauge", xmXrtGaLinearGaugeWidgetClass, parent, XmNx, x, XmNy,
-                                         y, XmNwidth, width, XmNheight, 24, nullptr);
-    axis.scale = XtVaCreateWidget("tick_scale", xmXrtGaLinearScaleObjectClass, axis.gauge, XmNwidth, 0, XmNx,
-                                  0, XmNheight, 8, XmNy, 0, XmNxrtGaMax, asArg(0.0), nullptr);
-    axis.ticks = XtVaCreateWidget(
-        "tick", xmXrtGaTickObjectClass, axis.gauge, XmNxrtGaScale, axis.scale, XmNwidth, 1, XmNxrtGaAutomatic,
-        True, XmNxrtGaDrawLabels, True, XmNxrtGaLabelExtent, asArg(1.5), XmNxrtGaInnerExtent, asArg(0.0),
-        XmNxrtGaOuterExtent, asArg(0.8), XtVaTypedArg, XmNbackground, XmRString, "black", 6, nullptr);
+    Axis axis{};
+    axis.gauge = createGauge(parent, x, y, width, 24);
+    axis.scale = XtVaCreateWidget("tick_scale", xmXrtGaLinearScaleObjectClass, axis.gauge, XmNheight, 8,
+                                  XmNxrtGaMax, asArg(0.0), nullptr);
+    axis.ticks = createTicks(axis, 1, 1.5, 0.0, 0.8);
     return axis;
 }
 
@@ -41,14 +46,7 @@ void setSegmentLength(const Axis& axis, float length, int width)
     float margin = length / static_cast<float>(width) * 5.0f;
     int precision = length < 1.0f ? 2 : length < 10.0f ? 1 : 0;
     XtVaSetValues(axis.ticks, XmNxrtGaPrecision, precision, XmNxrtGaOffset, asArg(margin), nullptr);
-    XtVaSetValues(axis.scale, XmNxrtGaMin, asArg(margin), XmNxrtGaMax, asArg(length + margin), nullptr);
-}
-
-double doubleOf(Widget object, const char* name)
-{
-    double value = -1.0;
-    XtVaGetValues(object, name, &value, nullptr);
-    return value;
+    setRange(axis, margin, length + margin);
 }
 
 } // namespace axes

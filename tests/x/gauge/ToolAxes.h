@@ -11,9 +11,7 @@
 namespace axes {
 
 struct Axis {
-    Widget gauge;
-    Widget scale;
-    Widget ticks;
+    Widget gauge, scale, ticks;
 };
 
 inline XtArgVal asArg(double value)
@@ -29,8 +27,5 @@ Axis createDistanceAxis(Widget parent, int x, int y, int width);
 void setRange(const Axis& axis, double min, double max);
 // As after a drag of that many microns: margin of five pixels as offset, precision by length.
 void setSegmentLength(const Axis& axis, float length, int width);
-
-// A double resource of any of the three.
-double doubleOf(Widget object, const char* name);
 
 } // namespace axes

@@ -4,30 +4,32 @@
 #include "gauge/Labels.h"
 
 #include <algorithm>
+#include <cmath>
+#include <memory>
 #include <utility>
 
 namespace {
 
 using axes::asArg;
-using axes::doubleOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 
 TEST_F(GaugeTest, drawsMarksBesideTheirValues)
 {
     show();
-    EXPECT_THAT(marksDown(imageOf(intensity.gauge), 55, ground(intensity)), ElementsAre());
+    EXPECT_THAT(rowsMarked(), IsEmpty());
     axes::setRange(intensity, 0, 250);
     // Row H - v * H / range and the one above, for 50 to 250.
-    EXPECT_THAT(marksDown(imageOf(intensity.gauge), 55, ground(intensity)),
-                ElementsAre(0, 1, 39, 40, 79, 80, 119, 120, 159, 160));
-    EXPECT_EQ(doubleOf(intensity.ticks, XmNxrtGaIncrementValue), 50);
-    EXPECT_EQ(doubleOf(intensity.ticks, XmNxrtGaStopValue), 250);
+    EXPECT_THAT(rowsMarked(), ElementsAre(0, 1, 39, 40, 79, 80, 119, 120, 159, 160));
+    EXPECT_EQ(valueOf<double>(intensity.ticks, XmNxrtGaIncrementValue), 50);
+    EXPECT_EQ(valueOf<double>(intensity.ticks, XmNxrtGaStopValue), 250);
     axes::setSegmentLength(distance, 50.0f, gaugeWidth);
-    EXPECT_THAT(marksRight(imageOf(distance.gauge), 2, ground(distance)),
-                ElementsAre(60, 120, 180, 240, 299));
+    EXPECT_THAT(columnsMarked(), ElementsAre(60, 120, 180, 240, 299));
     XtVaSetValues(distance.scale, XmNxrtGaDirection, XRTGA_DESCENDING, nullptr);
-    EXPECT_THAT(marksRight(imageOf(distance.gauge), 2, ground(distance)), ElementsAre(0, 60, 120, 180, 240));
+    EXPECT_THAT(columnsMarked(), ElementsAre(0, 60, 120, 180, 240));
+    XtVaSetValues(distance.scale, XmNx, gaugeWidth / 2, nullptr);
+    EXPECT_THAT(columnsMarked(), ElementsAre(150, 180, 210, 240, 270));
 }
 
 TEST_F(GaugeTest, drawsLabelsClearOfMarksAndEdges)
@@ -35,12 +37,11 @@ TEST_F(GaugeTest, drawsLabelsClearOfMarksAndEdges)
     show();
     for (double max : {9.0, 255.0, 65535.0, 1e7, 3e-5, 3.3e9}) {
         axes::setRange(intensity, 0, max);
-        Image image = imageOf(intensity.gauge);
-        int ink = 0;
+        std::size_t ink = 0;
         for (int x = 0; x < 51; ++x)
-            ink += static_cast<int>(marksDown(image, x, ground(intensity)).size());
-        EXPECT_GT(ink, 20) << max;
-        EXPECT_THAT(marksDown(image, 50, ground(intensity)), ElementsAre()) << max;
+            ink += rowsMarked(x).size();
+        EXPECT_GT(ink, 20U) << max;
+        EXPECT_THAT(rowsMarked(50), IsEmpty()) << max;
     }
 }
 
@@ -70,36 +71,30 @@ TEST_F(GaugeTest, doesNothingWithoutAChange)
 TEST_F(GaugeTest, holdsChangesBack)
 {
     show();
-    Image before = imageOf(intensity.gauge);
     XtVaSetValues(intensity.gauge, XmNxrtGaRepaint, False, nullptr);
     axes::setRange(intensity, 0, 100);
-    EXPECT_EQ(imageOf(intensity.gauge), before);
+    EXPECT_THAT(rowsMarked(), IsEmpty());
     XtVaSetValues(intensity.gauge, XmNxrtGaRepaint, True, nullptr);
-    EXPECT_NE(imageOf(intensity.gauge), before);
+    EXPECT_THAT(rowsMarked(), Not(IsEmpty()));
 }
 
 TEST_F(GaugeTest, takesTheRangeOfItsFirstScale)
 {
     XtVaSetValues(intensity.gauge, XmNxrtGaMin, asArg(-2), XmNxrtGaMax, asArg(7.5), nullptr);
-    EXPECT_EQ(doubleOf(intensity.scale, XmNxrtGaMin), -2);
-    EXPECT_EQ(doubleOf(intensity.scale, XmNxrtGaMax), 7.5);
-    EXPECT_EQ(doubleOf(intensity.gauge, XmNxrtGaMax), 7.5);
+    EXPECT_EQ(valueOf<double>(intensity.scale, XmNxrtGaMin), -2);
+    EXPECT_EQ(valueOf<double>(intensity.scale, XmNxrtGaMax), 7.5);
+    EXPECT_EQ(valueOf<double>(intensity.gauge, XmNxrtGaMax), 7.5);
 }
 
 TEST_F(GaugeTest, followsItsSize)
 {
     axes::setSegmentLength(distance, 50.0f, gaugeWidth);
     show();
-    XtResizeWidget(distance.gauge, 2 * gaugeWidth, 24, 0);
-    dispatchPending();
-    EXPECT_THAT(marksRight(imageOf(distance.gauge), 2, ground(distance)),
-                ElementsAre(120, 240, 360, 480, 599));
-    XtResizeWidget(distance.gauge, 1, 24, 0);
-    dispatchPending();
-    XtResizeWidget(distance.gauge, gaugeWidth, 24, 0);
-    dispatchPending();
-    EXPECT_THAT(marksRight(imageOf(distance.gauge), 2, ground(distance)),
-                ElementsAre(60, 120, 180, 240, 299));
+    resizeDistance(2 * gaugeWidth);
+    EXPECT_THAT(columnsMarked(), ElementsAre(120, 240, 360, 480, 599));
+    resizeDistance(1);
+    resizeDistance(gaugeWidth);
+    EXPECT_THAT(columnsMarked(), ElementsAre(60, 120, 180, 240, 299));
 }
 
 TEST_F(GaugeTest, callsBackWhenMappedAndResized)
@@ -109,7 +104,7 @@ TEST_F(GaugeTest, callsBackWhenMappedAndResized)
     XtAddCallback(distance.gauge, XmNxrtGaResizeCallback, noteCall, &resized);
     show();
     EXPECT_TRUE(mapped);
-    XtResizeWidget(distance.gauge, gaugeWidth + 1, 24, 0);
+    resizeDistance(gaugeWidth + 1);
     EXPECT_TRUE(resized);
 }
 
@@ -117,24 +112,17 @@ TEST_F(GaugeTest, looksTheSameWithoutABuffer)
 {
     axes::setRange(intensity, 100, 65535);
     show();
-    Image buffered = imageOf(intensity.gauge);
+    const Image buffered = imageOf(intensity.gauge);
     XtVaSetValues(intensity.gauge, XmNxrtGaDoubleBuffer, False, nullptr);
     EXPECT_EQ(imageOf(intensity.gauge), buffered);
-    XtVaSetValues(intensity.gauge, XmNxrtGaDoubleBuffer, True, nullptr);
-    EXPECT_EQ(imageOf(intensity.gauge), buffered);
-}
-
-TEST_F(GaugeTest, drawsDirectlyWhenTheServerRefuses)
-{
-    axes::setRange(intensity, 100, 65535);
-    show();
-    Image buffered = imageOf(intensity.gauge);
-    XtVaSetValues(intensity.gauge, XmNxrtGaDoubleBuffer, False, nullptr);
     servercalls::refusePixmaps = true;
     testing::internal::CaptureStderr();
     XtVaSetValues(intensity.gauge, XmNxrtGaDoubleBuffer, True, nullptr);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Bad pixmap. Double buffering turned off!\n");
     EXPECT_FALSE(valueOf<Boolean>(intensity.gauge, XmNxrtGaDoubleBuffer));
+    EXPECT_EQ(imageOf(intensity.gauge), buffered);
+    servercalls::refusePixmaps = false;
+    XtVaSetValues(intensity.gauge, XmNxrtGaDoubleBuffer, True, nullptr);
     EXPECT_EQ(imageOf(intensity.gauge), buffered);
 }
 
@@ -176,57 +164,46 @@ TEST_F(GaugeTest, usesTheLabelFunction)
     axes::setRange(intensity, 0, 100);
     XtVaSetValues(intensity.ticks, XmNxrtGaIncrementValue, asArg(20), nullptr);
     show();
-    Image numbers = imageOf(intensity.gauge);
+    const Image numbers = imageOf(intensity.gauge);
+    const std::vector<int> marks = rowsMarked();
     XtVaSetValues(intensity.ticks, XmNxrtGaLabelFunc, percent, nullptr);
-    Image percents = imageOf(intensity.gauge);
-    EXPECT_NE(percents, numbers);
-    EXPECT_EQ(marksDown(percents, 55, ground(intensity)), marksDown(numbers, 55, ground(intensity)));
+    EXPECT_NE(imageOf(intensity.gauge), numbers);
+    EXPECT_EQ(rowsMarked(), marks);
     XtVaSetValues(intensity.ticks, XmNxrtGaIsShowing, False, nullptr);
-    EXPECT_THAT(marksDown(imageOf(intensity.gauge), 55, ground(intensity)), ElementsAre());
+    EXPECT_THAT(rowsMarked(), IsEmpty());
 }
 
-class Fonts {
-public:
-    Fonts(Widget widget, const char* name, XmFontType type)
-    {
-        char tag[] = "labels";
-        Arg args[] = {
-            {const_cast<char*>(XmNfontName), reinterpret_cast<XtArgVal>(name)},
-            {const_cast<char*>(XmNfontType), type                            }
-        };
-        XmRendition rendition = XmRenditionCreate(widget, tag, args, XtNumber(args));
-        list = XmRenderTableAddRenditions(nullptr, &rendition, 1, XmMERGE_NEW);
-        XmRenditionFree(rendition);
-    }
-    ~Fonts() { XmRenderTableFree(list); }
-    Fonts(const Fonts&) = delete;
-    Fonts& operator=(const Fonts&) = delete;
-
-    XmRenderTable table() const { return list; }
-
-private:
-    XmRenderTable list;
+struct RenderTableEnd {
+    void operator()(XmRenderTable table) const { XmRenderTableFree(table); }
 };
+using RenderTable = std::unique_ptr<std::remove_pointer_t<XmRenderTable>, RenderTableEnd>;
+
+RenderTable renderTable(Widget widget, const char* font, XmFontType type)
+{
+    char tag[] = "labels";
+    Arg args[] = {{const_cast<char*>(XmNfontName), reinterpret_cast<XtArgVal>(font)},
+                  {const_cast<char*>(XmNfontType), type}};
+    XmRendition rendition = XmRenditionCreate(widget, tag, args, XtNumber(args));
+    RenderTable table(XmRenderTableAddRenditions(nullptr, &rendition, 1, XmMERGE_NEW));
+    XmRenditionFree(rendition);
+    return table;
+}
 
 constexpr std::pair<const char*, XmFontType> labelFonts[] = {
-    {"10x20",   XmFONT_IS_FONT},
-    {"Sans-14", XmFONT_IS_XFT },
+    {"10x20", XmFONT_IS_FONT},
+    {"Sans-14", XmFONT_IS_XFT},
 };
 
 TEST_F(GaugeTest, takesAnotherFont)
 {
     axes::setRange(intensity, 0, 255);
     show();
-    Image before = imageOf(intensity.gauge);
     for (auto [name, type] : labelFonts) {
-        SCOPED_TRACE(name);
-        Fonts fonts(shell, name, type);
-        XtVaSetValues(intensity.gauge, XmNrenderTable, fonts.table(), nullptr);
-        Image after = imageOf(intensity.gauge);
-        EXPECT_NE(after, before);
-        before = after;
+        const Image before = imageOf(intensity.gauge);
+        XtVaSetValues(intensity.gauge, XmNrenderTable, renderTable(shell, name, type).get(), nullptr);
+        EXPECT_NE(imageOf(intensity.gauge), before) << name;
     }
-    axes::setRange(intensity, 0, 250);
+    axes::setRange(intensity, 0, 250); // the gauge has a table of its own
 }
 
 // Numbers do not go through Motif where their font is scalable, but are to look as if they did.
@@ -239,24 +216,19 @@ TEST_F(GaugeTest, drawsNumbersLikeOtherText)
     XColor colour{};
     ASSERT_TRUE(XParseColor(display, gauge->core.colormap, "#C04020", &colour));
     ASSERT_TRUE(XAllocColor(display, gauge->core.colormap, &colour));
+    XSetForeground(display, gc, colour.pixel);
     for (auto [name, type] : labelFonts) {
-        SCOPED_TRACE(name);
-        Fonts fonts(shell, name, type);
-        LabelFont font = labelFontOf(fonts.table());
-        auto drawn = [&](bool number) {
-            XClearWindow(display, XtWindow(gauge));
-            XSetForeground(display, gc, colour.pixel);
-            LabelPainter painter(XtScreen(gauge), XtWindow(gauge), gauge->core.depth, gc, colour, font);
-            if (number)
-                painter.drawNumber("-1.5e+07", 2, 40, labelWidth(font, "-1.5e+07"));
-            else
-                painter.drawText("-1.5e+07", 2, 40 + font.digitHeight - font.digitBaseline,
-                                 labelWidth(font, "-1.5e+07"));
-            return imageOf(gauge);
-        };
-        Image number = drawn(true);
-        EXPECT_EQ(number, drawn(false));
-        EXPECT_THAT(number.pixels, testing::Contains(colour.pixel));
+        const RenderTable table = renderTable(shell, name, type);
+        const LabelFont font = labelFontOf(table.get());
+        const int width = labelWidth(font, "-1.5e+07");
+        LabelPainter painter(XtScreen(gauge), XtWindow(gauge), gauge->core.depth, gc, colour, font);
+        XClearWindow(display, XtWindow(gauge));
+        painter.drawNumber("-1.5e+07", 2, 40, width);
+        const Image number = imageOf(gauge);
+        XClearWindow(display, XtWindow(gauge));
+        painter.drawText("-1.5e+07", 2, 40 + font.digitHeight - font.digitBaseline, width);
+        EXPECT_EQ(imageOf(gauge), number) << name;
+        EXPECT_THAT(number.pixels, testing::Contains(colour.pixel)) << name;
     }
     XFreeGC(display, gc);
 }
@@ -266,16 +238,14 @@ TEST_F(GaugeTest, waitsForNoAnswerOfTheServer)
 {
     show();
     for (auto [name, type] : labelFonts) {
-        SCOPED_TRACE(name);
-        Fonts fonts(shell, name, type);
-        XtVaSetValues(intensity.gauge, XmNrenderTable, fonts.table(), nullptr);
+        XtVaSetValues(intensity.gauge, XmNrenderTable, renderTable(shell, name, type).get(), nullptr);
         axes::setRange(intensity, 0, 1000);
         const int before = servercalls::answersAwaited;
         for (int i = 1; i <= 20; ++i) {
             axes::setRange(intensity, i, 1000 + 57 * i);
             XtVaSetValues(intensity.ticks, XmNxrtGaOffset, asArg(0.5 * i), nullptr);
         }
-        EXPECT_EQ(servercalls::answersAwaited, before);
+        EXPECT_EQ(servercalls::answersAwaited, before) << name;
         XSync(toolkit().display, False);
         EXPECT_GT(servercalls::answersAwaited, before); // waits are seen at all
     }
