@@ -1,11 +1,10 @@
 #include "platform/iwl/ConfigFile.h"
 
+#include "tests/unit/image/TempFolder.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,49 +14,18 @@ using iwl::ConfigChanges;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-namespace {
-
-std::string contents(const fs::path& path)
-{
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void put(const fs::path& path, const std::string& text)
-{
-    fs::create_directories(path.parent_path());
-    std::ofstream(path) << text;
-}
-
-} // namespace
-
 class ConfigFile : public ::testing::Test {
 protected:
-    ConfigFile() : folder(fs::path(::testing::TempDir()) / ("config" + std::to_string(getpid()))) {}
-    ~ConfigFile() override { fs::remove_all(folder); }
-
-    fs::path folder;
-    fs::path path = folder / "kelvora" / "config";
+    TempFolder folder;
+    fs::path path = folder / "kelvora/config";
 };
 
 TEST(ConfigKey, LosesItsColonAndIsAPlainWord)
 {
-    const struct {
-        const char *key, *name;
-    } rows[] = {
-        {"KV_APROF_FWHM", "KV_APROF_FWHM"},
-        {"ZVE_DEF_DIR:", "ZVE_DEF_DIR"},
-        {"a::", ""},
-        {"", ""},
-        {":", ""},
-        {"a b", ""},
-        {"*loose", ""},
-        {"a.b", ""},
-        {"a\nb", ""},
-        {"\xB5m", ""},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(iwl::configKeyName(row.key), row.name) << row.key;
+    EXPECT_EQ(iwl::configKeyName("KV_APROF_FWHM"), "KV_APROF_FWHM");
+    EXPECT_EQ(iwl::configKeyName("ZVE_DEF_DIR:"), "ZVE_DEF_DIR");
+    for (const char* const none : {"a::", "", ":", "a b", "*loose", "a.b", "a\nb", "\xB5m"})
+        EXPECT_EQ(iwl::configKeyName(none), "") << none;
 }
 
 TEST(ConfigMerge, ReplacesTheEntryAndKeepsEverythingElse)
@@ -90,7 +58,7 @@ TEST(ConfigMerge, ReplacesTheEntryAndKeepsEverythingElse)
         EXPECT_EQ(iwl::mergeConfig(row.text, row.changes), row.merged) << row.what;
 }
 
-TEST_F(ConfigFile, PathFollowsTheBaseDirectoryConvention)
+TEST(ConfigPath, FollowsTheBaseDirectoryConvention)
 {
     const struct {
         const char *base, *home, *path;
@@ -108,10 +76,10 @@ TEST_F(ConfigFile, PathFollowsTheBaseDirectoryConvention)
 
 TEST_F(ConfigFile, SavingMergesKeepsTheModeAndLeavesNoScraps)
 {
-    put(path, "! mine\nA: 1\n");
+    writeBytes(path, "! mine\nA: 1\n");
     chmod(path.c_str(), 0640);
     EXPECT_THAT(iwl::saveConfig(path, {{"B", "2"}}).problem, IsEmpty());
-    EXPECT_EQ(contents(path), "! mine\nA: 1\nB:\t2\n");
+    EXPECT_EQ(readBytes(path), "! mine\nA: 1\nB:\t2\n");
     EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
     for (const auto& entry : fs::directory_iterator(path.parent_path()))
         EXPECT_TRUE(entry.path() == path || entry.path() == path.string() + ".lock") << entry.path();
@@ -119,22 +87,22 @@ TEST_F(ConfigFile, SavingMergesKeepsTheModeAndLeavesNoScraps)
 
 TEST_F(ConfigFile, ALinkStaysALink)
 {
-    put(folder / "dotfiles" / "config", "A: 1\n");
+    writeBytes(folder / "dotfiles/config", "A: 1\n");
     fs::create_directories(path.parent_path());
-    fs::create_symlink(folder / "dotfiles" / "config", path);
+    fs::create_symlink(folder / "dotfiles/config", path);
     EXPECT_THAT(iwl::saveConfig(path, {{"A", "2"}}).problem, IsEmpty());
     EXPECT_TRUE(fs::is_symlink(path));
-    EXPECT_EQ(contents(folder / "dotfiles" / "config"), "A:\t2\n");
+    EXPECT_EQ(readBytes(folder / "dotfiles/config"), "A:\t2\n");
 }
 
 TEST_F(ConfigFile, WhatCannotBeReadOrWrittenIsToldInOneSentence)
 {
-    put(folder / "file", "");
-    EXPECT_THAT(iwl::saveConfig(folder / "file" / "kelvora" / "config", {{"A", "1"}}).problem,
-                HasSubstr("file"));
-    EXPECT_THAT(iwl::saveConfig("/proc/kelvora/config", {{"A", "1"}}).problem, HasSubstr("/proc"));
+    const ConfigChanges change{{"A", "1"}};
+    writeBytes(folder / "file", "");
+    EXPECT_THAT(iwl::saveConfig(folder / "file/kelvora/config", change).problem, HasSubstr("file"));
+    EXPECT_THAT(iwl::saveConfig("/proc/kelvora/config", change).problem, HasSubstr("/proc"));
     fs::create_directories(path);
-    EXPECT_THAT(iwl::saveConfig(path, {{"A", "1"}}).problem, HasSubstr("not a regular file"));
+    EXPECT_THAT(iwl::saveConfig(path, change).problem, HasSubstr("not a regular file"));
     EXPECT_THAT(iwl::readConfig(path).problem, HasSubstr("not a regular file"));
     fs::remove(path);
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
@@ -145,17 +113,28 @@ TEST_F(ConfigFile, WhatCannotBeReadOrWrittenIsToldInOneSentence)
 
 TEST_F(ConfigFile, GarbageIsNoSettingAndIsMovedAsideWhenSaving)
 {
-    put(path, "A: 1\nnonsense\nmore nonsense\n");
+    writeBytes(path, "A: 1\nnonsense\nmore nonsense\n");
     EXPECT_THAT(iwl::readConfig(path).problem, HasSubstr("2 lines"));
     for (const std::string& garbage : {std::string("A: 1\n\0\1\2", 8), std::string(2 << 20, 'x')}) {
-        put(path, garbage);
+        writeBytes(path, garbage);
         const auto read = iwl::readConfig(path);
         EXPECT_TRUE(read.damaged);
         EXPECT_THAT(read.problem, HasSubstr("not a text file"));
         EXPECT_THAT(iwl::saveConfig(path, {{"A", "2"}}).problem, IsEmpty());
-        EXPECT_EQ(contents(path), "A:\t2\n");
-        EXPECT_EQ(contents(path.string() + ".damaged"), garbage) << "nothing is lost";
+        EXPECT_EQ(readBytes(path), "A:\t2\n");
+        EXPECT_EQ(readBytes(path.string() + ".damaged"), garbage) << "nothing is lost";
     }
+}
+
+// Ends the process: with 0 when every key could be saved.
+[[noreturn]] static void saveKeys(const fs::path& path, int writer, int count)
+{
+    bool good = true;
+    for (int i = 0; i < count; ++i) {
+        const std::string key = "K" + std::to_string(writer) + "_" + std::to_string(i);
+        good &= iwl::saveConfig(path, {{key, "1"}}).problem.empty();
+    }
+    _exit(good ? 0 : 1);
 }
 
 TEST_F(ConfigFile, ConcurrentWritersOfOtherKeysLoseNothing)
@@ -163,22 +142,15 @@ TEST_F(ConfigFile, ConcurrentWritersOfOtherKeysLoseNothing)
     constexpr int writers = 4, rounds = 25;
     std::vector<pid_t> children;
     for (int writer = 0; writer < writers; ++writer) {
-        const pid_t child = fork();
-        if (child == 0) {
-            for (int i = 0; i < rounds; ++i) {
-                const std::string key = "K" + std::to_string(writer) + "_" + std::to_string(i);
-                if (!iwl::saveConfig(path, {{key, "1"}}).problem.empty())
-                    _exit(1);
-            }
-            _exit(0);
-        }
-        children.push_back(child);
+        children.push_back(fork());
+        if (children.back() == 0)
+            saveKeys(path, writer, rounds);
     }
     for (pid_t child : children) {
         int status = -1;
         waitpid(child, &status, 0);
         EXPECT_EQ(status, 0);
     }
-    const std::string text = contents(path);
+    const std::string text = readBytes(path);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), writers * rounds);
 }
