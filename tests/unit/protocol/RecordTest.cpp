@@ -15,38 +15,21 @@ constexpr float infinite = std::numeric_limits<float>::infinity();
 
 DisplayRecord sample()
 {
-    DisplayRecord record;
-    record.windowNumber = 3;
-    record.path = "/data/K\xC3\xB6rner/cells 1.ome.tif";
-    record.z = 4;
-    record.w = 1;
-    record.t = 2;
-    record.p = 5;
-    record.scratchSize = 12;
-    record.geometry = {640, 480, 1.0 / 3, -2.5, 17.25, TimePanels, 3, 2, 5, 213, 160, 2};
-    record.wavelengths = {
-        {true, 5, true, -12.5F, 65535.0F, 4}, {false, 2, false, 0, 0, 0}, {true, 0, true, 3.0F, 3.0F, 9}};
-    return record;
+    return {.windowNumber = 3,
+            .path = "/data/K\xC3\xB6rner/cells 1.ome.tif",
+            .z = 4,
+            .w = 1,
+            .t = 2,
+            .p = 5,
+            .scratchSize = 12,
+            .geometry = {640, 480, 1.0 / 3, -2.5, 17.25, TimePanels, 3, 2, 5, 213, 160, 2},
+            .wavelengths = {{true, 5, true, -12.5F, 65535.0F, 4}, {}, {true, 0, true, 3.0F, 3.0F, 9}}};
 }
 
+// No field has its default value.
 OverlayCommand line()
 {
-    OverlayCommand command;
-    command.kind = OverlayKind::AddLine;
-    command.client = 0x2A00001;
-    command.id = 77;
-    command.timePoint = 3;
-    command.panel = 1;
-    command.width = 2;
-    command.dash = 1;
-    command.color = 6;
-    command.x0 = 0.5F;
-    command.y0 = -3;
-    command.z0 = 2;
-    command.x1 = 1e6F;
-    command.y1 = 9;
-    command.z1 = 2;
-    return command;
+    return {OverlayKind::AddLine, 0x2A00001, 77, 3, 1, 2, 1, 6, 0.5F, -3, 2, 1e6F, 9, 2};
 }
 
 } // namespace
@@ -103,12 +86,12 @@ TEST(DisplayRecord, OutOfRangeIsRefused)
 
 TEST(DisplayRecord, ARangeThatSaysNothingTravelsAsUnknown)
 {
-    const float ranges[][2] = {
-        {5, 4}, {-infinite, 1}, {0, infinite}, {std::numeric_limits<float>::quiet_NaN(), 1}};
-    for (const auto& range : ranges) {
+    const std::pair<float, float> ranges[] = {
+        {5, 4}, {-infinite, 1}, {0, infinite}, {static_cast<float>(notANumber), 1}};
+    for (const auto& [min, max] : ranges) {
         DisplayRecord record = sample();
-        record.wavelengths[0].rangeMin = range[0];
-        record.wavelengths[0].rangeMax = range[1];
+        record.wavelengths[0].rangeMin = min;
+        record.wavelengths[0].rangeMax = max;
         const auto read = decodeDisplay(encodeDisplay(record));
         ASSERT_TRUE(read);
         EXPECT_FALSE(read->wavelengths[0].rangeKnown);
@@ -144,15 +127,11 @@ TEST(DisplayRecord, FlippedBitsNeverYieldAnInvalidRecord)
 
 TEST(OverlayRecord, RoundTripInOrder)
 {
-    std::vector<OverlayCommand> commands{line()};
-    for (OverlayKind kind :
-         {OverlayKind::AddPoint, OverlayKind::Remove, OverlayKind::RemoveAll, OverlayKind::Redraw}) {
-        OverlayCommand command;
-        command.kind = kind;
-        command.client = 9;
-        command.id = 5;
-        commands.push_back(command);
-    }
+    const std::vector<OverlayCommand> commands{line(),
+                                               {.kind = OverlayKind::AddPoint, .client = 9, .id = 5},
+                                               {.kind = OverlayKind::Remove, .client = 9, .id = 5},
+                                               {.kind = OverlayKind::RemoveAll, .client = 9},
+                                               {.kind = OverlayKind::Redraw, .client = 9}};
     std::vector<std::byte> bytes;
     for (const auto& command : commands) {
         const auto record = encodeOverlay(command);
@@ -177,7 +156,7 @@ TEST(OverlayRecord, BadCommandsAreSkippedAndCounted)
         [](auto& c) { c.dash = -1; },
         [](auto& c) { c.color = 8; },
         [](auto& c) { c.x0 = infinite; },
-        [](auto& c) { c.z1 = std::numeric_limits<float>::quiet_NaN(); },
+        [](auto& c) { c.z1 = static_cast<float>(notANumber); },
     };
     for (const auto& spoil : spoils) {
         OverlayCommand spoiled = line();
