@@ -2,14 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "platform/wmenh/Placement.h"
+#include "tests/unit/image/TempFolder.h"
 
 #include <IWL.h>
 #include <OrUtils.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
 
 using wmenh::placeBeside;
 using wmenh::Rectangle;
@@ -28,11 +24,7 @@ std::string generated(const std::string& source, const char* tag = "PRF", const 
 
 TEST(GenerateFileName, leavesOutFolderAndImageExtension)
 {
-    struct Case {
-        const char* source;
-        const char* name;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"cells.ome.tif", "cells_PRF.slk"},
         {"/data/a.b/cells.ome.tiff", "cells_PRF.slk"},
         {"CELLS.OME.TIF", "CELLS_PRF.slk"},
@@ -43,13 +35,12 @@ TEST(GenerateFileName, leavesOutFolderAndImageExtension)
         {".hidden", ".hidden_PRF.slk"},
         {".tif", ".tif_PRF.slk"},
         {"db://server/exp/7/cells.tif", "cells_PRF.slk"},
-        {"unknown", "unknown_PRF.slk"},
         {"", "_PRF.slk"},
         {"/", "_PRF.slk"},
         {"folder/", "folder_PRF.slk"},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(generated(c.source), c.name) << c.source;
+    for (const auto& [source, name] : cases)
+        EXPECT_EQ(generated(source), name) << source;
 }
 
 TEST(GenerateFileName, keepsWithinTheBufferAndWholeCharacters)
@@ -76,62 +67,51 @@ TEST(DatabaseUri, isASchemeBeforeTwoSlashes)
         EXPECT_EQ(OrvelIsADatabaseURI(path), 0) << path;
 }
 
-class DataDirectory : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        std::string name = "/tmp/suite-test-XXXXXX";
-        home = mkdtemp(name.data());
-        for (const char* const folder : {"Papers", "given", "config", "configured"})
-            fs::create_directories(home / folder);
-        setenv("HOME", home.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", (home / "config").c_str(), 1);
-        unsetenv("KELVORA_DATA_DIR");
-    }
-    void TearDown() override { fs::remove_all(home); }
-    fs::path home;
-};
-
-TEST_F(DataDirectory, isTheFirstThatExists)
+// Each source in turn names a folder; the one that counts most comes last.
+TEST(DataDirectory, isTheFirstThatExists)
 {
-    EXPECT_EQ(OrvelGetVerifyDataDirectory(), home.string());
-    std::ofstream(home / "config/user-dirs.dirs") << "# folders\nXDG_DOCUMENTS_DIR=\"$HOME/Papers\"\n";
-    EXPECT_EQ(OrvelGetVerifyDataDirectory(), (home / "Papers").string());
+    const TempFolder home;
+    const auto verified = [] { return fs::path(OrvelGetVerifyDataDirectory()); };
+    for (const char* const folder : {"Papers", "given", "config", "configured"})
+        fs::create_directories(home / folder);
+    setenv("HOME", home.path.c_str(), 1);
+    setenv("XDG_CONFIG_HOME", (home / "config").c_str(), 1);
+    unsetenv("KELVORA_DATA_DIR");
+    EXPECT_EQ(verified(), home.path);
+    writeBytes(home / "config/user-dirs.dirs", "# folders\nXDG_DOCUMENTS_DIR=\"$HOME/Papers\"\n");
+    EXPECT_EQ(verified(), home / "Papers");
     IWSetConfig("KV_DATA_DIR", (home / "configured").c_str());
-    EXPECT_EQ(OrvelGetVerifyDataDirectory(), (home / "configured").string());
+    EXPECT_EQ(verified(), home / "configured");
     setenv("KELVORA_DATA_DIR", (home / "given").c_str(), 1);
-    EXPECT_EQ(OrvelGetVerifyDataDirectory(), (home / "given").string());
+    EXPECT_EQ(verified(), home / "given");
     // What does not exist is passed over.
     setenv("KELVORA_DATA_DIR", "/nowhere/at/all", 1);
     fs::remove(home / "configured");
     fs::remove(home / "Papers");
-    EXPECT_EQ(OrvelGetVerifyDataDirectory(), home.string());
+    EXPECT_EQ(verified(), home.path);
     setenv("HOME", "/nowhere", 1);
-    EXPECT_EQ(OrvelGetVerifyDataDirectory(), fs::current_path().string());
+    EXPECT_EQ(verified(), fs::current_path());
 }
 
 TEST(PlaceBeside, takesTheFirstSideWithRoom)
 {
-    const Rectangle screen{0, 0, 1600, 1200};
-    const Rectangle tool{0, 0, 600, 380};
-    struct Case {
-        int imageX, imageY, width, height;
+    const Rectangle screen{0, 0, 1600, 1200}, tool{0, 0, 600, 380};
+    const struct {
+        Rectangle image;
         int x, y;
+    } cases[] = {
+        {{0, 0, 500, 500}, 504, 0},       // right
+        {{300, 100, 600, 600}, 904, 100}, // right, at its top
+        {{0, 1000, 500, 300}, 504, 820},  // right, moved up onto the screen
+        {{0, -50, 500, 500}, 504, 0},     // right, the image reaches above the screen
+        {{1000, 20, 600, 600}, 396, 20},  // left
+        {{200, 10, 1200, 700}, 200, 714}, // below
+        {{1300, 10, 1200, 700}, 696, 10}, // left of an image that reaches off the screen
+        {{100, 0, 1400, 1200}, 1000, 0},  // no room at all: the corner that covers least
     };
-    const Case cases[] = {
-        {0, 0, 500, 500, 504, 0},       // right
-        {300, 100, 600, 600, 904, 100}, // right, at its top
-        {0, 1000, 500, 300, 504, 820},  // right, moved up onto the screen
-        {0, -50, 500, 500, 504, 0},     // right, the image reaches above the screen
-        {1000, 20, 600, 600, 396, 20},  // left
-        {200, 10, 1200, 700, 200, 714}, // below
-        {1300, 10, 1200, 700, 696, 10}, // left of an image that reaches off the screen
-        {100, 0, 1400, 1200, 1000, 0},  // no room at all: the corner that covers least
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(placeBeside({c.imageX, c.imageY, c.width, c.height}, tool, screen),
-                  (Rectangle{c.x, c.y, 600, 380}))
-            << c.x << ", " << c.y;
+    for (const auto& c : cases)
+        EXPECT_EQ(placeBeside(c.image, tool, screen), (Rectangle{c.x, c.y, 600, 380}))
+            << c.image.x << ", " << c.image.y;
     // Of a tool larger than the screen the controls at its top left are to be seen.
     EXPECT_EQ(placeBeside({0, 0, 500, 500}, {0, 0, 2000, 1300}, screen), (Rectangle{0, 0, 2000, 1300}));
 }

@@ -4,23 +4,18 @@
 #include "platform/wmenh/ChooserPaths.h"
 #include "platform/wmenh/Help.h"
 #include "platform/wmenh/Text.h"
+#include "tests/unit/image/TempFolder.h"
 
 #include <clocale>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 
 using namespace wmenh;
 namespace fs = std::filesystem;
 
 TEST(LocaleText, takesUtf8AndLatin1Mixed)
 {
-    struct Case {
-        const char* given;
-        const char* utf8;
-        const char* latin1;
-    };
-    const Case cases[] = {
+    const struct {
+        const char *given, *utf8, *latin1;
+    } cases[] = {
         {"plain\ttext\n", "plain\ttext\n", "plain\ttext\n"},
         {"12 \xB5m", "12 \xC2\xB5m", "12 \xB5m"},
         {"12 \xC2\xB5m", "12 \xC2\xB5m", "12 \xB5m"},
@@ -33,7 +28,7 @@ TEST(LocaleText, takesUtf8AndLatin1Mixed)
         {"caf\xE9", "caf\xC3\xA9", "caf\xE9"},
         {"bell\a\x1B[2J\x7F.", "bell  [2J .", "bell  [2J ."},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(localeText(c.given, true), c.utf8) << c.given;
         EXPECT_EQ(localeText(c.given, false), c.latin1) << c.given;
     }
@@ -42,12 +37,11 @@ TEST(LocaleText, takesUtf8AndLatin1Mixed)
 TEST(WrapText, breaksAtSpacesElseAnywhere)
 {
     ASSERT_TRUE(setlocale(LC_ALL, "C.UTF-8"));
-    struct Case {
+    const struct {
         const char* given;
         int columns;
         const char* wrapped;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"short", 10, "short"},
         {"one two three", 7, "one two\nthree"},
         {"one two three", 8, "one two\nthree"},
@@ -58,7 +52,7 @@ TEST(WrapText, breaksAtSpacesElseAnywhere)
         {"", 5, ""},
         {"end\n", 5, "end\n"},
     };
-    for (const Case& c : cases)
+    for (const auto& c : cases)
         EXPECT_EQ(wrapText(c.given, c.columns), c.wrapped) << c.given;
     EXPECT_EQ(lineCount(wrapText(std::string(4000, 'x'), 80)), 50);
 }
@@ -72,27 +66,20 @@ TEST(JoinLines, keepsParagraphsAndIndentedLines)
 TEST(ChooserPaths, makeThePathOfATypedName)
 {
     setenv("HOME", "/home/user", 1);
-    struct Case {
-        const char* name;
-        const char* path;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"a.slk", "/data/a.slk"}, {"  a b.slk ", "/data/a b.slk"}, {"sub/a.slk", "/data/sub/a.slk"},
         {"../a.slk", "/a.slk"},   {"/x/./y//a", "/x/y/a"},         {"~/a.slk", "/home/user/a.slk"},
         {"~", "/home/user"},      {"~other/a", "/data/~other/a"},  {"", "/data/"},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(pathFromName("/data", c.name), c.path) << c.name;
+    for (const auto& [name, path] : cases)
+        EXPECT_EQ(pathFromName("/data", name), path) << name;
 }
 
 TEST(ChooserPaths, addAnExtensionWhereThereIsNone)
 {
-    struct Case {
-        const char* path;
-        const char* extension;
-        const char* made;
-    };
-    const Case cases[] = {
+    const struct {
+        const char *path, *extension, *made;
+    } cases[] = {
         {"/d/cells", "slk", "/d/cells.slk"},
         {"/d/cells.", "slk", "/d/cells.slk"},
         {"/d/cells.txt", "slk", "/d/cells.txt"},
@@ -101,7 +88,7 @@ TEST(ChooserPaths, addAnExtensionWhereThereIsNone)
         {"/d/cells", "", "/d/cells"},
         {"/d/", "slk", "/d/"},
     };
-    for (const Case& c : cases)
+    for (const auto& c : cases)
         EXPECT_EQ(withExtension(c.path, c.extension), c.made) << c.path;
     EXPECT_EQ(extensionOf("*.slk"), "slk");
     EXPECT_EQ(extensionOf("*"), "");
@@ -110,36 +97,33 @@ TEST(ChooserPaths, addAnExtensionWhereThereIsNone)
 
 class Folders : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        std::string name = "/tmp/chooser-test-XXXXXX";
-        folder = mkdtemp(name.data());
-        fs::create_directory(folder / "sub");
-    }
-    void TearDown() override { fs::remove_all(folder); }
-    fs::path folder;
+    Folders() { fs::create_directory(sub); }
+    TempFolder folder;
+    fs::path sub = folder / "sub";
 };
 
 TEST_F(Folders, fallBackToTheNearestThatExists)
 {
-    EXPECT_EQ(nearestDirectory(folder / "sub"), (folder / "sub").string());
-    EXPECT_EQ(nearestDirectory((folder / "sub").string() + "/"), (folder / "sub").string());
-    EXPECT_EQ(nearestDirectory(folder / "sub/gone/away"), (folder / "sub").string());
-    std::ofstream(folder / "file") << "x";
-    EXPECT_EQ(nearestDirectory(folder / "file"), folder.string());
-    EXPECT_EQ(nearestDirectory("/no such folder/at all"), "/");
-    EXPECT_EQ(nearestDirectory(""), fs::current_path().string());
+    writeBytes(folder / "file", "x");
+    const std::pair<std::string, fs::path> cases[] = {
+        {sub, sub},
+        {sub.string() + "/", sub},
+        {sub / "gone/away", sub},
+        {folder / "file", folder.path},
+        {"/no such folder/at all", "/"},
+        {"", fs::current_path()},
+    };
+    for (const auto& [path, nearest] : cases)
+        EXPECT_EQ(nearestDirectory(path), nearest.string()) << path;
 }
 
 TEST_F(Folders, saysWhyAPathCannotBeTaken)
 {
-    const std::string lengthy(300, 'x');
-    struct Case {
-        const char* name;      // in the folder
+    const struct {
+        std::string name;      // in the folder
         int room;              // bytes that the caller's buffer has beyond what the path needs
         const char* complaint; // a part of the sentence; empty: the path is good
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"a.slk", 100, ""},
         {"a.slk", 0, ""},
         {"a.slk", -1, "choose a shorter name"},
@@ -148,10 +132,10 @@ TEST_F(Folders, saysWhyAPathCannotBeTaken)
         {"gone/a.slk", 100, "no folder"},
         {"sub", 100, "is a folder"},
         {"a\nb.slk", 100, "characters that cannot be"},
-        {lengthy.c_str(), 4096, "too long for a file name"},
+        {std::string(300, 'x'), 4096, "too long for a file name"},
     };
-    for (const Case& c : cases) {
-        const std::string path = folder.string() + "/" + c.name;
+    for (const auto& c : cases) {
+        const std::string path = folder.path.string() + "/" + c.name;
         const std::string sentence = complaintAbout(path, static_cast<int>(path.size()) + 1 + c.room);
         EXPECT_TRUE(*c.complaint ? sentence.find(c.complaint) != std::string::npos : sentence.empty())
             << path << ": " << sentence;
@@ -164,11 +148,11 @@ TEST_F(Folders, helpTopicsComeFromTheUsersFolderFirst)
     const auto shipped = helpText("LineProfile");
     ASSERT_TRUE(shipped);
     EXPECT_NE(shipped->find("FWHM"), std::string::npos);
-    setenv("KELVORA_HELP_DIR", folder.c_str(), 1);
+    setenv("KELVORA_HELP_DIR", folder.path.c_str(), 1);
     EXPECT_EQ(helpText("LineProfile"), shipped);
-    std::ofstream(folder / "LineProfile.txt") << "ours\n";
+    writeBytes(folder / "LineProfile.txt", "ours\n");
     EXPECT_EQ(helpText("LineProfile"), "ours\n");
-    std::ofstream(folder / "secret.txt") << "x\n";
+    writeBytes(folder / "secret.txt", "x\n");
     EXPECT_FALSE(helpText("sub/../secret"));
     EXPECT_FALSE(helpText("NoSuchTopic"));
 }
