@@ -13,15 +13,12 @@ class ChangedFile : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        spec.pages = 8;
-        spec.width = spec.height = 80;
-        spec.tile = 16;
         image = writeAndOpen(path, spec);
         ASSERT_EQ(firstPixel(*image, {}), storedValue(spec, 0, 0));
     }
     TempFolder folder;
     fs::path path = folder / "c.tif";
-    TiffSpec spec;
+    const TiffSpec spec{.width = 80, .height = 80, .pages = 8, .tile = 16};
     std::unique_ptr<ImageFile> image;
 };
 
@@ -45,11 +42,7 @@ TEST_F(ChangedFile, TruncatedFileFailsWithASentence)
 
 TEST_F(ChangedFile, FileRewrittenInAnotherShapeIsNotReadAtOldOffsets)
 {
-    TiffSpec other;
-    other.width = 300;
-    other.height = 20;
-    other.pages = 20;
-    writeTiff(path, other);
+    writeTiff(path, {.width = 300, .height = 20, .pages = 20});
     for (const int page : {0, 7}) {
         EXPECT_TRUE(readWhole(*image, {page, 0, 0, 0}).empty()) << page;
         EXPECT_NE(image->lastError(), "");

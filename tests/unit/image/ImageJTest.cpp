@@ -8,20 +8,14 @@
 using namespace image;
 using testing::ElementsAre;
 
-static TiffSpec stack(const std::string& fields, int pages = 1)
-{
-    TiffSpec spec;
-    spec.pages = pages;
-    spec.description = "ImageJ=1.54f\n" + fields;
-    return spec;
-}
+static const std::string start = "ImageJ=1.54f\n";
 
 TEST(ImageJ, HyperstackOrderSpacingAndRange)
 {
-    TiffSpec spec = stack("images=12\nchannels=2\nslices=3\nframes=2\nhyperstack=true\nmode=composite\n"
-                          "unit=\\u00B5m\nspacing=0.75\nfinterval=0.5\nmin=1\nmax=9\n",
-                          12);
-    spec.resolution = 4;
+    const TiffSpec spec{.pages = 12,
+                        .description = start + "images=12\nchannels=2\nslices=3\nframes=2\nhyperstack=true\n"
+                                               "mode=composite\nunit=\\u00B5m\nspacing=0.75\nmin=1\nmax=9\n",
+                        .resolution = 4};
     const TempFolder folder;
     const auto image = writeAndOpen(folder / "h.tif", spec);
     const ImageInfo& info = image->info();
@@ -42,9 +36,8 @@ TEST(ImageJ, UnitOfLengthCalibrates)
     } rows[] = {{"micron", 0.5f}, {"nm", 0.0005f}, {"pixel", 0}, {"furlong?", 0}};
     const TempFolder folder;
     for (const auto& row : rows) {
-        TiffSpec spec = stack(std::string("unit=") + row.unit + "\n");
-        spec.resolution = 2;
-        const auto image = writeAndOpen(folder / "u.tif", spec);
+        const std::string description = start + "unit=" + row.unit + "\n";
+        const auto image = writeAndOpen(folder / "u.tif", {.description = description, .resolution = 2});
         EXPECT_EQ(image->info().calibrated, row.spacing > 0) << row.unit;
         EXPECT_FLOAT_EQ(image->info().spacing[0], row.spacing > 0 ? row.spacing : 1.0f) << row.unit;
     }
@@ -54,13 +47,14 @@ TEST(ImageJ, UnitOfLengthCalibrates)
 // which only the first is declared. The sixth is missing.
 TEST(ImageJ, PlanesBehindASinglePage)
 {
-    TiffSpec spec = stack("images=6\nslices=3\nframes=2\n");
-    const int height = spec.height;
-    spec.height = spec.rowsPerStrip = 5 * height;
+    constexpr int height = 29;
+    const TiffSpec spec{.height = 5 * height,
+                        .rowsPerStrip = 5 * height,
+                        .description = start + "images=6\nslices=3\nframes=2\n"};
     const TempFolder folder;
     writeTiff(folder / "one.tif", spec);
     std::string bytes = readBytes(folder / "one.tif");
-    ASSERT_TRUE(overwriteTag(bytes, TIFFTAG_IMAGELENGTH, static_cast<std::uint32_t>(height)));
+    ASSERT_TRUE(overwriteTag(bytes, TIFFTAG_IMAGELENGTH, height));
     writeBytes(folder / "one.tif", bytes);
     const auto image = ImageFile::open(folder / "one.tif");
     EXPECT_THAT(sizesOf(*image), ElementsAre(3, 1, 2, 1));
@@ -77,14 +71,14 @@ TEST(ImageJ, DimensionsThatDoNotFitAreASimpleStack)
     for (const char* const fields :
          {"images=3\nchannels=2\n", "images=3\nslices=999999999\nframes=999999999\n", "images=-4\n",
           "channels=nan\n", "images=3\nslices=1e300\n"}) {
-        const auto image = writeAndOpen(folder / "odd.tif", stack(fields, 3));
+        const auto image = writeAndOpen(folder / "odd.tif", {.pages = 3, .description = start + fields});
         EXPECT_THAT(sizesOf(*image), ElementsAre(3, 1, 1, 1)) << fields;
     }
 }
 
 TEST(ImageJ, SignedValuesAreStoredWithAnOffset)
 {
-    const TiffSpec spec = stack("cf=0\nc0=-32768.0\nc1=1.0\nvunit=gray value\n");
+    const TiffSpec spec{.description = start + "cf=0\nc0=-32768.0\nc1=1.0\nvunit=gray value\n"};
     const TempFolder folder;
     const auto image = writeAndOpen(folder / "s.tif", spec);
     EXPECT_EQ(image->info().pixelType, PixelType::Int16);

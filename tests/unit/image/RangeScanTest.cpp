@@ -18,9 +18,7 @@ protected:
     void SetUp() override
     {
         setenv("XDG_CACHE_HOME", (folder / "cache").c_str(), 1);
-        spec.samples = 3;
-        spec.pages = 4;
-        image = writeAndOpen(folder / "r.tif", spec);
+        image = writeAndOpen(folder / "r.tif", {.samples = 3, .pages = 4});
     }
     void TearDown() override { unsetenv("XDG_CACHE_HOME"); }
     static std::vector<ValueRange> scanned(ImageFile& image)
@@ -39,7 +37,7 @@ protected:
         ASSERT_EQ(ranges.size(), 3u);
         for (int w = 0; w < 3; ++w) {
             std::vector<float> all;
-            for (int z = 0; z < spec.pages; ++z)
+            for (int z = 0; z < 4; ++z)
                 std::ranges::copy(readWhole(*image, {z, w, 0, 0}), std::back_inserter(all));
             const ValueRange& range = ranges[static_cast<std::size_t>(w)];
             EXPECT_TRUE(range.known);
@@ -55,7 +53,6 @@ protected:
         return fs::directory_iterator(folder / "cache/kelvora/ranges")->path();
     }
     TempFolder folder;
-    TiffSpec spec;
     std::unique_ptr<ImageFile> image;
 };
 
@@ -87,9 +84,7 @@ TEST_F(Ranges, UnwritableCacheIsNoError)
 
 TEST_F(Ranges, NotANumberDoesNotCount)
 {
-    TiffSpec real;
-    real.kind = floatKind;
-    writeTiff(folder / "n.tif", real);
+    writeTiff(folder / "n.tif", {.kind = floatKind});
     std::string bytes = readBytes(folder / "n.tif");
     const float odd[] = {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity(),
                          -std::numeric_limits<float>::infinity()};

@@ -209,6 +209,14 @@ std::array<int, 4> sizesOf(const image::ImageFile& image)
     return {info.sizeZ, info.sizeW, info.sizeT, info.sizeP};
 }
 
+std::array<std::optional<double>, 5> headerOf(const image::ImageFile& image,
+                                              const image::SectionIndex& section)
+{
+    const auto field = [&](int number) { return image.extendedHeader(section, number); };
+    return {field(image::TimeStampSeconds), field(image::StageXMicrons), field(image::StageYMicrons),
+            field(image::StageZMicrons), field(image::KnownBias)};
+}
+
 std::vector<float> readWhole(image::ImageFile& image, const image::SectionIndex& section)
 {
     const image::ImageInfo& info = image.info();

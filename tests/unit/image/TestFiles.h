@@ -48,6 +48,10 @@ bool overwriteTag(std::string& bytes, int tag, std::uint32_t value);
 // z, w, t, p.
 std::array<int, 4> sizesOf(const image::ImageFile& image);
 
+// Of the extended header: time, stage position x, y, z and known bias.
+std::array<std::optional<double>, 5> headerOf(const image::ImageFile& image,
+                                              const image::SectionIndex& section);
+
 // The whole section; empty when it cannot be read.
 std::vector<float> readWhole(image::ImageFile& image, const image::SectionIndex& section);
 
