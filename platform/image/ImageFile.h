@@ -81,6 +81,10 @@ public:
     // Whether the section is inside the dimensions and the file holds it.
     virtual bool hasSection(const SectionIndex& section) const = 0;
 
+    // Whether all of the section's data lies inside the file as it is now; lastError says what does not. Reads
+    // no pixels.
+    virtual bool isComplete(const SectionIndex& section) { return hasSection(section); }
+
     // Fills out (rect.width() * rect.height() values, row by row, x fastest) with the section's pixel values.
     // False when the rectangle is not inside the image, out has another size, or the data cannot be read or
     // decoded (lastError says why); out is then unspecified.

@@ -28,6 +28,9 @@ public:
     // value. Keeps the blocks that it holds when the page is the same.
     void take(std::shared_ptr<TiffFile> newFile, PlanePtr newPlane, int newSample, float newOffset);
 
+    // Throws FormatError when blocks lie outside the file, StalePlane when the file has changed.
+    void requireComplete() const { file->requireComplete(*plane); }
+
     // Fills out (rect.width() * rect.height() values, row by row). The rectangle must lie inside the page.
     // Throws FormatError or StalePlane.
     void read(const PixelRect& rect, std::span<float> out);

@@ -37,6 +37,7 @@ PlanePtr TiffFile::plane(std::uint64_t offset, std::optional<SampleType> declare
     const std::lock_guard lock(mutex);
     if (planes.size() >= maxPlanesKept || tableEntries > maxTableEntries) {
         planes.clear();
+        completePlanes.clear();
         tableEntries = 0;
     }
     tableEntries += made->directory.blockOffsets.size();
@@ -57,6 +58,7 @@ void TiffFile::refuseStale(const Plane& plane)
     ++generation;
     id = nextFileId();
     planes.clear();
+    completePlanes.clear();
     tableEntries = 0;
     idleDecoders.clear();
     throw StalePlane{};
@@ -210,23 +212,44 @@ static void requireRawInFile(const Plane& plane, int block, std::uint64_t fileSi
     const int row = d.tiled ? 0 : block % d.blocksDown() * d.blockHeight;
     const int rows = d.tiled ? d.blockHeight : std::min(d.blockHeight, d.height - row);
     const std::uint64_t bytes = static_cast<std::uint64_t>(rows) * plane.rowBytes;
-    requireInside(d, static_cast<std::size_t>(block), 0, bytes);
-    const std::uint64_t offset = d.blockOffsets[static_cast<std::size_t>(block)];
+    if (plane.firstByteShift == 0)
+        requireInside(d, static_cast<std::size_t>(block), 0, bytes);
+    const std::uint64_t offset = d.blockOffsets[static_cast<std::size_t>(block)] + plane.firstByteShift;
     if (offset > fileSize || bytes > fileSize - offset)
         throw FormatError("the file is truncated: a strip or tile lies beyond its end");
 }
 
+static bool isRaw(const Plane& plane)
+{
+    return plane.access == Plane::Access::RawRows || plane.access == Plane::Access::RawTiles;
+}
+
+void TiffFile::requireComplete(const Plane& plane)
+{
+    refuseStale(plane);
+    const PlaneKey key{plane.directory.offset, plane.firstByteShift};
+    {
+        const std::lock_guard lock(mutex);
+        if (completePlanes.contains(key))
+            return;
+    }
+    const std::uint64_t fileSize = file.size();
+    for (std::size_t block = 0; block < plane.directory.blockOffsets.size(); ++block)
+        if (isRaw(plane))
+            requireRawInFile(plane, static_cast<int>(block), fileSize);
+        else
+            requireInFile(plane.directory, block, fileSize);
+    const std::lock_guard lock(mutex);
+    if (plane.file == id)
+        completePlanes.insert(key);
+}
+
 void TiffFile::check(const Plane& plane)
 {
-    const Directory& d = plane.directory;
-    const bool raw = plane.access == Plane::Access::RawRows || plane.access == Plane::Access::RawTiles;
-    for (std::size_t block = 0; block < d.blockOffsets.size(); ++block)
-        if (raw)
-            requireRawInFile(plane, static_cast<int>(block), size());
-        else
-            requireInFile(d, block, size());
-    if (raw)
+    requireComplete(plane);
+    if (isRaw(plane))
         return;
+    const Directory& d = plane.directory;
     if (plane.access != Plane::Access::DecodedStrips) {
         load(plane, 0);
         return;

@@ -12,6 +12,7 @@
 #include <memory>
 #include <mutex>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace image {
@@ -40,7 +41,10 @@ public:
     // changed since the plane was looked up.
     BlockPtr load(const Plane& plane, int block);
 
-    // Throws FormatError when blocks lie outside the file or the first one cannot be decoded.
+    // Throws FormatError when blocks lie outside the file as it is now, or StalePlane as load() does.
+    void requireComplete(const Plane& plane);
+
+    // As requireComplete(), and throws FormatError when the first block cannot be decoded.
     void check(const Plane& plane);
 
 private:
@@ -75,7 +79,8 @@ private:
     FileStamp current;
     unsigned generation = 0; // counts changes of the file
     std::unordered_map<PlaneKey, PlanePtr, PlaneKeyHash> planes;
-    std::size_t tableEntries = 0; // of the planes' block tables
+    std::unordered_set<PlaneKey, PlaneKeyHash> completePlanes; // that requireComplete() has passed
+    std::size_t tableEntries = 0;                              // of the planes' block tables
     std::vector<std::unique_ptr<TiffDecoder>> idleDecoders;
 };
 

@@ -36,6 +36,7 @@ public:
 
     const ImageInfo& info() const override { return dataset.info; }
     bool hasSection(const SectionIndex& section) const override { return place(section) != nullptr; }
+    bool isComplete(const SectionIndex& section) override;
     bool read(const SectionIndex& section, const PixelRect& rect, std::span<float> out) override;
     int levelCount() const override { return static_cast<int>(levels.size()); }
     double levelScale(int level) const override;
@@ -226,6 +227,14 @@ template<class Action> bool TiffImage::attempt(const SectionIndex& section, Acti
     } catch (const std::exception& error) {
         return fail(section, error.what());
     }
+}
+
+bool TiffImage::isComplete(const SectionIndex& section)
+{
+    return attempt(section, [&] {
+        readerOf(section, 0).requireComplete();
+        return true;
+    });
 }
 
 bool TiffImage::read(const SectionIndex& section, const PixelRect& rect, std::span<float> out)

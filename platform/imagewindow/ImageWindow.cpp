@@ -153,13 +153,21 @@ void ImageWindow::exposed(Region region)
         painter.show(*buffer, controls->canvas(), region);
 }
 
+PanelBinding ImageWindow::bindingOf(int panel) const
+{
+    PanelBinding binding{arrangement.geometry.style, -1};
+    if (panel >= 0 && panel < static_cast<int>(panels.size()))
+        binding.wavelength = panels[static_cast<std::size_t>(panel)].wavelengths.front();
+    return binding;
+}
+
 void ImageWindow::overlayArrived()
 {
     bool redraw = false;
     for (const protocol::OverlayCommand& command : protocol::drainOverlays(display(), controls->canvas())) {
         if (!watchClient(command.client))
             continue;
-        const OverlayStore::Outcome outcome = overlays.apply(command);
+        const OverlayStore::Outcome outcome = overlays.apply(command, bindingOf(command.panel));
         redraw |= outcome == OverlayStore::Outcome::RedrawAsked;
         if (outcome == OverlayStore::Outcome::Refused && !std::exchange(refusalTold, true))
             std::fprintf(

@@ -97,6 +97,7 @@ private:
     void changed();
     protocol::DisplayRecord currentRecord() const;
     bool watchClient(Window client);
+    PanelBinding bindingOf(int panel) const;
     Scene scene() const { return {arrangement.geometry, panels, overlays}; }
 
     Application& application;
@@ -117,6 +118,7 @@ private:
         int x = 0, y = 0; // canvas pixels
     };
     std::optional<PointerPlace> pointer;
+    int fileVersion = 0;     // counts how often the file was opened anew
     std::string problem;     // why a section is not shown, empty when all is well
     std::string fileProblem; // what has become of the file, empty when all is well
     std::string notice;      // what the last action could not do, until the pointer moves

@@ -78,10 +78,9 @@ void addDamage(Region region, const Segment& part, const OverlayCommand& command
                reachOf(command) + 1);
 }
 
-bool shows(const Scene& scene, int panel, const OverlayCommand& command)
+bool shows(const Scene& scene, int panel, const Graphic& graphic)
 {
-    const PanelContent& content = scene.panels[static_cast<std::size_t>(panel)];
-    return showsIn(command, panel, content.z, content.t);
+    return showsIn(graphic, scene.geometry.style, panel, scene.panels[static_cast<std::size_t>(panel)]);
 }
 
 class OwnRegion {
@@ -175,15 +174,15 @@ void OverlayPainter::paintAll(CanvasBuffer& buffer, Window canvas, const Scene& 
 }
 
 void OverlayPainter::paintTouched(CanvasBuffer& buffer, Window canvas, const Scene& scene,
-                                  const std::vector<OverlayCommand>& touched)
+                                  const std::vector<Graphic>& touched)
 {
     const OwnRegion region;
-    for (const OverlayCommand& command : touched)
+    for (const Graphic& graphic : touched)
         for (int panel = 0; panel < static_cast<int>(scene.panels.size()); ++panel) {
-            if (!shows(scene, panel, command))
+            if (!shows(scene, panel, graphic))
                 continue;
-            if (const auto part = visiblePart(scene.geometry, panel, command))
-                addDamage(region, *part, command);
+            if (const auto part = visiblePart(scene.geometry, panel, graphic.command))
+                addDamage(region, *part, graphic.command);
         }
     if (!XEmptyRegion(region))
         paintRegion(buffer, canvas, scene, region);
@@ -205,9 +204,9 @@ void OverlayPainter::paintRegion(CanvasBuffer& buffer, Window canvas, const Scen
             continue;
         for (GC gc : {haloGC, drawGC})
             XSetRegion(display, gc, clip);
-        scene.store.forEach([&](const OverlayCommand& command) {
-            if (shows(scene, panel, command))
-                drawGraphic(buffer.frame(), scene, panel, command);
+        scene.store.forEach([&](const Graphic& graphic) {
+            if (shows(scene, panel, graphic))
+                drawGraphic(buffer.frame(), scene, panel, graphic.command);
         });
     }
     XCopyArea(display, buffer.frame(), canvas, copyGC, box.x, box.y, box.width, box.height, box.x, box.y);

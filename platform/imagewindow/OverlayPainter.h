@@ -36,7 +36,7 @@ public:
     void paintAll(CanvasBuffer& buffer, Window canvas, const Scene& scene);
     // Draws anew and shows only where the given graphics are.
     void paintTouched(CanvasBuffer& buffer, Window canvas, const Scene& scene,
-                      const std::vector<protocol::OverlayCommand>& touched);
+                      const std::vector<Graphic>& touched);
     // Shows a part of the frame that is drawn already.
     void show(CanvasBuffer& buffer, Window canvas, Region region);
 

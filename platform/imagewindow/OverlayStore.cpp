@@ -23,15 +23,15 @@ bool finite(const OverlayCommand& command)
 
 } // namespace
 
-void OverlayStore::touch(const OverlayCommand& command)
+void OverlayStore::touch(const Graphic& graphic)
 {
     if (touched.size() >= maxTouched)
         touchedAll = true;
     else
-        touched.push_back(command);
+        touched.push_back(graphic);
 }
 
-OverlayStore::Outcome OverlayStore::apply(const OverlayCommand& command)
+OverlayStore::Outcome OverlayStore::apply(const OverlayCommand& command, const PanelBinding& binding)
 {
     const Key key{command.client, command.id};
     const auto found = graphics.find(key);
@@ -42,15 +42,15 @@ OverlayStore::Outcome OverlayStore::apply(const OverlayCommand& command)
             return Outcome::Refused;
         if (found != graphics.end()) {
             touch(found->second);
-            found->second = command;
+            found->second = {command, binding};
         } else {
             std::size_t& count = perClient[command.client];
             if (count >= maxGraphicsPerClient || graphics.size() >= maxGraphics)
                 return Outcome::Refused;
-            graphics.emplace(key, command);
+            graphics.emplace(key, Graphic{command, binding});
             ++count;
         }
-        touch(command);
+        touch({command, binding});
         return Outcome::Changed;
     case OverlayKind::Remove:
         if (found == graphics.end())
@@ -79,18 +79,29 @@ bool OverlayStore::dropClient(std::uint32_t client)
     return any;
 }
 
-std::optional<std::vector<OverlayCommand>> OverlayStore::takeTouched()
+std::optional<std::vector<Graphic>> OverlayStore::takeTouched()
 {
-    std::vector<OverlayCommand> list;
+    std::vector<Graphic> list;
     list.swap(touched);
     if (std::exchange(touchedAll, false))
         return std::nullopt;
     return list;
 }
 
-bool showsIn(const OverlayCommand& command, int panel, int z, int t)
+static bool boundElsewhere(const Graphic& graphic, int style, int panel, const PanelContent& content)
 {
-    if ((command.timePoint >= 0 && command.timePoint != t) || (command.panel >= 0 && command.panel != panel))
+    if (graphic.command.panel < 0 || graphic.binding.style != style)
+        return false;
+    return style == protocol::WavelengthPanels ? content.wavelengths.front() != graphic.binding.wavelength
+                                               : graphic.command.panel != panel;
+}
+
+bool showsIn(const Graphic& graphic, int style, int panel, const PanelContent& content)
+{
+    const OverlayCommand& command = graphic.command;
+    if (command.timePoint >= 0 && command.timePoint != content.t)
+        return false;
+    if (boundElsewhere(graphic, style, panel, content))
         return false;
     const bool line = command.kind == OverlayKind::AddLine;
     float first = command.z0, last = line ? command.z1 : command.z0;
@@ -100,8 +111,8 @@ bool showsIn(const OverlayCommand& command, int panel, int z, int t)
         last = first;
     if (first < 0)
         return true;
-    return z >= static_cast<double>(std::trunc(std::min(first, last))) &&
-           z <= static_cast<double>(std::trunc(std::max(first, last)));
+    return content.z >= static_cast<double>(std::trunc(std::min(first, last))) &&
+           content.z <= static_cast<double>(std::trunc(std::max(first, last)));
 }
 
 std::optional<Segment> clipSegment(Segment segment, double left, double top, double right, double bottom)

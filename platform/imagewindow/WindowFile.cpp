@@ -83,6 +83,7 @@ void ImageWindow::adoptFile(std::unique_ptr<image::ImageFile> fresh)
         ranges.clear();
     scan.reset();
     source.file = std::move(fresh);
+    ++fileVersion;
     renderer.setFile(*source.file);
     scan = std::make_unique<image::RangeScan>(*source.file);
     if (source.growing && view.style == protocol::SinglePanel && view.z == before.z && view.t == before.t) {
@@ -107,6 +108,7 @@ protocol::DisplayRecord ImageWindow::currentRecord() const
     current.w = displayedWavelengths(view).front();
     current.geometry = arrangement.geometry;
     current.scratchSize = source.growing ? info.sizeZ : 0;
+    current.fileVersion = fileVersion;
     current.wavelengths.resize(view.displayed.size());
     for (std::size_t w = 0; w < view.displayed.size(); ++w) {
         protocol::WavelengthDisplay& wave = current.wavelengths[w];

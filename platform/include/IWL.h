@@ -68,7 +68,8 @@ int IWDataToTSPos(float x, float y, float z, int slot, float* stage);
 /* Overlay graphics. Each add returns an id > 0, or 0 when not attached, when the image window is gone or when a
  * coordinate is not finite. width is in window pixels, dash 0 is solid, color 0 to 6 as the display colours, 7 the
  * annotation colour. The 5D calls bind a graphic to a time point and a panel (-1: all) and to the section of its z
- * (negative: all). Changes show at the next IWDisplay. */
+ * (negative: all). The panel of a wavelength display stands for its wavelength; when the display differs in something
+ * else the graphic shows in every panel. Changes show at the next IWDisplay. */
 int IWGrAddPt2D(int slot, int width, int color, float x, float y);
 int IWGrAddPt5D(int slot, int timePoint, int panel, int width, int color, float x, float y, float z);
 int IWGrAddLn2D(int slot, int width, int dash, int color, float x0, float y0, float x1, float y1);

@@ -18,11 +18,6 @@ std::optional<FileIdentity> identify(const std::string& path)
                         status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-bool sameFile(const FileIdentity& a, const FileIdentity& b)
-{
-    return a.device == b.device && a.inode == b.inode;
-}
-
 bool showsImage(const protocol::DisplayRecord& record, const image::ImageInfo& info)
 {
     const bool size = record.geometry.imageWidth == info.width &&
@@ -74,24 +69,24 @@ void SlotImage::follow(const protocol::DisplayRecord& record)
         readable = showsImage(shown, file->info()) || reload();
 }
 
-// A file that was replaced is opened again, and so is one that has grown and lacked the section. One version
-// is tried once.
-bool SlotImage::refreshFor(const image::SectionIndex& section)
+// Every other version of the file is opened once. A file that is gone is read through the descriptor.
+bool SlotImage::refresh()
 {
     const auto now = identify(shown.path);
-    if (!now || *now == identity)
-        return readable;
-    const bool replaced = !sameFile(*now, identity);
-    return replaced || !readable || !file->hasSection(section) ? reload() : readable;
+    return !now || *now == identity ? readable : reload();
 }
 
 bool SlotImage::position(const image::SectionIndex& section)
 {
     positioned.reset();
-    if (!refreshFor(section) || !contains(section) || !file->hasSection(section))
+    if (!refresh())
         return false;
-    positioned = section;
-    return true;
+    if (contains(section) && file->hasSection(section) &&
+        (shown.scratchSize > 0 || file->isComplete(section)))
+        positioned = section;
+    const bool toCome = shown.scratchSize > 0 && section.z >= 0 && section.t >= 0 && section.p >= 0 &&
+                        section.w >= 0 && section.w < info().sizeW;
+    return positioned || toCome;
 }
 
 bool SlotImage::read(const image::PixelRect& rect, std::span<float> out)

@@ -33,8 +33,9 @@ public:
     // fail.
     void follow(const protocol::DisplayRecord& record);
 
-    // Chooses the section for read(). False when the file does not hold it, or the file has been replaced by
-    // one that is not the image on display.
+    // Chooses the section for read(). False when the file does not hold all of it, or has been replaced by
+    // one that is not the image on display. A section that a scratch window still waits for can be chosen,
+    // but not read.
     bool position(const image::SectionIndex& section);
     // False when no section is chosen, the rectangle is not inside the image or the data cannot be read.
     bool read(const image::PixelRect& rect, std::span<float> out);
@@ -46,7 +47,7 @@ public:
 private:
     void load();
     bool reload();
-    bool refreshFor(const image::SectionIndex& section);
+    bool refresh();
 
     protocol::DisplayRecord shown;
     std::unique_ptr<image::ImageFile> file;

@@ -104,7 +104,7 @@ bool valid(const Geometry& geometry)
 
 bool valid(const DisplayRecord& record)
 {
-    for (int index : {record.z, record.w, record.t, record.p, record.scratchSize})
+    for (int index : {record.z, record.w, record.t, record.p, record.scratchSize, record.fileVersion})
         if (!within(index, 0, maxExtent))
             return false;
     const bool path =
@@ -119,7 +119,8 @@ std::vector<std::byte> encodeDisplay(const DisplayRecord& record)
 {
     ByteWriter out;
     out.u32(version);
-    for (int value : {record.windowNumber, record.z, record.w, record.t, record.p, record.scratchSize})
+    for (int value : {record.windowNumber, record.z, record.w, record.t, record.p, record.scratchSize,
+                      record.fileVersion})
         out.i32(value);
     putGeometry(out, record.geometry);
     out.text(record.path);
@@ -135,7 +136,8 @@ std::optional<DisplayRecord> decodeDisplay(std::span<const std::byte> bytes)
     if (in.u32() != version)
         return std::nullopt;
     DisplayRecord record;
-    for (int* value : {&record.windowNumber, &record.z, &record.w, &record.t, &record.p, &record.scratchSize})
+    for (int* value : {&record.windowNumber, &record.z, &record.w, &record.t, &record.p, &record.scratchSize,
+                       &record.fileVersion})
         *value = in.i32();
     record.geometry = getGeometry(in);
     record.path = in.text(PATH_MAX);

@@ -30,6 +30,7 @@ struct DisplayRecord {
     std::string path;               // absolute path of the image file
     int z = 0, w = 0, t = 0, p = 0; // displayed section, 0-based; of the first panel in a multi-panel window
     int scratchSize = 0;            // sections a scratch window holds; 0: not a scratch window
+    int fileVersion = 0;            // counts how often the viewer has opened the file anew
     Geometry geometry;
     std::vector<WavelengthDisplay> wavelengths; // one per wavelength of the image
     friend bool operator==(const DisplayRecord&, const DisplayRecord&) = default;

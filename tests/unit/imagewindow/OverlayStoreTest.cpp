@@ -51,8 +51,8 @@ TEST(OverlayStore, AnIdInUseIsReplaced)
     const auto touched = store.takeTouched();
     ASSERT_TRUE(touched);
     ASSERT_EQ(touched->size(), 2U); // where it was and where it is
-    EXPECT_EQ((*touched)[0].x1, 9);
-    EXPECT_EQ((*touched)[1].x1, 50);
+    EXPECT_EQ((*touched)[0].command.x1, 9);
+    EXPECT_EQ((*touched)[1].command.x1, 50);
 }
 
 TEST(OverlayStore, ADeadClientTakesItsGraphicsAlong)
@@ -120,7 +120,32 @@ TEST(OverlayStore, BindingToTimePanelAndSection)
                                      .panel = row.panel,
                                      .z0 = row.z0,
                                      .z1 = row.z1};
-        EXPECT_EQ(showsIn(command, row.inPanel, row.z, row.t), row.shows) << row.what;
+        const PanelContent content{.z = row.z, .t = row.t, .wavelengths = {0}, .caption = ""};
+        EXPECT_EQ(showsIn({command, {}}, protocol::SinglePanel, row.inPanel, content), row.shows) << row.what;
+    }
+}
+
+// Wavelength 1 was in the second panel (index 1) when the graphic came.
+TEST(OverlayStore, APanelOfTheDisplayThatItWasDrawnIn)
+{
+    const struct {
+        const char* what;
+        int drawnIn, style, panel, wavelength;
+        bool shows;
+    } rows[] = {
+        {"its wavelength", protocol::WavelengthPanels, protocol::WavelengthPanels, 1, 1, true},
+        {"its wavelength elsewhere", protocol::WavelengthPanels, protocol::WavelengthPanels, 0, 1, true},
+        {"another wavelength there", protocol::WavelengthPanels, protocol::WavelengthPanels, 1, 2, false},
+        {"a single panel later", protocol::WavelengthPanels, protocol::SinglePanel, 0, 0, true},
+        {"time panels later", protocol::WavelengthPanels, protocol::TimePanels, 3, 0, true},
+        {"its place", protocol::TimePanels, protocol::TimePanels, 1, 0, true},
+        {"another place", protocol::TimePanels, protocol::TimePanels, 2, 0, false},
+    };
+    for (const auto& row : rows) {
+        const Graphic graphic{{.kind = OverlayKind::AddPoint, .client = 1, .id = 1, .panel = 1},
+                              {row.drawnIn, 1}};
+        const PanelContent content{.wavelengths = {row.wavelength}, .caption = ""};
+        EXPECT_EQ(showsIn(graphic, row.style, row.panel, content), row.shows) << row.what;
     }
 }
 
