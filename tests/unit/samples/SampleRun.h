@@ -3,8 +3,14 @@
 
 #include "tests/unit/image/TempFolder.h"
 
+#include <gtest/gtest.h>
 #include <pugixml.hpp>
+#include <tiffio.h>
 
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <memory>
 #include <vector>
 
 namespace sampletest {
@@ -13,14 +19,43 @@ struct Outcome {
     int status = -1;
     std::string output, errors;
 };
+
 // Through the shell, in the folder; `before` comes in front, such as "ulimit -f 8; ".
-Outcome makeSample(const TempFolder& folder, const std::string& options, const std::string& before = "");
+inline Outcome makeSample(const TempFolder& folder, const std::string& options,
+                          const std::string& before = "")
+{
+    const TempFolder scratch;
+    const std::filesystem::path out = scratch / "out", err = scratch / "err";
+    const std::string command = "cd " + folder.path.string() + " && (" + before + BIN_DIR "/makesample " +
+                                options + ") >" + out.string() + " 2>" + err.string();
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readBytes(out), readBytes(err)};
+}
 
 // Sorted, hidden files too.
-std::vector<std::string> namesIn(const TempFolder& folder);
+inline std::vector<std::string> namesIn(const TempFolder& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path))
+        names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
 
-std::string readDescription(const std::filesystem::path& file);
+inline std::string readDescription(const std::filesystem::path& file)
+{
+    TIFFSetWarningHandler(nullptr); // it warns of ImageJ's tags
+    const std::unique_ptr<TIFF, void (*)(TIFF*)> tiff(TIFFOpen(file.c_str(), "r"), TIFFClose);
+    const char* text = nullptr;
+    return tiff && TIFFGetField(tiff.get(), TIFFTAG_IMAGEDESCRIPTION, &text) ? text : "";
+}
+
 // The OME element; fails the test when the text is not well-formed.
-pugi::xml_node parseOme(const std::string& text, pugi::xml_document& document);
+inline pugi::xml_node parseOme(const std::string& text, pugi::xml_document& document)
+{
+    const pugi::xml_parse_result result = document.load_string(text.c_str());
+    EXPECT_TRUE(result) << result.description();
+    return document.child("OME");
+}
 
 } // namespace sampletest
