@@ -69,8 +69,5 @@ Widget makeToken(const std::string& name);
 
 // From now on widgets are real ones on $DISPLAY. The connection stays for the rest of the process.
 Display* useDisplay();
-// Handles what the server has sent; the other waits for one event.
-void processEvents();
-void processNextEvent();
 
 } // namespace recording

@@ -9,6 +9,22 @@
 
 using namespace recording;
 
+// Stores each value behind the pointer that stands before it.
+static int answer(int result)
+{
+    return result;
+}
+template<typename Value, typename... More> int answer(int result, Value* target, Value value, More... more)
+{
+    *target = value;
+    return answer(result, more...);
+}
+
+static int waveCount()
+{
+    return static_cast<int>(script.waves.size());
+}
+
 RECORDED(int, IWAttach, (int argc, char** argv), 1, argc, argv[0])
 RECORDED(int, IWAttachWin, (int slot, int number, const char* mode), number == imageWindowNumber, slot,
          number, mode)
@@ -18,6 +34,11 @@ RECORDED(int, IWRtMulDisStyle, (int slot), script.style, slot)
 RECORDED(int, IWIsWaveMap, (int slot, int w), script.displayed.at(static_cast<size_t>(w)), slot, w)
 RECORDED(int, IWRtScratchSize, (int slot), script.scratchSize, slot)
 RECORDED(int, IWRtTopImgLoc, (int slot, int w), script.topImage.at(static_cast<size_t>(w)), slot, w)
+
+RECORDED(int, IWRtMulDis, (int slot, int* columns, int* rows),
+         answer(1, columns, script.columns, rows, script.rows), slot)
+RECORDED(int, IWRtDisSec_ZWTP, (int slot, int* z, int* w, int* t, int* p),
+         answer(1, z, script.z, w, script.w, t, script.t, p, 0), slot)
 
 RECORDED(int, IWGrAddPt2D, (int slot, int width, int color, float x, float y), state.nextGraphic++, slot,
          width, color, x, y)
@@ -33,8 +54,13 @@ RECORDED(int, IWGrAddLn5D,
 RECORDED(int, IWGrRmGrID, (int slot, int id), 1, slot, id)
 RECORDED(int, IWGrRmAllGrID, (int slot), 1, slot)
 
+RECORDED(void, IWSetConfigBoolean, (const char* key, int value), , key, value)
 RECORDED(int, IWSaveUserConfig, (void), 1)
+
 RECORDED(int, IMAlCon, (int slot, int convert), 0, slot, convert)
+RECORDED(int, IMRtXY, (int slot, int* nx, int* ny), answer(0, nx, imageWidth, ny, imageHeight), slot)
+RECORDED(int, IMRtZWTP, (int slot, int* nz, int* nw, int* nt, int* np, int* total),
+         answer(0, nz, 1, nw, waveCount(), nt, script.nt, np, 1, total, waveCount() * script.nt), slot)
 RECORDED(void, IMClose, (int slot), , slot)
 
 int IWGetButPressInfo(XEvent* event, int* window, float* x, float* y, float* z, int* subPanel, int* panel)
@@ -48,24 +74,6 @@ int IWGetButPressInfo(XEvent* event, int* window, float* x, float* y, float* z, 
     *z = script.pressZ;
     *subPanel = script.subPanel;
     *panel = script.panel;
-    return 1;
-}
-
-int IWRtMulDis(int slot, int* columns, int* rows)
-{
-    note("IWRtMulDis", slot);
-    *columns = script.columns;
-    *rows = script.rows;
-    return 1;
-}
-
-int IWRtDisSec_ZWTP(int slot, int* z, int* w, int* t, int* p)
-{
-    note("IWRtDisSec_ZWTP", slot);
-    *z = script.z;
-    *w = script.w;
-    *t = script.t;
-    *p = 0;
     return 1;
 }
 
@@ -109,26 +117,6 @@ int IWGetConfigBoolean(const char* key, int* value)
     return 1;
 }
 
-RECORDED(void, IWSetConfigBoolean, (const char* key, int value), , key, value)
-
-int IMRtZWTP(int slot, int* nz, int* nw, int* nt, int* np, int* total)
-{
-    note("IMRtZWTP", slot);
-    *nz = *np = 1;
-    *nw = static_cast<int>(script.waves.size());
-    *nt = script.nt;
-    *total = *nw * *nt;
-    return 0;
-}
-
-int IMRtXY(int slot, int* nx, int* ny)
-{
-    note("IMRtXY", slot);
-    *nx = imageWidth;
-    *ny = imageHeight;
-    return 0;
-}
-
 int IMRtDel(int slot, float* spacing)
 {
     note("IMRtDel", slot);
@@ -139,7 +127,7 @@ int IMRtDel(int slot, float* spacing)
 int IMRtWav(int slot, int* count, float* waves)
 {
     note("IMRtWav", slot);
-    *count = static_cast<int>(script.waves.size());
+    *count = waveCount();
     std::ranges::copy(script.waves, waves);
     return 0;
 }

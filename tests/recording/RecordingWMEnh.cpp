@@ -13,13 +13,12 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
-#include <memory>
+#include <list>
 
 using namespace recording;
 
 namespace recording {
 
-static XtAppContext application;
 static Display* display;
 static Widget form;
 
@@ -27,31 +26,17 @@ Display* useDisplay()
 {
     if (!display) {
         XtToolkitInitialize();
-        application = XtCreateApplicationContext();
         int argc = 0;
-        display =
-            XtOpenDisplay(application, nullptr, "lineprofile", "LineProfile", nullptr, 0, &argc, nullptr);
+        display = XtOpenDisplay(XtCreateApplicationContext(), nullptr, "lineprofile", "LineProfile", nullptr,
+                                0, &argc, nullptr);
     }
     return display;
 }
 
-void processEvents()
-{
-    XSync(display, False);
-    while (XtAppPending(application))
-        XtAppProcessEvent(application, XtIMAll);
-}
-
-void processNextEvent()
-{
-    XtAppProcessEvent(application, XtIMAll);
-}
-
 Widget makeToken(const std::string& name)
 {
-    static std::vector<std::unique_ptr<char>> tokens;
-    tokens.push_back(std::make_unique<char>());
-    return widgets[name] = reinterpret_cast<Widget>(tokens.back().get());
+    static std::list<char> tokens;
+    return widgets[name] = reinterpret_cast<Widget>(&tokens.emplace_back());
 }
 
 static Widget makeWidget(const std::string& name, WidgetClass widgetClass, ArgList args = nullptr,

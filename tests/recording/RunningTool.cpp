@@ -22,7 +22,7 @@ void RunningTool::SetUpTestSuite()
     char* arguments[] = {program, number, nullptr};
     ASSERT_EQ(runTool(2, arguments), 0);
     while (plot.firstExpose)
-        recording::processNextEvent();
+        XtAppProcessEvent(XtDisplayToApplicationContext(display), XtIMAll);
     // The recording platform lays nothing out.
     XtConfigureWidget(plot.plotArea, 0, 0, 500, 200, 0);
     XRaiseWindow(display, XtWindow(plot.plotArea));
@@ -30,7 +30,9 @@ void RunningTool::SetUpTestSuite()
 
 void RunningTool::SetUp()
 {
-    recording::processEvents();
+    XSync(display, False);
+    while (XtAppPending(XtDisplayToApplicationContext(display)))
+        XtAppProcessEvent(XtDisplayToApplicationContext(display), XtIMAll);
     recording::reset();
     segment = {};
     segmentDefined = dragging = 0;

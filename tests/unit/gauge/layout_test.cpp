@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 
@@ -58,11 +60,8 @@ std::vector<std::string> labelsOf(const AxisRequest& request)
 bool isRound(double increment)
 {
     double leading = increment / std::pow(10.0, std::floor(std::log10(increment) + 1e-9));
-    for (double digit : {1.0, 2.0, 5.0}) {
-        if (std::fabs(leading - digit) < 1e-6)
-            return true;
-    }
-    return false;
+    return std::ranges::any_of(std::array{1.0, 2.0, 5.0},
+                               [&](double digit) { return std::fabs(leading - digit) < 1e-6; });
 }
 
 void expectInside(const AxisRequest& request, const TickLayout& layout)

@@ -131,6 +131,14 @@ TEST_F(Shell, ARefusalIsFinalAndToldOnce)
     EXPECT_TRUE(calls.empty());
 }
 
+TEST_F(Shell, SettingsThatAreNotStoredAreOff)
+{
+    settings = {9, 9, 0.5f};
+    readSettings();
+    EXPECT_EQ(settings.showFwhm, 0);
+    EXPECT_EQ(settings.scaleMode, 0);
+}
+
 TEST_F(Shell, ChangedSettingsAreSavedAtOnce)
 {
     settings = {1, 0, 0.5f};

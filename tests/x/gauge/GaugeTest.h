@@ -20,19 +20,17 @@ constexpr int gaugeHeight = 200;
 struct Toolkit {
     XtAppContext app;
     Display* display;
-
-    Toolkit()
-    {
-        XtToolkitInitialize();
-        app = XtCreateApplicationContext();
-        int argc = 0;
-        display = XtOpenDisplay(app, nullptr, "gauge_test", "GaugeTest", nullptr, 0, &argc, nullptr);
-    }
 };
 
-inline Toolkit& toolkit()
+inline const Toolkit& toolkit()
 {
-    static Toolkit only;
+    static const Toolkit only = [] {
+        XtToolkitInitialize();
+        XtAppContext app = XtCreateApplicationContext();
+        int argc = 0;
+        return Toolkit{app,
+                       XtOpenDisplay(app, nullptr, "gauge_test", "GaugeTest", nullptr, 0, &argc, nullptr)};
+    }();
     return only;
 }
 

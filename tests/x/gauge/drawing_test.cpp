@@ -97,17 +97,6 @@ TEST_F(GaugeTest, followsItsSize)
     EXPECT_THAT(columnsMarked(), ElementsAre(60, 120, 180, 240, 299));
 }
 
-TEST_F(GaugeTest, callsBackWhenMappedAndResized)
-{
-    bool mapped = false, resized = false;
-    XtAddCallback(distance.gauge, XmNxrtGaMapCallback, noteCall, &mapped);
-    XtAddCallback(distance.gauge, XmNxrtGaResizeCallback, noteCall, &resized);
-    show();
-    EXPECT_TRUE(mapped);
-    resizeDistance(gaugeWidth + 1);
-    EXPECT_TRUE(resized);
-}
-
 TEST_F(GaugeTest, looksTheSameWithoutABuffer)
 {
     axes::setRange(intensity, 100, 65535);

@@ -7,9 +7,8 @@
 #include <Xm/DrawingA.h>
 #include <Xm/Label.h>
 
-#include <algorithm>
 #include <cstdio>
-#include <utility>
+#include <iterator>
 
 namespace {
 
@@ -19,14 +18,21 @@ struct Sample {
     int width, height; // of the plot in pixels
 };
 
-const Sample samples[] = {
-    {0, 0, 0, 180, 120},           {0, 255, 0.004f, 180, 120},        {100, 65535, 0.3f, 180, 120},
-    {0, 0.004, 0.75f, 180, 120},   {-250, 1200, 1.0f, 180, 120},      {-0.004, -0.001, 2.9f, 180, 120},
-    {0, 1e-6, 9.99f, 180, 120},    {0, 1e7, 10.0f, 180, 120},         {-1e7, 1e7, 37.25f, 180, 120},
-    {0, 3.3e9, 512.0f, 180, 120},  {-3e38, 3e38, 12345.0f, 180, 120}, {1234567.0, 1234569.0, 3.5f, 180, 120},
-    {0, 1, 300.0f, 60, 40},        {0, 4095, 5.5f, 24, 24},           {180, 1043, 47.3f, 500, 200},
-    {112, 3871, 0.052f, 500, 200},
-};
+const Sample samples[] = {{0, 0, 0, 180, 120},
+                          {0, 255, 0.052f, 180, 120},
+                          {100, 65535, 0.3f, 180, 120},
+                          {0, 0.004, 0.75f, 180, 120},
+                          {-250, 1200, 1.0f, 180, 120},
+                          {-0.004, -0.001, 2.9f, 180, 120},
+                          {0, 1e-6, 9.99f, 180, 120},
+                          {0, 1e7, 10.0f, 180, 120},
+                          {-1e7, 1e7, 37.25f, 180, 120},
+                          {0, 3.3e9, 512.0f, 180, 120},
+                          {-3e38, 3e38, 12345.0f, 180, 120},
+                          {1234567.0, 1234569.0, 3.5f, 180, 120},
+                          {180, 1043, 47.3f, 150, 90},
+                          {0, 1, 300.0f, 60, 40},
+                          {0, 4095, 5.5f, 24, 24}};
 
 void addSample(Widget board, int x, int y, const Sample& sample)
 {
@@ -41,20 +47,6 @@ void addSample(Widget board, int x, int y, const Sample& sample)
                            sample.length, sample.width);
 }
 
-void addSamples(Widget board)
-{
-    int x = 8, y = 4, rowHeight = 0;
-    for (const Sample& sample : samples) {
-        if (x + sample.width + 70 > 1560) {
-            x = 8;
-            y += std::exchange(rowHeight, 0);
-        }
-        addSample(board, x, y, sample);
-        x += std::max(sample.width, 180) + 72;
-        rowHeight = std::max(rowHeight, sample.height + 52);
-    }
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -67,8 +59,9 @@ int main(int argc, char** argv)
         return 2;
     }
     Widget board = XtVaCreateManagedWidget("board", xmBulletinBoardWidgetClass, shell, XmNmarginWidth, 0,
-                                           XmNmarginHeight, 0, XmNwidth, 1570, XmNheight, 860, nullptr);
-    addSamples(board);
+                                           XmNmarginHeight, 0, XmNwidth, 1570, XmNheight, 530, nullptr);
+    for (int i = 0; i < static_cast<int>(std::size(samples)); ++i)
+        addSample(board, 8 + i % 6 * 260, 4 + i / 6 * 175, samples[i]);
     XtRealizeWidget(shell);
     drive::Screen screen;
     drive::waitUntil([&] {

