@@ -36,18 +36,19 @@ TEST(Composite, BrightnessIsLinearBetweenTheLimits)
 TEST(Composite, AddsTintedChannelsAndSaturates)
 {
     const float full[] = {255}, half[] = {128}, none[] = {0};
+    const ContrastLimits all{0, 255};
     const struct {
         const char* what;
         std::vector<CompositeChannel> channels;
         std::uint32_t expected;
     } rows[] = {
         {"nothing", {}, 0x000000},
-        {"one", {{half, {0, 255}, palette[1]}}, 0x800000},
-        {"red and green", {{full, {0, 255}, palette[1]}, {half, {0, 255}, palette[2]}}, 0xFF8000},
-        {"white over red", {{half, {0, 255}, palette[1]}, {half, {0, 255}, palette[0]}}, 0xFF8080},
-        {"saturated", {{full, {0, 255}, palette[6]}, {full, {0, 255}, palette[4]}}, 0x00FFFF},
-        {"black adds nothing", {{none, {0, 255}, palette[0]}, {half, {0, 255}, palette[5]}}, 0x800080},
-        {"a colour of its own", {{half, {0, 255}, Rgb{100, 200, 10}}}, 0x326405},
+        {"one", {{half, all, palette[1]}}, 0x800000},
+        {"red and green", {{full, all, palette[1]}, {half, all, palette[2]}}, 0xFF8000},
+        {"white over red", {{half, all, palette[1]}, {half, all, palette[0]}}, 0xFF8080},
+        {"saturated", {{full, all, palette[0]}, {half, all, palette[0]}}, 0xFFFFFF},
+        {"black adds nothing", {{none, all, palette[0]}, {half, all, palette[5]}}, 0x800080},
+        {"a colour of its own", {{half, all, Rgb{100, 200, 10}}}, 0x326405},
     };
     for (const auto& row : rows) {
         std::uint32_t pixel = 0xABCDEF;

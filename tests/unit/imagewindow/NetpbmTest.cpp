@@ -6,27 +6,18 @@
 
 using namespace viewer;
 
-namespace {
-
-std::span<const std::byte> bytesOf(std::string_view text)
+static std::span<const std::byte> bytesOf(std::string_view text)
 {
     return std::as_bytes(std::span(text));
 }
 
-std::string textOf(const std::vector<std::byte>& bytes)
-{
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
-std::vector<std::string> imagesOf(NetpbmStream& stream)
+static std::vector<std::string> imagesOf(NetpbmStream& stream)
 {
     std::vector<std::string> list;
     while (const auto image = stream.next())
-        list.push_back(textOf(*image));
+        list.emplace_back(reinterpret_cast<const char*>(image->data()), image->size());
     return list;
 }
-
-} // namespace
 
 // However the bytes are cut by the pipe, the images are the same.
 TEST(Netpbm, SeparatesImagesAtAnyCut)
@@ -66,12 +57,11 @@ TEST(Netpbm, KnowsSizeAndKind)
 
 TEST(Netpbm, RefusesWhatIsNoSuchStream)
 {
-    const std::string endless = "P5 #" + std::string(10000, 'x');
+    using namespace std::string_literals;
     for (const std::string& text :
-         {std::string("II*\1"), std::string("P2 1 1 255\n"), std::string("P5 0 1 255\n"),
-          std::string("P5 1 -1 255\n"), std::string("P5 1 1 65536\n"),
-          std::string("P5 1000000 1000000 255\n"), std::string("P5 1x 1 255\n"),
-          std::string("P5 1 1 255\naP5 2 1 255\n"), std::string("P5 1 1 255\naP6 1 1 255\n"), endless}) {
+         {"II*\1"s, "P2 1 1 255\n"s, "P5 0 1 255\n"s, "P5 1 -1 255\n"s, "P5 1 1 65536\n"s, "P5 1x 1 255\n"s,
+          "P5 1000000 1000000 255\n"s, "P5 1 1 255\naP5 2 1 255\n"s, "P5 1 1 255\naP6 1 1 255\n"s,
+          "P5 #" + std::string(10000, 'x')}) {
         NetpbmStream stream;
         EXPECT_THROW(stream.feed(bytesOf(text)), StreamError) << text.substr(0, 30);
     }

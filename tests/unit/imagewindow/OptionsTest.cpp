@@ -38,16 +38,12 @@ TEST(Options, AListEndsBeforeTheFile)
 
 TEST(Options, Zooms)
 {
-    const struct {
-        const char* text;
-        double zoom;
-    } rows[] = {
-        {"2", 2}, {"0.5", 0.5}, {".5", 0.5}, {"1/16", 0.0625}, {"3/2", 1.5}, {"50%", 0.5}, {"32", 32},
-    };
-    for (const auto& row : rows) {
-        const ParsedOptions parsed = parseOptions({"--zoom", row.text, "a.tif"});
-        ASSERT_TRUE(parsed.options) << row.text << ": " << parsed.text;
-        EXPECT_DOUBLE_EQ(parsed.options->zoom.value_or(0), row.zoom);
+    const std::pair<const char*, double> rows[] = {{"2", 2},     {"0.5", 0.5}, {".5", 0.5}, {"1/16", 0.0625},
+                                                   {"3/2", 1.5}, {"50%", 0.5}, {"32", 32}};
+    for (const auto& [text, zoom] : rows) {
+        const ParsedOptions parsed = parseOptions({"--zoom", text, "a.tif"});
+        ASSERT_TRUE(parsed.options) << text << ": " << parsed.text;
+        EXPECT_DOUBLE_EQ(parsed.options->zoom.value_or(0), zoom);
     }
     const ParsedOptions fit = parseOptions({"--zoom=fit", "a.tif"});
     EXPECT_TRUE(fit.options->fit);

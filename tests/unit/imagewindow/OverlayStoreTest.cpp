@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 using namespace viewer;
@@ -58,10 +59,9 @@ TEST(OverlayStore, AnIdInUseIsReplaced)
 TEST(OverlayStore, ADeadClientTakesItsGraphicsAlong)
 {
     OverlayStore store;
-    for (std::int32_t id = 1; id <= 3; ++id) {
-        store.apply(line(1, id));
-        store.apply(line(0xFFFFFFFFU, id));
-    }
+    for (std::int32_t id = 1; id <= 3; ++id)
+        for (const std::uint32_t client : {1U, 0xFFFFFFFFU})
+            store.apply(line(client, id));
     EXPECT_TRUE(store.dropClient(1));
     EXPECT_FALSE(store.dropClient(1));
     EXPECT_EQ(store.size(), 3U);
@@ -88,40 +88,31 @@ TEST(OverlayStore, AFloodIsBounded)
 
 TEST(OverlayStore, BindingToTimePanelAndSection)
 {
-    struct Row {
-        const char* what;
-        OverlayKind kind;
-        int timePoint, panel;
-        float z0, z1;
-        int inPanel, z, t;
-        bool shows;
-    };
     const auto point = OverlayKind::AddPoint, segment = OverlayKind::AddLine;
-    const Row rows[] = {
-        {"everywhere", segment, -1, -1, -1, -1, 3, 7, 2, true},
-        {"time point", segment, 2, -1, -1, -1, 0, 0, 2, true},
-        {"another time point", segment, 2, -1, -1, -1, 0, 0, 1, false},
-        {"panel", point, -1, 3, -1, -1, 3, 0, 0, true},
-        {"another panel", point, -1, 3, -1, -1, 2, 0, 0, false},
-        {"section of a point", point, -1, -1, 4.9F, -1, 0, 4, 0, true},
-        {"next section of a point", point, -1, -1, 4.9F, -1, 0, 5, 0, false},
-        {"section of a line", segment, -1, -1, 4, 4, 0, 4, 0, true},
-        {"another section", segment, -1, -1, 4, 4, 0, 3, 0, false},
-        {"between its two ends", segment, -1, -1, 6, 4, 0, 5, 0, true},
-        {"beyond its two ends", segment, -1, -1, 6, 4, 0, 7, 0, false},
-        {"one end bound", segment, -1, -1, -1, 4, 0, 4, 0, true},
-        {"one end bound elsewhere", segment, -1, -1, -1, 4, 0, 0, 0, false},
+    const struct {
+        const char* what;
+        OverlayCommand command;
+        int panel, z, t;
+        bool shows;
+    } rows[] = {
+        {"everywhere", {.kind = segment}, 3, 7, 2, true},
+        {"time point", {.kind = segment, .timePoint = 2}, 0, 0, 2, true},
+        {"another time point", {.kind = segment, .timePoint = 2}, 0, 0, 1, false},
+        {"panel", {.kind = point, .panel = 3}, 3, 0, 0, true},
+        {"another panel", {.kind = point, .panel = 3}, 2, 0, 0, false},
+        {"section of a point", {.kind = point, .z0 = 4.9F}, 0, 4, 0, true},
+        {"next section of a point", {.kind = point, .z0 = 4.9F}, 0, 5, 0, false},
+        {"section of a line", {.kind = segment, .z0 = 4, .z1 = 4}, 0, 4, 0, true},
+        {"another section", {.kind = segment, .z0 = 4, .z1 = 4}, 0, 3, 0, false},
+        {"between its two ends", {.kind = segment, .z0 = 6, .z1 = 4}, 0, 5, 0, true},
+        {"beyond its two ends", {.kind = segment, .z0 = 6, .z1 = 4}, 0, 7, 0, false},
+        {"one end bound", {.kind = segment, .z1 = 4}, 0, 4, 0, true},
+        {"one end bound elsewhere", {.kind = segment, .z1 = 4}, 0, 0, 0, false},
     };
-    for (const Row& row : rows) {
-        const OverlayCommand command{.kind = row.kind,
-                                     .client = 1,
-                                     .id = 1,
-                                     .timePoint = row.timePoint,
-                                     .panel = row.panel,
-                                     .z0 = row.z0,
-                                     .z1 = row.z1};
+    for (const auto& row : rows) {
         const PanelContent content{.z = row.z, .t = row.t, .wavelengths = {0}, .caption = ""};
-        EXPECT_EQ(showsIn({command, {}}, protocol::SinglePanel, row.inPanel, content), row.shows) << row.what;
+        EXPECT_EQ(showsIn({row.command, {}}, protocol::SinglePanel, row.panel, content), row.shows)
+            << row.what;
     }
 }
 
@@ -164,14 +155,12 @@ TEST(OverlayStore, SegmentsAreCutToTheRectangle)
         {{20, 10, 20, 10}, Segment{20, 10, 20, 10}}, // a point on the corner
         {{-1e9, 5, 1e9, 5}, Segment{0, 5, 20, 5}},
     };
-    for (const auto& row : rows) {
-        const auto part = clipSegment(row.segment, 0, 0, 20, 10);
-        ASSERT_EQ(part.has_value(), row.expected.has_value()) << row.segment.x0 << "," << row.segment.y0;
-        if (!part)
-            continue;
-        EXPECT_NEAR(part->x0, row.expected->x0, 1e-6);
-        EXPECT_NEAR(part->y0, row.expected->y0, 1e-6);
-        EXPECT_NEAR(part->x1, row.expected->x1, 1e-6);
-        EXPECT_NEAR(part->y1, row.expected->y1, 1e-6);
+    const auto near = [](double a, double b) { return std::fabs(a - b) < 1e-6; };
+    for (const auto& [whole, expected] : rows) {
+        const auto part = clipSegment(whole, 0, 0, 20, 10);
+        ASSERT_EQ(part.has_value(), expected.has_value()) << whole.x0 << ", " << whole.y0;
+        EXPECT_TRUE(!part || (near(part->x0, expected->x0) && near(part->y0, expected->y0) &&
+                              near(part->x1, expected->x1) && near(part->y1, expected->y1)))
+            << whole.x0 << ", " << whole.y0 << " to " << whole.x1 << ", " << whole.y1;
     }
 }

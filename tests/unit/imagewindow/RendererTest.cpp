@@ -85,7 +85,6 @@ TEST(Renderer, ZoomedOutViewsReadAReducedCopy)
         ++values;
         return static_cast<float>(x / 16 % 256);
     };
-    Renderer renderer(file);
     View view = initialView(file.info());
     view.zoom = 1.0 / 16;
     std::string error;
@@ -105,6 +104,7 @@ TEST(Renderer, PanelsShowTheirOwnSections)
     };
     Renderer renderer(file);
     View view = initialView(file.info());
+    view.z = 0;
     view.style = protocol::ZPanels;
     const Rendered picture = render(renderer, file, view, {44, 24});
     ASSERT_EQ(picture.geometry.columns, 2);

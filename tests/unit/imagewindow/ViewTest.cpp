@@ -8,17 +8,13 @@
 using namespace viewer;
 using viewertest::FakeImage;
 
-namespace {
-
-image::ImageInfo imageOf(int width, int height, int sizeZ = 1, int sizeW = 1, int sizeT = 1)
+static image::ImageInfo imageOf(int width, int height, int sizeZ = 1, int sizeW = 1, int sizeT = 1)
 {
     FakeImage file(width, height, sizeW);
     file.description.sizeZ = sizeZ;
     file.description.sizeT = sizeT;
     return file.description;
 }
-
-} // namespace
 
 TEST(View, ShowsAtMostFiveWavelengthsAndAtLeastOne)
 {
@@ -37,33 +33,33 @@ TEST(View, ShowsAtMostFiveWavelengthsAndAtLeastOne)
 TEST(View, CanvasNeverExceedsTheImage)
 {
     const struct {
-        int width, height;
+        Size image;
         double zoom;
-        Size area;
-        Size canvas;
-        bool horizontal, vertical;
+        Size area, canvas;
+        bool horizontal = false, vertical = false;
     } rows[] = {
-        {100, 80, 1.0, {400, 300}, {100, 80}, false, false},
-        {100, 80, 1.0, {100, 80}, {100, 80}, false, false},
-        {100, 80, 2.0, {400, 300}, {200, 160}, false, false},
-        {100, 80, 1.0 / 3, {400, 300}, {34, 27}, false, false},
-        {100, 80, 8.0, {400, 300}, {385, 285}, true, true},
-        {100, 80, 1.0, {200, 79}, {100, 79}, false, true},
-        {100, 80, 1.0, {105, 79}, {90, 64}, true, true}, // one bar makes the other necessary
-        {3, 2, 1.0 / 16, {400, 300}, {1, 1}, false, false},
-        {30000, 100, 32.0, {400, 300}, {385, 285}, true, true},
+        {{100, 80}, 1.0, {400, 300}, {100, 80}},
+        {{100, 80}, 1.0, {100, 80}, {100, 80}},
+        {{100, 80}, 2.0, {400, 300}, {200, 160}},
+        {{100, 80}, 1.0 / 3, {400, 300}, {34, 27}},
+        {{100, 80}, 8.0, {400, 300}, {385, 285}, true, true},
+        {{100, 80}, 1.0, {200, 79}, {100, 79}, false, true},
+        {{100, 80}, 1.0, {105, 79}, {90, 64}, true, true}, // one bar makes the other necessary
+        {{3, 2}, 1.0 / 16, {400, 300}, {1, 1}},
+        {{30000, 100}, 32.0, {400, 300}, {385, 285}, true, true},
     };
     for (const auto& row : rows) {
-        const image::ImageInfo info = imageOf(row.width, row.height);
+        SCOPED_TRACE(std::to_string(row.image.width) + " at " + std::to_string(row.zoom));
+        const image::ImageInfo info = imageOf(row.image.width, row.image.height);
         View view = initialView(info);
         view.zoom = row.zoom;
         const Arrangement arrangement = arrange(info, view, row.area, 15);
-        EXPECT_EQ(arrangement.canvas, row.canvas) << row.width << " at " << row.zoom;
-        EXPECT_EQ(arrangement.horizontalBar, row.horizontal) << row.width << " at " << row.zoom;
-        EXPECT_EQ(arrangement.verticalBar, row.vertical) << row.width << " at " << row.zoom;
-        const auto last =
-            protocol::dataFromWindow(arrangement.geometry, row.canvas.width - 1, row.canvas.height - 1);
-        EXPECT_TRUE(last) << "the last canvas pixel is off the image";
+        EXPECT_EQ(arrangement.canvas, row.canvas);
+        EXPECT_EQ(arrangement.horizontalBar, row.horizontal);
+        EXPECT_EQ(arrangement.verticalBar, row.vertical);
+        EXPECT_TRUE(
+            protocol::dataFromWindow(arrangement.geometry, row.canvas.width - 1, row.canvas.height - 1))
+            << "the last canvas pixel is off the image";
     }
 }
 
@@ -112,19 +108,20 @@ static protocol::DataPosition pointAt(const Arrangement& arrangement, int x, int
 
 TEST(View, ZoomKeepsThePointUnderThePointer)
 {
-    const Size area{1000, 800};
+    constexpr Size area{1000, 800};
+    constexpr int single = protocol::SinglePanel, panels = protocol::ZPanels;
     const struct {
         int style, width, x, y;
         double zoom;
         int steps;
     } rows[] = {
-        {protocol::SinglePanel, 4000, 400, 150, 2, 1},  {protocol::SinglePanel, 4000, 401, 150, 2, 3},
-        {protocol::SinglePanel, 4000, 637, 151, 2, -1}, {protocol::SinglePanel, 4000, 500, 400, 2, -2},
-        {protocol::SinglePanel, 100, 401, 333, 8, 1}, // from a centred canvas to one that fills the area
-        {protocol::SinglePanel, 100, 590, 350, 8, 3},   {protocol::ZPanels, 4000, 637, 150, 2, 2},
-        {protocol::ZPanels, 300, 640, 560, 1, 3},
+        {single, 4000, 400, 150, 2, 1},  {single, 4000, 401, 150, 2, 3}, {single, 4000, 637, 151, 2, -1},
+        {single, 4000, 500, 400, 2, -2}, {panels, 4000, 637, 150, 2, 2}, {panels, 300, 640, 560, 1, 3},
+        {single, 100, 401, 333, 8, 1}, // from a centred canvas to one that fills the area
+        {single, 100, 590, 350, 8, 3},
     };
     for (const auto& row : rows) {
+        SCOPED_TRACE(std::to_string(row.x) + " by " + std::to_string(row.steps));
         const image::ImageInfo info = imageOf(row.width, row.width, 4);
         View view = initialView(info);
         view.style = row.style;
@@ -135,25 +132,30 @@ TEST(View, ZoomKeepsThePointUnderThePointer)
         zoomAround(info, view, before, area, 15, steppedZoom(view.zoom, row.steps), row.x, row.y);
         const Arrangement after = arrange(info, view, area, 15);
         const auto moved = pointAt(after, row.x, row.y);
-        EXPECT_EQ(moved.panel, point.panel) << row.x << " by " << row.steps;
-        EXPECT_LE(std::fabs(moved.x - point.x) * after.geometry.zoom, 0.5 + 1e-6)
-            << row.x << " by " << row.steps;
-        EXPECT_LE(std::fabs(moved.y - point.y) * after.geometry.zoom, 0.5 + 1e-6)
-            << row.x << " by " << row.steps;
+        EXPECT_EQ(moved.panel, point.panel);
+        EXPECT_LE(std::fabs(moved.x - point.x) * after.geometry.zoom, 0.5 + 1e-6);
+        EXPECT_LE(std::fabs(moved.y - point.y) * after.geometry.zoom, 0.5 + 1e-6);
     }
 }
 
 TEST(View, ZoomSteps)
 {
+    constexpr double fitted = 0.559, fittedBelowTheList = 0.01, justAboveAThird = 0.33333334;
     const struct {
         double zoom;
         int steps;
         double expected;
     } rows[] = {
-        {1, 1, 1.5},         {1, -1, 2.0 / 3}, {1, 3, 3}, {32, 1, 32}, {1.0 / 16, -1, 1.0 / 16},
-        {0.559, 1, 2.0 / 3},                   // from a fitted zoom to the next step
-        {0.559, -1, 0.5},    {0.01, -1, 0.01}, // fitted below the list: not further out
-        {0.01, 1, 1.0 / 16},
+        {1, 1, 1.5},
+        {1, 3, 3},
+        {1, -1, 2.0 / 3},
+        {32, 1, 32},
+        {1.0 / 16, -1, 1.0 / 16},
+        {fitted, 1, 2.0 / 3},
+        {fitted, -1, 0.5},
+        {fittedBelowTheList, -1, fittedBelowTheList},
+        {fittedBelowTheList, 1, 1.0 / 16},
+        {justAboveAThird, -1, 0.25},
     };
     for (const auto& row : rows)
         EXPECT_NEAR(steppedZoom(row.zoom, row.steps), row.expected, 1e-9) << row.zoom << " by " << row.steps;
