@@ -127,13 +127,11 @@ ContrastLimits Renderer::limits(int wavelength) const
 std::vector<CompositeChannel> Renderer::channelsOf(const PanelContent& panel) const
 {
     std::vector<CompositeChannel> channels;
-    for (int w : panel.wavelengths) {
+    for (std::size_t i = 0; i < panel.wavelengths.size(); ++i) {
+        const int w = panel.wavelengths[i];
         const auto tile = tiles.find(keyOf(sectionOf(panel, w)));
-        if (tile == tiles.end())
-            continue;
-        const int index = file->info().wavelengths[static_cast<std::size_t>(w)].colorIndex;
-        channels.push_back(
-            {tile->second, limits(w), palette[static_cast<std::size_t>(colorIndexOrWhite(index))]});
+        if (tile != tiles.end())
+            channels.push_back({tile->second, limits(w), palette[static_cast<std::size_t>(panel.colors[i])]});
     }
     return channels;
 }

@@ -1,5 +1,7 @@
 #include "platform/imagewindow/View.h"
 
+#include "platform/imagewindow/Palette.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -67,6 +69,8 @@ View initialView(const image::ImageInfo& info)
     View view;
     view.displayed.assign(static_cast<std::size_t>(info.sizeW), false);
     std::fill_n(view.displayed.begin(), std::min(info.sizeW, maxDisplayed), true);
+    for (const image::Wavelength& wave : info.wavelengths)
+        view.colors.push_back(colorIndexOrWhite(wave.colorIndex));
     return view;
 }
 
@@ -122,6 +126,8 @@ std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View
         if (view.style != protocol::SinglePanel)
             content.caption = captionOf(info, view.style, content);
         contents.push_back(content);
+        for (int w : content.wavelengths)
+            content.colors.push_back(view.colors[static_cast<std::size_t>(w)]);
     }
     return contents;
 }
@@ -238,7 +244,8 @@ void zoomAround(const image::ImageInfo& info, View& view, const Arrangement& now
 std::string zoomText(double zoom)
 {
     char text[32];
-    std::snprintf(text, sizeof text, "%.3g %%", zoom * 100);
+    const double percent = zoom * 100;
+    std::snprintf(text, sizeof text, percent < 100 ? "%.3g %%" : "%.0f %%", percent);
     return text;
 }
 

@@ -25,6 +25,7 @@ struct Size {
 struct View {
     int z = 0, t = 0, p = 0;     // of the first panel
     std::vector<bool> displayed; // one per wavelength, at most maxDisplayed true
+    std::vector<int> colors;     // palette index of each wavelength
     int style = protocol::SinglePanel;
     double zoom = 1.0;
     double originX = 0, originY = 0;
@@ -46,7 +47,8 @@ int panelCount(const image::ImageInfo& info, const View& view);
 struct PanelContent {
     int z = 0, t = 0, p = 0;
     std::vector<int> wavelengths;
-    std::string caption; // empty for a single panel
+    std::string caption;       // empty for a single panel
+    std::vector<int> colors{}; // palette index of each of the wavelengths
     friend bool operator==(const PanelContent&, const PanelContent&) = default;
 };
 std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View& view);

@@ -113,7 +113,7 @@ protocol::DisplayRecord ImageWindow::currentRecord() const
     for (std::size_t w = 0; w < view.displayed.size(); ++w) {
         protocol::WavelengthDisplay& wave = current.wavelengths[w];
         wave.displayed = view.displayed[w];
-        wave.colorIndex = info.wavelengths[w].colorIndex;
+        wave.colorIndex = view.colors[w];
         wave.topImage = source.growing ? topImage(image(), static_cast<int>(w), view.t, view.p) : 0;
         if (w >= ranges.size() || !ranges[w].known)
             continue;
