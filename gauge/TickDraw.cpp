@@ -58,6 +58,15 @@ Axis axisOf(const TickPart& tick, const LinearGaugeRec* gauge)
     return axis;
 }
 
+// What the application has set holds when automatic layout is off and nothing is missing.
+gauge::TickSeries seriesOf(const TickPart& tick)
+{
+    const bool given = tick.increment != gauge::unsetValue && tick.start != gauge::unsetValue &&
+                       tick.stop != gauge::unsetValue;
+    return given && !tick.automatic ? gauge::TickSeries{tick.increment, tick.start, tick.stop}
+                                    : gauge::TickSeries{};
+}
+
 gauge::AxisRequest requestOf(const TickRec* object, const Axis& axis, const LabelFont& font)
 {
     const TickPart& tick = object->tick;
@@ -69,7 +78,7 @@ gauge::AxisRequest requestOf(const TickRec* object, const Axis& axis, const Labe
     request.length = axis.length;
     request.vertical = axis.vertical;
     request.flipped = axis.vertical == (scale.direction == XRTGA_ASCENDING);
-    request.series = {tick.increment, tick.start, tick.stop};
+    request.series = seriesOf(tick);
     request.align = tick.automatic;
     request.rangePrecision =
         tick.precisionUseDefault == XRTGA_PRECISION_BY_RANGE ||
@@ -77,7 +86,7 @@ gauge::AxisRequest requestOf(const TickRec* object, const Axis& axis, const Labe
     request.precision = tick.precision;
     request.labels = tick.drawLabels;
     request.tickWidth = tick.width;
-    request.gap = axis.vertical ? font.digitHeight : 2 * font.digitWidth;
+    request.gap = axis.vertical ? font.digitHeight : font.digitWidth;
     request.labelRoom = axis.vertical ? axis.labels.size() : axis.length / 3;
     request.measure = [&axis, &font, full = tick.labelFunc != nullptr](const std::string& label) {
         int width = labelWidth(font, label);

@@ -114,11 +114,12 @@ enum {
 
 /* Widget, default NULL: a scale of the same gauge. */
 #define XmNxrtGaScale "xrtGaScale"
-/* Boolean, default True: align the start value down to a multiple of the increment. */
+/* Boolean, default True: increment, start and stop are computed from the scale's range, and the start value is
+ * aligned down to a multiple of the increment. */
 #define XmNxrtGaAutomatic "xrtGaAutomatic"
-/* Doubles. What is not set is computed from the scale's range, and reading it gives the computed value (the
- * largest finite double when there is none, as on an empty scale). Setting the largest finite double unsets.
- */
+/* Doubles. They hold where XmNxrtGaAutomatic is off and all three are set; otherwise all three are computed,
+ * and reading them gives the computed values (the largest finite double when there are none, as on an empty
+ * scale). Setting the largest finite double unsets. */
 #define XmNxrtGaIncrementValue "xrtGaIncrementValue"
 #define XmNxrtGaStartValue "xrtGaStartValue"
 #define XmNxrtGaStopValue "xrtGaStopValue"

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int largestPower = 16;
 constexpr int firstTickSteps = 2000;
+constexpr int mostDecimals = 350; // a double has no more that say anything
 constexpr int longestDecimals = 12; // beyond it a label is written with an exponent
 
 constexpr std::array<double, 2 * largestPower + 1> powersOfTen = {
@@ -40,7 +41,7 @@ int clampPrecision(int precision)
 // Like printf in the C locale, whatever the locale is.
 std::string formatted(double value, std::chars_format format, int decimals)
 {
-    std::array<char, 400> text;
+    std::array<char, 700> text; // the largest double has 309 digits before the point
     auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value, format, decimals);
     return error == std::errc() ? std::string(text.data(), end) : std::string();
 }
@@ -65,9 +66,9 @@ std::string exponentText(double value, int mantissaDecimals)
 
 std::string labelText(double value, int precision)
 {
-    precision = clampPrecision(precision);
     if (precision >= 0)
-        return formatted(value, std::chars_format::fixed, precision);
+        return formatted(value, std::chars_format::fixed, std::min(precision, mostDecimals));
+    precision = clampPrecision(precision);
     double units = std::floor(value / powerOfTen(-precision) + 0.5);
     if (units + 1.0 == 1.0)
         return "0";
@@ -106,7 +107,7 @@ int rangeDecimals(double range)
 double firstTick(const TickSeries& series, double min, bool align)
 {
     const double increment = series.increment;
-    if (!(increment > 0.0))
+    if (increment == 0.0 || !std::isfinite(increment))
         return min;
     double start = align ? std::floor(series.start / increment) * increment : series.start;
     for (int step = 0; step < firstTickSteps; ++step) {
@@ -176,9 +177,7 @@ int intervalSize(const AxisRequest& request, double min, double max, int decimal
 {
     if (!request.labels)
         return 3 * request.tickWidth;
-    int size =
-        std::max(axisSize(request, labelText(min, decimals)), axisSize(request, labelText(max, decimals)));
-    return size + request.gap;
+    return std::max(axisSize(request, labelText(min, decimals)), axisSize(request, labelText(max, decimals)));
 }
 
 // Increment at a precision that the application has chosen: no finer than the labels can tell apart.
@@ -198,6 +197,8 @@ double incrementAtPrecision(const AxisRequest& request, const Range& range)
 double incrementByRange(const AxisRequest& request, const Range& range)
 {
     int size = intervalSize(request, range.low, range.high, std::max(0, rangeDecimals(range.size())));
+    if (request.labels)
+        size += request.vertical ? request.gap : 2 * request.gap;
     int intervals = request.length / std::max(1, size);
     if (intervals == 0)
         return 0.0;
@@ -366,7 +367,7 @@ void placeLabel(const AxisRequest& request, Tick& tick)
 // Of two labels that come too close the one goes that had to be moved inwards, else the second.
 void dropCloseLabels(const AxisRequest& request, std::vector<Tick>& ticks)
 {
-    const int gap = (request.gap + 1) / 2;
+    const int gap = request.gap * 2 / 3; // a label at an end has been moved nearer
     Tick* previous = nullptr;
     for (Tick& tick : ticks) {
         if (tick.label.empty())

@@ -19,7 +19,7 @@ inline constexpr double unsetValue = std::numeric_limits<double>::max();
 inline constexpr int defaultPrecision = -15;
 
 // The text of a value. precision >= 0: that many digits after the point. precision < 0: rounded to
-// 10^-precision, without decimals; "0" when nothing is left. Precisions beyond -16 and 16 are taken as those.
+// 10^-precision, without decimals; "0" when nothing is left. Precisions below -16 are taken as -16.
 std::string labelText(double value, int precision);
 
 // The value rounded to a multiple of 10^-precision.
@@ -42,8 +42,7 @@ struct TickSeries {
 };
 
 // The first tick above min: series.start, aligned down to a multiple of the increment first if `align`, plus
-// as many increments as needed. It is min itself when the increment is 0 or more than 2000 increments were
-// needed.
+// as many increments as needed. It is min itself when the increment is 0 or 2000 increments were not enough.
 double firstTick(const TickSeries& series, double min, bool align);
 
 struct LabelSize {

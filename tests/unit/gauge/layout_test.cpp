@@ -29,7 +29,7 @@ AxisRequest axis(double min, double max, int length, bool vertical)
     request.length = length;
     request.vertical = vertical;
     request.flipped = vertical;
-    request.gap = vertical ? digitHeight : 2 * digitWidth;
+    request.gap = vertical ? digitHeight : digitWidth;
     request.labelRoom = vertical ? 49 : length / 3;
     request.measure = [vertical](const std::string& text) {
         int width = digitWidth * static_cast<int>(text.size());
@@ -251,7 +251,7 @@ TEST(Layout, survivesHostileSettings)
 
 TEST(Layout, asksTheLabelFunction)
 {
-    AxisRequest request = axis(0, 100, 300, false);
+    AxisRequest request = axis(0, 100, 280, false);
     request.labelFunc = [](double value) {
         return value == 40 ? "" : std::to_string(static_cast<int>(value)) + "%";
     };

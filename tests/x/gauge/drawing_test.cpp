@@ -151,7 +151,8 @@ char* percent(Widget, double value)
 TEST_F(GaugeTest, usesTheLabelFunction)
 {
     axes::setRange(intensity, 0, 100);
-    XtVaSetValues(intensity.ticks, XmNxrtGaIncrementValue, asArg(20), nullptr);
+    XtVaSetValues(intensity.ticks, XmNxrtGaAutomatic, False, XmNxrtGaIncrementValue, asArg(20),
+                  XmNxrtGaStartValue, asArg(0), XmNxrtGaStopValue, asArg(100), nullptr);
     show();
     const Image numbers = imageOf(intensity.gauge);
     const std::vector<int> marks = rowsMarked();
