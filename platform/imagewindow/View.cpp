@@ -125,9 +125,9 @@ std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View
             content.wavelengths = {waves[static_cast<std::size_t>(i)]};
         if (view.style != protocol::SinglePanel)
             content.caption = captionOf(info, view.style, content);
-        contents.push_back(content);
         for (int w : content.wavelengths)
             content.colors.push_back(view.colors[static_cast<std::size_t>(w)]);
+        contents.push_back(content);
     }
     return contents;
 }
