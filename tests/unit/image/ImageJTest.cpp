@@ -16,8 +16,7 @@ TEST(ImageJ, HyperstackOrderSpacingAndRange)
                         .description = start + "images=12\nchannels=2\nslices=3\nframes=2\nhyperstack=true\n"
                                                "mode=composite\nunit=\\u00B5m\nspacing=0.75\nmin=1\nmax=9\n",
                         .resolution = 4};
-    const TempFolder folder;
-    const auto image = writeAndOpen(folder / "h.tif", spec);
+    const TestImage image(spec);
     const ImageInfo& info = image->info();
     EXPECT_THAT(sizesOf(*image), ElementsAre(3, 2, 2, 1));
     EXPECT_EQ(info.format, "ImageJ hyperstack");
@@ -34,10 +33,9 @@ TEST(ImageJ, UnitOfLengthCalibrates)
         const char* unit;
         float spacing; // 0: not calibrated
     } rows[] = {{"micron", 0.5f}, {"nm", 0.0005f}, {"pixel", 0}, {"furlong?", 0}};
-    const TempFolder folder;
     for (const auto& row : rows) {
         const std::string description = start + "unit=" + row.unit + "\n";
-        const auto image = writeAndOpen(folder / "u.tif", {.description = description, .resolution = 2});
+        const TestImage image({.description = description, .resolution = 2});
         EXPECT_EQ(image->info().calibrated, row.spacing > 0) << row.unit;
         EXPECT_FLOAT_EQ(image->info().spacing[0], row.spacing > 0 ? row.spacing : 1.0f) << row.unit;
     }
@@ -67,11 +65,10 @@ TEST(ImageJ, PlanesBehindASinglePage)
 
 TEST(ImageJ, DimensionsThatDoNotFitAreASimpleStack)
 {
-    const TempFolder folder;
     for (const char* const fields :
          {"images=3\nchannels=2\n", "images=3\nslices=999999999\nframes=999999999\n", "images=-4\n",
           "channels=nan\n", "images=3\nslices=1e300\n"}) {
-        const auto image = writeAndOpen(folder / "odd.tif", {.pages = 3, .description = start + fields});
+        const TestImage image({.pages = 3, .description = start + fields});
         EXPECT_THAT(sizesOf(*image), ElementsAre(3, 1, 1, 1)) << fields;
     }
 }
@@ -79,8 +76,7 @@ TEST(ImageJ, DimensionsThatDoNotFitAreASimpleStack)
 TEST(ImageJ, SignedValuesAreStoredWithAnOffset)
 {
     const TiffSpec spec{.description = start + "cf=0\nc0=-32768.0\nc1=1.0\nvunit=gray value\n"};
-    const TempFolder folder;
-    const auto image = writeAndOpen(folder / "s.tif", spec);
+    const TestImage image(spec);
     EXPECT_EQ(image->info().pixelType, PixelType::Int16);
     EXPECT_EQ(firstPixel(*image, {}), storedValue(spec, 0, 0) - 32768);
 }

@@ -42,6 +42,18 @@ double storedValue(const TiffSpec& spec, int x, int y, int page = 0, int sample 
 void writeTiff(const std::filesystem::path& path, const TiffSpec& spec);
 std::unique_ptr<image::ImageFile> writeAndOpen(const std::filesystem::path& path, const TiffSpec& spec);
 
+// A file of its own, open.
+class TestImage {
+public:
+    explicit TestImage(const TiffSpec& spec) : opened(writeAndOpen(folder / "test.tif", spec)) {}
+    image::ImageFile& operator*() const { return *opened; }
+    image::ImageFile* operator->() const { return opened.get(); }
+
+private:
+    TempFolder folder;
+    std::unique_ptr<image::ImageFile> opened;
+};
+
 // Overwrites an entry of the first directory of a little-endian file. False when it has no such entry.
 bool overwriteTag(std::string& bytes, int tag, std::uint32_t value);
 

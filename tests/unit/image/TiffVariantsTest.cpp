@@ -41,8 +41,7 @@ static void expectRectangle(ImageFile& image, const TiffSpec& spec, const Sectio
 static void expectRoundTrip(const TiffSpec& spec, double tolerance = 0)
 {
     SCOPED_TRACE(nameOf(spec));
-    const TempFolder folder;
-    const auto image = writeAndOpen(folder / "a.tif", spec);
+    const TestImage image(spec);
     EXPECT_THAT(sizesOf(*image), ElementsAre(spec.pages, spec.samples, 1, 1));
     EXPECT_EQ(image->info().width, spec.width);
     EXPECT_EQ(image->info().height, spec.height);
@@ -154,8 +153,7 @@ TEST(TiffVariants, InksBecomeColours)
     for (const int tile : {0, 16}) {
         const TiffSpec spec{
             .kind = byteKind, .samples = 4, .tile = tile, .photometric = PHOTOMETRIC_SEPARATED};
-        const TempFolder folder;
-        const auto image = writeAndOpen(folder / "i.tif", spec);
+        const TestImage image(spec);
         EXPECT_THAT(sizesOf(*image), ElementsAre(1, 3, 1, 1));
         const int x = 33, y = 20;
         for (int w = 0; w < 3; ++w) {
@@ -173,8 +171,7 @@ TEST(TiffVariants, LargeReadsEqualSmallOnes)
     for (const int tile : {0, 256})
         for (const int compression : {COMPRESSION_NONE, COMPRESSION_ADOBE_DEFLATE}) {
             const TiffSpec spec{.width = 1500, .height = 1100, .tile = tile, .compression = compression};
-            const TempFolder folder;
-            const auto image = writeAndOpen(folder / "l.tif", spec);
+            const TestImage image(spec);
             expectRectangle(*image, spec, {}, {0, 0, 1499, 1099}, 0);
             expectRectangle(*image, spec, {}, {400, 777, 1099, 777}, 0);
         }
@@ -183,8 +180,7 @@ TEST(TiffVariants, LargeReadsEqualSmallOnes)
 TEST(TiffVariants, ReducedCopiesAreLevels)
 {
     const TiffSpec spec{.width = 128, .height = 96, .pages = 2, .tile = 16, .reducedWidths = {64, 32}};
-    const TempFolder folder;
-    const auto image = writeAndOpen(folder / "p.tif", spec);
+    const TestImage image(spec);
     ASSERT_EQ(image->levelCount(), 3);
     EXPECT_EQ(image->info().sizeZ, 2);
     EXPECT_EQ(image->levelWidth(2), 32);
@@ -209,12 +205,11 @@ TEST(TiffVariants, RectanglesOutsideAreRefusedWithASentence)
         {{}, {-far, -far, far, far}}, {{}, {0, 0, 1, 0}}, // two pixels into room for one
         {{1, 0, 0, 0}, {0, 0, 0, 0}}, {{0, -1, 0, 0}, {0, 0, 0, 0}},
     };
-    const TempFolder folder;
-    const auto image = writeAndOpen(folder / "a.tif", {});
+    const TestImage image({});
     std::vector<float> one(1);
     for (const auto& row : rows) {
         EXPECT_FALSE(image->read(row.section, row.rect, one)) << row.rect.xFirst << ", " << row.rect.yFirst;
-        EXPECT_THAT(image->lastError(), HasSubstr("a.tif"));
+        EXPECT_THAT(image->lastError(), HasSubstr("test.tif"));
     }
     EXPECT_FALSE(image->hasSection({0, 1, 0, 0}));
     EXPECT_TRUE(image->hasSection({}));
@@ -235,8 +230,7 @@ TEST(TiffVariants, PagesOfAnotherSizeAreNoSections)
 TEST(TiffVariants, ThreadsReadTheSameImage)
 {
     const TiffSpec spec{.width = 300, .height = 300, .pages = 6, .compression = COMPRESSION_LZW};
-    const TempFolder folder;
-    const auto image = writeAndOpen(folder / "t.tif", spec);
+    const TestImage image(spec);
     std::atomic<int> wrong = 0;
     const auto readAll = [&](int shift) {
         for (int i = 0; i < 60; ++i) {

@@ -1,7 +1,7 @@
 // Runs makesample in a folder of its own and reads the text that it wrote.
 #pragma once
 
-#include "tests/unit/image/TempFolder.h"
+#include "tests/unit/image/TestFiles.h"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
@@ -31,6 +31,19 @@ inline Outcome makeSample(const TempFolder& folder, const std::string& options,
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readBytes(out), readBytes(err)};
 }
+
+// A sample of its own: "a.ome.tif" with these options.
+struct Sample {
+    explicit Sample(const std::string& options) : made(makeSample(folder, "a.ome.tif " + options))
+    {
+        EXPECT_EQ(made.status, 0) << options << ": " << made.errors;
+    }
+    std::unique_ptr<image::ImageFile> open() const { return image::ImageFile::open(file); }
+
+    TempFolder folder;
+    std::filesystem::path file = folder / "a.ome.tif";
+    Outcome made;
+};
 
 // Sorted, hidden files too.
 inline std::vector<std::string> namesIn(const TempFolder& folder)

@@ -1,5 +1,4 @@
 // Pixels, layout and files of the variants, read back and compared with the ramp that the help text promises.
-#include "tests/unit/image/TestFiles.h"
 #include "tests/unit/samples/SampleRun.h"
 
 #include <gmock/gmock.h>
@@ -72,14 +71,11 @@ struct Variant {
 void expectRamp(const Variant& variant, PixelType type = PixelType::UInt16)
 {
     SCOPED_TRACE(variant.options);
-    const TempFolder folder;
-    const std::string channels = variant.channels == 2 ? "--channels 2 " : "";
-    const Outcome made = makeSample(folder, small + channels + "a.ome.tif " + variant.options);
-    ASSERT_EQ(made.status, 0) << made.errors;
-    const std::vector<std::string> names = namesIn(folder);
+    const Sample sample(small + (variant.channels == 2 ? "--channels 2 " : "") + variant.options);
+    const std::vector<std::string> names = namesIn(sample.folder);
     EXPECT_EQ(names.size(), variant.files);
     for (const std::string& name : {names.front(), names.back()}) {
-        const auto image = ImageFile::open(folder / name);
+        const auto image = ImageFile::open(sample.folder / name);
         EXPECT_THAT(sizesOf(*image), ElementsAre(3, variant.channels, 2, variant.positions));
         EXPECT_EQ(std::pair(image->info().width, image->info().height), std::pair(37, 29));
         EXPECT_EQ(image->info().pixelType, type);
@@ -151,9 +147,8 @@ TEST(Layout, TagsFollowTheOptions)
         {"--planar-rgb", TIFFTAG_PLANARCONFIG, PLANARCONFIG_SEPARATE, false},
     };
     for (const auto& row : rows) {
-        const TempFolder folder;
-        ASSERT_EQ(makeSample(folder, small + "a.tif " + row.options).status, 0) << row.options;
-        TIFF* tiff = TIFFOpen((folder / "a.tif").c_str(), "r");
+        const Sample sample(small + row.options);
+        TIFF* tiff = TIFFOpen(sample.file.c_str(), "r");
         ASSERT_NE(tiff, nullptr);
         std::uint32_t wide = 0;
         std::uint16_t narrow = 0;
@@ -170,18 +165,14 @@ TEST(Layout, HeaderTellsByteOrderAndSize)
                                                         {"--big-endian", {'M', 'M', 0, 42}},
                                                         {"--bigtiff", {'I', 'I', 43, 0}},
                                                         {"--bigtiff --big-endian", {'M', 'M', 0, 43}}};
-    for (const auto& [options, header] : rows) {
-        const TempFolder folder;
-        ASSERT_EQ(makeSample(folder, small + "a.tif " + options).status, 0);
-        EXPECT_EQ(readBytes(folder / "a.tif").substr(0, 4), header) << options;
-    }
+    for (const auto& [options, header] : rows)
+        EXPECT_EQ(readBytes(Sample(small + options).file).substr(0, 4), header) << options;
 }
 
 TEST(Layout, PyramidLevelsHoldTheRampOfTheTopLeftPixels)
 {
-    const TempFolder folder;
-    ASSERT_EQ(makeSample(folder, small + "--channels 2 --pyramid 2 --tile 16 a.ome.tif").status, 0);
-    const auto image = ImageFile::open(folder / "a.ome.tif");
+    const Sample sample(small + "--channels 2 --pyramid 2 --tile 16");
+    const auto image = sample.open();
     ASSERT_EQ(image->levelCount(), 3);
     EXPECT_EQ(std::pair(image->levelWidth(2), image->levelHeight(2)), std::pair(37 / 4, 29 / 4));
     EXPECT_EQ(wrongPixels(*image), 0);
@@ -189,10 +180,9 @@ TEST(Layout, PyramidLevelsHoldTheRampOfTheTopLeftPixels)
 
 TEST(Layout, LossyJpegStaysCloseToConstantPlanes)
 {
-    const TempFolder folder;
-    const std::string options = "--size 37x29 --pattern planes --channels 2 --pixel-type uint8 ";
-    ASSERT_EQ(makeSample(folder, options + "--compression jpeg --tile 16 a.ome.tif").status, 0);
-    const auto image = ImageFile::open(folder / "a.ome.tif");
+    const Sample sample(
+        "--size 37x29 --pattern planes --channels 2 --pixel-type uint8 --compression jpeg --tile 16");
+    const auto image = sample.open();
     const std::vector<float> pixels = readWhole(*image, {1, 1, 0, 0});
     ASSERT_FALSE(pixels.empty()) << image->lastError();
     for (const float value : pixels)
@@ -202,12 +192,11 @@ TEST(Layout, LossyJpegStaysCloseToConstantPlanes)
 TEST(ImageJ, HyperstackWithItsColoursAndRanges)
 {
     for (const std::string endian : {"", "--big-endian"}) {
-        const TempFolder folder;
-        ASSERT_EQ(makeSample(folder, small + "--channels 2 --imagej a.tif " + endian).status, 0);
-        const std::string text = readDescription(folder / "a.tif");
+        const Sample sample(small + "--channels 2 --imagej " + endian);
+        const std::string text = readDescription(sample.file);
         for (const char* const line : {"\nimages=12\n", "\nhyperstack=true\n", "\nfinterval=30\n"})
             EXPECT_THAT(text, HasSubstr(line));
-        const auto image = ImageFile::open(folder / "a.tif");
+        const auto image = sample.open();
         EXPECT_THAT(sizesOf(*image), ElementsAre(3, 2, 2, 1));
         EXPECT_THAT(image->info().spacing,
                     ElementsAre(FloatNear(0.10833f, 1e-5f), FloatNear(0.10833f, 1e-5f), 0.5f));
@@ -222,9 +211,7 @@ TEST(ImageJ, HyperstackWithItsColoursAndRanges)
 
 TEST(Plain, HasNoDescription)
 {
-    const TempFolder folder;
-    ASSERT_EQ(makeSample(folder, small + "--plain a.tif").status, 0);
-    EXPECT_EQ(readDescription(folder / "a.tif"), "");
+    EXPECT_EQ(readDescription(Sample(small + "--plain").file), "");
 }
 
 TEST(Failures, WrongUsageGivesASentenceAndStatus2)
