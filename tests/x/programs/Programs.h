@@ -6,11 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "drive/Pair.h"
-
-#include <filesystem>
-#include <functional>
-#include <string>
-#include <vector>
+#include "tests/x/support/Support.h"
 
 namespace programs {
 
@@ -37,53 +33,56 @@ struct Curve {
     std::vector<float> samples;
 };
 
-// The curves of the first channels of a ramp along the segment, in their display colours.
-std::vector<Curve> rampCurves(Point from, Point to, const std::vector<int>& channels, Section section = {});
+// The curves of channels of a ramp along the segment, in their display colours.
+std::vector<Curve> rampCurves(Point from, Point to, const std::vector<int>& channels = {0, 1, 2, 3},
+                              Section section = {});
+// The colour in which the plot shows channel c of an image of makesample.
+drive::Pixel curveColor(int c);
 
 // Smallest and largest of all samples.
 std::pair<float, float> rangeOf(const std::vector<Curve>& curves);
 
-// Empty when the plot shows exactly these curves over the intensity range, within a pixel, and nothing else
-// in their colours; otherwise what differs.
-std::string plotProblem(const drive::Picture& plot, const std::vector<Curve>& curves,
+// Empty when the plot shows these curves over the intensity range, to the pixel, and nothing else; otherwise
+// where it differs.
+std::string plotProblem(drive::Screen& screen, const drive::Picture& plot, const std::vector<Curve>& curves,
                         std::pair<float, float> range);
 
 bool blank(const drive::Picture& plot);
 int count(const drive::Picture& picture, const drive::Pixel& color);
 constexpr drive::Pixel annotation{255, 184, 28}, plotBackground{0x20, 0x20, 0x20};
 
-std::string readText(const fs::path& path);
-// Runs a program to its end, output included in what a test fails with. Empty when it ended with 0.
-std::string problemOf(const std::vector<std::string>& command,
-                      const std::map<std::string, std::string>& environment = {});
-
 class ProgramsTest : public testing::Test {
 protected:
-    ProgramsTest();
-    ~ProgramsTest() override;
-
-    // Writes an image with makesample into the folder.
-    fs::path sample(const std::string& name, const std::vector<std::string>& options);
+    // Writes an image with makesample into the folder; see makeSample.
+    fs::path sample(const std::string& name, const std::string& options);
     // 400 x 300 pixels of the pattern ramp, 4 channels, 3 sections, 2 time points.
     fs::path ramp();
     // Both programs, the first image in the window.
     drive::Pair open(std::vector<std::string> viewerArguments);
     // The tool's settings, as an earlier run would have left them.
-    void writeConfig(const std::string& lines);
+    void writeConfig(const std::string& lines) { writeBytes(configFile(), lines); }
     std::unique_ptr<drive::Process> startTool(const std::vector<std::string>& arguments);
 
-    void expectPlot(drive::Pair& pair, const std::vector<Curve>& curves);
-    void expectPlot(drive::Pair& pair, const std::vector<Curve>& curves, std::pair<float, float> range);
+    // Waits for the curves, over the range of all of them when none is given.
+    void expectPlot(drive::Pair& pair, const std::vector<Curve>& curves,
+                    std::optional<std::pair<float, float>> range = {});
+    // Drags a segment and waits for the curves of the ramp.
+    void drawSegment(drive::Pair& pair, Point from, Point to);
     // The overlay graphics of the tool are in the canvas, or none is.
     bool waitForOverlays(drive::Pair& pair, bool shown);
     // Waits for the dialogue and presses Return in it.
     bool confirm(const std::string& title);
+    // The tool ends in order, and after it the image window.
     void expectDone(drive::Pair& pair);
-    fs::path configFile() const { return folder / "config" / "kelvora" / "config"; }
+    fs::path configFile() const { return folder.path / "config" / "kelvora" / "config"; }
 
     drive::Screen screen;
-    fs::path folder;
-    std::map<std::string, std::string> environment;
+    TempFolder folder;
+    std::map<std::string, std::string> environment{
+        {"HOME", folder.path},
+        {"XDG_CONFIG_HOME", folder / "config"},
+        {"XDG_CACHE_HOME", folder / "cache"},
+    };
 };
 
 } // namespace programs

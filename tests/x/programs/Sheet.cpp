@@ -1,10 +1,9 @@
 #include "tests/x/programs/Sheet.h"
 
-#include "tests/x/programs/Programs.h"
-
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <sstream>
 
 namespace programs {
@@ -39,10 +38,10 @@ bool takeCell(const std::string& line, Sheet& sheet)
 
 } // namespace
 
-Sheet readSylk(const std::filesystem::path& path)
+Sheet readSylk(const fs::path& path)
 {
     Sheet sheet;
-    const std::string text = readText(path);
+    const std::string text = readBytes(path);
     std::istringstream lines(text);
     std::string line;
     if (!std::getline(lines, line) || line != "ID;PKelvora Line Profile")
@@ -58,7 +57,7 @@ Sheet readSylk(const std::filesystem::path& path)
     return sheet;
 }
 
-Sheet readCsv(const std::filesystem::path& path)
+Sheet readCsv(const fs::path& path)
 {
     Sheet sheet;
     std::string field;
@@ -70,7 +69,7 @@ Sheet readCsv(const std::filesystem::path& path)
         field.clear();
         ++column;
     };
-    for (const char character : readText(path)) {
+    for (const char character : readBytes(path)) {
         if (character == '"') {
             quoted = !quoted;
         } else if (!quoted && (character == ',' || character == '\n')) {
@@ -86,28 +85,81 @@ Sheet readCsv(const std::filesystem::path& path)
     return sheet;
 }
 
-Reading readImage(const std::filesystem::path& image, const std::vector<std::string>& what)
+namespace {
+
+Reading readImage(const fs::path& image, const std::string& what, Section section,
+                  const std::vector<Point>& pixels)
 {
     constexpr int notInstalled = 77;
-    std::vector<std::string> command{"/usr/bin/python3", READ_PIXELS, image};
-    command.insert(command.end(), what.begin(), what.end());
+    std::vector<std::string> command{
+        "/usr/bin/python3", READ_PIXELS, image, what, std::to_string(section.z), std::to_string(section.t)};
+    for (const Point& pixel : pixels)
+        command.insert(command.end(), {std::to_string(pixel.x), std::to_string(pixel.y)});
     drive::Process reader(command);
     const std::optional<int> status = reader.wait();
     Reading reading;
     reading.missing = status == notInstalled;
-    if (status != 0) {
-        reading.problem = reading.missing ? "tifffile is not installed" : reader.errors();
-        return reading;
-    }
+    if (status != 0)
+        reading.problem = reading.missing ? "tifffile is not installed" : "tifffile: " + reader.errors();
     std::istringstream lines(reader.output());
-    for (std::string line; std::getline(lines, line);) {
+    for (std::string line; status == 0 && std::getline(lines, line);) {
         std::istringstream words(line);
-        std::vector<double> values;
-        for (double value = 0; words >> value;)
-            values.push_back(value);
-        reading.lines.push_back(std::move(values));
+        reading.lines.emplace_back(std::istream_iterator<double>(words), std::istream_iterator<double>());
     }
     return reading;
+}
+
+} // namespace
+
+Reading readValues(const fs::path& image, Section section, const std::vector<Point>& pixels)
+{
+    return readImage(image, "values", section, pixels);
+}
+
+Reading readMetadata(const fs::path& image, Section section)
+{
+    return readImage(image, "metadata", section, {});
+}
+
+void SheetTest::save(drive::Pair& pair, const std::string& count)
+{
+    screen.clickCentre(pair.button(drive::Pair::Save));
+    EXPECT_TRUE(drive::waitUntil([&] { return pair.savedCount() == count; })) << pair.savedCount();
+}
+
+bool SheetTest::waitUntilWritten(const fs::path& path)
+{
+    return drive::waitUntil([&] { return readBytes(path).ends_with("\nE\n"); });
+}
+
+bool SheetTest::chooserGone()
+{
+    return drive::waitUntil([&] { return screen.findTitleNow("Save as SYLK Spreadsheet") == None; });
+}
+
+Sheet SheetTest::write(drive::Pair& pair, const fs::path& path)
+{
+    pair.writeToFile(path);
+    EXPECT_TRUE(waitUntilWritten(path));
+    EXPECT_TRUE(chooserGone());
+    EXPECT_EQ(pair.savedCount(), "0");
+    const Sheet sheet = readSylk(path);
+    EXPECT_EQ(sheet.problem, "");
+    return sheet;
+}
+
+void SheetTest::expectSamples(const Sheet& sheet, int row, const std::vector<Point>& pixels,
+                              std::span<const std::vector<double>> values)
+{
+    ASSERT_EQ(pixels.size(), values.size());
+    for (size_t j = 0; j < pixels.size(); ++j) {
+        const int at = row + rowsBefore + static_cast<int>(j);
+        int column = 1;
+        for (const double value : values[j])
+            ASSERT_EQ(sheet.number(at, column++), value) << "sample " << j << ", column " << column - 1;
+        ASSERT_EQ(sheet.at(at, column), std::to_string(pixels[j].x)) << "sample " << j;
+        ASSERT_EQ(sheet.at(at, column + 1), std::to_string(pixels[j].y)) << "sample " << j;
+    }
 }
 
 } // namespace programs

@@ -1,27 +1,25 @@
 // The ways in which either program ends, in order or by force, and what is left of it.
 #include "tests/x/programs/Programs.h"
 
+#include "platform/protocol/XProtocol.h"
+
 #include <csignal>
 
 using drive::Pair;
 
 namespace programs {
 
-namespace {
-
-const Point from{40, 40}, to{340, 200};
-const std::vector<int> allChannels{0, 1, 2, 3};
-
-} // namespace
-
 class Shutdown : public ProgramsTest {
 protected:
+    const Point from{40, 40}, to{340, 200};
+
     void startDrag(Pair& pair)
     {
         screen.moveTo(pair.canvas, from.x, from.y);
         screen.press();
         screen.moveTo(pair.canvas, to.x, to.y);
-        expectPlot(pair, rampCurves(from, to, allChannels));
+        expectPlot(pair, rampCurves(from, to));
+        EXPECT_TRUE(waitForOverlays(pair, true));
     }
     bool pointerIsFree()
     {
@@ -37,108 +35,78 @@ protected:
         const std::string name = "IMAGE_WINDOW_" + std::to_string(pair.number) + "_INPUT";
         return XGetSelectionOwner(screen.x(), XInternAtom(screen.x(), name.c_str(), False)) == None;
     }
-    void expectNewToolWorks(Pair& pair)
+    // As the image window does with a tool that it lists.
+    void askToQuit(Pair& pair)
     {
-        pair.restartTool();
-        pair.dragSegment(from.x, from.y, to.x, to.y);
-        expectPlot(pair, rampCurves(from, to, allChannels));
-        expectDone(pair);
+        const auto tools = protocol::announcedTools(screen.x(), pair.canvas);
+        ASSERT_EQ(tools.size(), 1U);
+        EXPECT_EQ(tools[0].title, "Arbitrary Profile");
+        protocol::requestQuit(screen.x(), tools[0].shell);
+        XSync(screen.x(), False);
     }
 };
 
-TEST_F(Shutdown, ClosingTheToolGivesTheImageWindowBack)
+TEST_F(Shutdown, TheEndOfTheToolGivesTheImageWindowBack)
 {
+    const auto clickDone = [&](Pair& pair) { screen.clickCentre(pair.button(Pair::Done)); };
+    const auto kill = [](Pair& pair) { pair.tool->signal(SIGKILL); };
     const struct {
         const char* name;
-        std::function<void(Pair&)> close;
+        bool dragging;
+        std::function<void(Pair&)> end;
+        int status;
     } rows[] = {
-        {"Done",            [&](Pair& pair) { screen.clickCentre(pair.button(Pair::Done)); }},
-        {"close button",    [&](Pair& pair) { screen.requestClose(pair.toolWindow); }       },
-        {"with saved data", [&](Pair& pair) {
+        {"Done", false, clickDone, 0},
+        {"with saved data", false,
+         [&](Pair& pair) {
              screen.clickCentre(pair.button(Pair::Save));
-             screen.clickCentre(pair.button(Pair::Done));
-         }                                                       }
+             clickDone(pair);
+         },
+         0},
+        {"close button", false, [&](Pair& pair) { screen.requestClose(pair.toolWindow); }, 0},
+        {"the suite asks", false, [&](Pair& pair) { askToQuit(pair); }, 0},
+        {"killed", false, kill, 128 + SIGKILL},
+        {"killed in a drag", true, kill, 128 + SIGKILL},
     };
     Pair pair = open({ramp()});
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        pair.dragSegment(from.x, from.y, to.x, to.y);
-        ASSERT_TRUE(waitForOverlays(pair, true));
-        row.close(pair);
-        EXPECT_EQ(pair.tool->wait(), 0) << pair.tool->errors();
+        startDrag(pair);
+        if (!row.dragging)
+            screen.release();
+        row.end(pair);
+        EXPECT_EQ(pair.tool->wait(), row.status);
         EXPECT_EQ(pair.tool->errors(), "");
         EXPECT_TRUE(waitForOverlays(pair, false));
+        EXPECT_TRUE(protocol::announcedTools(screen.x(), pair.canvas).empty());
+        screen.release();
+        EXPECT_TRUE(pointerIsFree());
         EXPECT_TRUE(lockIsFree(pair));
         pair.restartTool();
     }
+    drawSegment(pair, from, to);
     expectDone(pair);
 }
 
-TEST_F(Shutdown, ClosingTheImageWindowEndsTheTool)
+TEST_F(Shutdown, TheEndOfTheImageWindowEndsTheTool)
 {
-    for (const bool dragging : {false, true}) {
-        SCOPED_TRACE(dragging);
-        Pair pair = open({ramp()});
-        startDrag(pair);
-        if (!dragging)
+    for (const bool killed : {false, true})
+        for (const bool dragging : {false, true}) {
+            SCOPED_TRACE(std::string(killed ? "killed" : "closed") + (dragging ? " in a drag" : ""));
+            Pair pair = open({ramp()});
+            startDrag(pair);
+            if (!dragging)
+                screen.release();
+            if (killed)
+                pair.viewer.signal(SIGKILL);
+            else
+                pair.closeImageWindows();
+            EXPECT_EQ(pair.tool->wait(), 0);
+            EXPECT_EQ(pair.tool->errors(), "");
+            EXPECT_EQ(pair.viewer.wait(), killed ? 128 + SIGKILL : 0) << pair.viewer.errors();
             screen.release();
-        pair.closeImageWindows();
-        EXPECT_EQ(pair.tool->wait(), 0) << pair.tool->errors();
-        EXPECT_EQ(pair.tool->errors(), "");
-        EXPECT_EQ(pair.viewer.wait(), 0) << pair.viewer.errors();
-        screen.release();
-    }
-}
-
-TEST_F(Shutdown, AKilledToolLeavesNothingBehind)
-{
-    for (const bool dragging : {false, true}) {
-        SCOPED_TRACE(dragging);
-        Pair pair = open({ramp()});
-        startDrag(pair);
-        if (!dragging)
-            screen.release();
-        ASSERT_TRUE(waitForOverlays(pair, true));
-        pair.tool->signal(SIGKILL);
-        EXPECT_EQ(pair.tool->wait(), 128 + SIGKILL);
-        EXPECT_TRUE(waitForOverlays(pair, false));
-        screen.release();
-        EXPECT_TRUE(pointerIsFree());
-        EXPECT_TRUE(lockIsFree(pair));
-        expectNewToolWorks(pair);
-    }
-}
-
-TEST_F(Shutdown, AKilledImageWindowEndsTheTool)
-{
-    for (const bool dragging : {false, true}) {
-        SCOPED_TRACE(dragging);
-        Pair pair = open({ramp()});
-        startDrag(pair);
-        if (!dragging)
-            screen.release();
-        pair.viewer.signal(SIGKILL);
-        EXPECT_EQ(pair.tool->wait(), 0) << pair.tool->errors();
-        screen.release();
-        EXPECT_TRUE(pointerIsFree());
-    }
-}
-
-// The tool that the image window lists is asked to end by it.
-TEST_F(Shutdown, EndsWhenTheSuiteAsks)
-{
-    Pair pair = open({ramp()});
-    pair.dragSegment(from.x, from.y, to.x, to.y);
-    ASSERT_NE(screen.property(pair.toolWindow, "_KV_PROGRAM"), "");
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = pair.toolWindow;
-    event.xclient.message_type = XInternAtom(screen.x(), "_KV_QUIT", False);
-    event.xclient.format = 32;
-    XSendEvent(screen.x(), pair.toolWindow, False, NoEventMask, &event);
-    XSync(screen.x(), False);
-    EXPECT_EQ(pair.tool->wait(), 0) << pair.tool->errors();
-    EXPECT_TRUE(waitForOverlays(pair, false));
+            EXPECT_TRUE(pointerIsFree());
+        }
 }
 
 } // namespace programs

@@ -1,10 +1,9 @@
-// From the command line to the tool window beside the image: arguments, display, lock, settings.
+// From the command line to the tool window beside the image: arguments, display, lock, memory, settings.
 #include "tests/x/programs/Programs.h"
 
 #include <X11/keysym.h>
 
 #include <csignal>
-#include <fstream>
 
 using drive::Pair;
 using drive::waitUntil;
@@ -20,10 +19,20 @@ protected:
                place.y + place.height <= whole.height;
     }
     // The tool says why in a dialogue, and ends with 255 when it is confirmed.
-    void expectRefusal(drive::Process& tool)
+    void expectRefusal(const std::vector<std::string>& arguments)
     {
-        ASSERT_TRUE(confirm("Error")) << tool.errors();
-        EXPECT_EQ(tool.wait(), 255) << tool.errors();
+        const auto tool = startTool(arguments);
+        ASSERT_TRUE(confirm("Error")) << tool->errors();
+        EXPECT_EQ(tool->wait(), 255) << tool->errors();
+    }
+    // Resident memory in MB, from the kernel's account of the process.
+    static double residentMegabytes(pid_t pid)
+    {
+        const std::string status = readBytes("/proc/" + std::to_string(pid) + "/status");
+        long kilobytes = 0;
+        if (const size_t line = status.find("VmRSS:"); line != std::string::npos)
+            kilobytes = std::strtol(status.c_str() + line + 6, nullptr, 10);
+        return static_cast<double>(kilobytes) / 1024;
     }
 };
 
@@ -46,19 +55,12 @@ TEST_F(StartUp, ThePairStandsSideBySide)
 
 TEST_F(StartUp, WrongArgumentsAreRefused)
 {
-    for (const std::vector<std::string>& arguments : {
-             std::vector<std::string>{  },
-             {"1", "2"},
-             {"99"  },
-             {"abc"},
-             {"0"  },
-             {"-1"},
-             {""  },
-             {"99999999999999999999"}
-    }) {
+    const std::vector<std::string> rows[] = {
+        {}, {"1", "2"}, {"99"}, {"abc"}, {"0"}, {"-1"}, {""}, {"99999999999999999999"},
+    };
+    for (const auto& arguments : rows) {
         SCOPED_TRACE(testing::PrintToString(arguments));
-        const auto tool = startTool(arguments);
-        expectRefusal(*tool);
+        expectRefusal(arguments);
     }
 }
 
@@ -69,7 +71,7 @@ TEST_F(StartUp, WithoutADisplayOneSentenceSaysSo)
         const auto tool = startTool({"1"});
         EXPECT_EQ(tool->wait(), 255);
         const std::string said = tool->errors();
-        EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
+        EXPECT_EQ(support::lineCount(said), 1) << said;
         EXPECT_NE(said.find("display"), std::string::npos) << said;
     }
 }
@@ -77,10 +79,8 @@ TEST_F(StartUp, WithoutADisplayOneSentenceSaysSo)
 TEST_F(StartUp, ASecondToolOnTheWindowIsRefused)
 {
     Pair pair = open({ramp()});
-    const auto second = startTool({std::to_string(pair.number)});
-    expectRefusal(*second);
-    pair.dragSegment(20, 20, 220, 120);
-    expectPlot(pair, rampCurves({20, 20}, {220, 120}, {0, 1, 2, 3}));
+    expectRefusal({std::to_string(pair.number)});
+    drawSegment(pair, {20, 20}, {220, 120});
     expectDone(pair);
 }
 
@@ -89,11 +89,9 @@ TEST_F(StartUp, ToolsOnTwoWindowsDoNotDisturbEachOther)
     const std::string image = ramp();
     Pair pair = open({image, image});
     const auto second = startTool({std::to_string(pair.number + 1)});
-    Window secondWindow = None;
     EXPECT_TRUE(waitUntil([&] {
         const Window found = screen.findTitleNow("Arbitrary Line Profile");
-        secondWindow = found == pair.toolWindow ? None : found;
-        return secondWindow != None;
+        return found != None && found != pair.toolWindow;
     }));
     EXPECT_TRUE(second->running());
     EXPECT_TRUE(pair.tool->running());
@@ -109,11 +107,10 @@ TEST_F(StartUp, TheImageWindowMayDieAtAnyMoment)
     const std::string image = ramp();
     for (int moment = 0; moment <= 140; moment += 20) {
         SCOPED_TRACE(moment);
-        drive::Process viewer({std::string(BIN_DIR) + "/imagewindow", image}, environment);
+        drive::Process viewer({BIN_DIR "/imagewindow", image}, environment);
         ASSERT_NE(screen.findImageWindow(1), None);
-        const auto started = std::chrono::steady_clock::now();
         const auto tool = startTool({"1"});
-        waitUntil([&] { return std::chrono::steady_clock::now() - started >= drive::Milliseconds{moment}; });
+        waitUntil([] { return false; }, drive::Milliseconds{moment});
         viewer.signal(SIGKILL);
         EXPECT_TRUE(waitUntil([&] {
             if (screen.findTitleNow("Error") != None)
@@ -126,8 +123,29 @@ TEST_F(StartUp, TheImageWindowMayDieAtAnyMoment)
     }
 }
 
+TEST_F(StartUp, TheToolStaysSmallBesideLargeImages)
+{
+    for (const char* size :
+         {"--size 2048x2048 --z 1 --time 1 --channels 5", "--size 64x64 --z 500 --time 20 --channels 2"}) {
+        SCOPED_TRACE(size);
+        Pair pair = open({sample("large.ome.tif", std::string("--pattern ramp --compression none ") + size)});
+        const double megabytes = residentMegabytes(pair.tool->pid());
+        EXPECT_GT(megabytes, 1);
+        EXPECT_LT(megabytes, 40);
+        const protocol::Geometry geometry = pair.display().geometry;
+        pair.dragSegment(geometry.originX + 5, geometry.originY + 5, geometry.originX + 60,
+                         geometry.originY + 50);
+        EXPECT_TRUE(waitUntil([&] { return !blank(screen.capture(pair.plot)); }));
+        expectDone(pair);
+    }
+}
+
 class Settings : public ProgramsTest {
 protected:
+    const Point from{20, 20}, to{300, 200};
+    // The file's range over all sections and wavelengths.
+    const std::pair<float, float> constant{0, rampValue({399, 299}, 3, {2, 1})};
+
     // The menu appears with the present item, the first one, under the pointer.
     void chooseConstant(Pair& pair)
     {
@@ -148,27 +166,27 @@ protected:
         return screen.capture(drive::Rect{place.x + border, place.y + border, place.width - 2 * border,
                                           place.height - 2 * border});
     }
-    bool configHolds(const std::string& line)
+    void toggleFwhm(Pair& pair, const std::string& configured)
     {
-        return waitUntil([&] { return readText(configFile()).find(line) != std::string::npos; });
+        screen.clickCentre(pair.setting(Pair::FwhmToggle));
+        expectConfig("KV_APROF_FWHM:\t" + configured);
+    }
+    void expectConfig(const std::string& line)
+    {
+        EXPECT_TRUE(waitUntil([&] { return readBytes(configFile()).find(line) != std::string::npos; }))
+            << readBytes(configFile());
     }
 };
 
 TEST_F(Settings, LastToTheNextStart)
 {
-    const Point from{20, 20}, to{300, 200};
-    const std::vector<Curve> curves = rampCurves(from, to, {0, 1, 2, 3});
-    // The file's range over all sections and wavelengths.
-    const std::pair<float, float> constant{0, rampValue({399, 299}, 3, {2, 1})};
     Pair pair = open({ramp()});
     const drive::Picture autoscaleShown = menuFace(pair);
-    pair.dragSegment(from.x, from.y, to.x, to.y);
-    expectPlot(pair, curves);
+    drawSegment(pair, from, to);
     chooseConstant(pair);
-    EXPECT_TRUE(configHolds("KV_APROF_SCALE_AUTO:\tfalse")) << readText(configFile());
-    expectPlot(pair, curves, constant);
-    screen.clickCentre(pair.setting(Pair::FwhmToggle));
-    EXPECT_TRUE(configHolds("KV_APROF_FWHM:\ttrue")) << readText(configFile());
+    expectConfig("KV_APROF_SCALE_AUTO:\tfalse");
+    expectPlot(pair, rampCurves(from, to), constant);
+    toggleFwhm(pair, "true");
     const drive::Picture constantShown = menuFace(pair);
     screen.clickCentre(pair.button(Pair::Done));
     EXPECT_EQ(pair.tool->wait(), 0);
@@ -177,34 +195,29 @@ TEST_F(Settings, LastToTheNextStart)
     EXPECT_FALSE(menuFace(pair).pixels == autoscaleShown.pixels);
     EXPECT_TRUE(menuFace(pair).pixels == constantShown.pixels);
     pair.dragSegment(from.x, from.y, to.x, to.y);
-    expectPlot(pair, curves, constant);
-    screen.clickCentre(pair.setting(Pair::FwhmToggle));
-    EXPECT_TRUE(configHolds("KV_APROF_FWHM:\tfalse")) << readText(configFile());
+    expectPlot(pair, rampCurves(from, to), constant);
+    toggleFwhm(pair, "false");
     expectDone(pair);
 }
 
 TEST_F(Settings, AnUnwritableConfigurationStopsNothing)
 {
-    std::ofstream(folder / "file") << "no folder";
+    writeBytes(folder / "file", "no folder");
     environment["XDG_CONFIG_HOME"] = folder / "file" / "config";
-    const Point from{20, 20}, to{300, 200};
     Pair pair = open({ramp()});
-    pair.dragSegment(from.x, from.y, to.x, to.y);
+    drawSegment(pair, from, to);
     screen.clickCentre(pair.setting(Pair::FwhmToggle));
     chooseConstant(pair);
-    expectPlot(pair, rampCurves(from, to, {0, 1, 2, 3}), {0, rampValue({399, 299}, 3, {2, 1})});
+    expectPlot(pair, rampCurves(from, to), constant);
     EXPECT_NE(pair.tool->errors(), "");
     expectDone(pair);
 }
 
 TEST_F(Settings, AHostileConfigurationStopsNothing)
 {
-    fs::create_directories(configFile().parent_path());
-    std::ofstream(configFile()) << "KV_APROF_FWHM: maybe\nKV_APROF_SCALE_AUTO\n\x01\xff*: ?\n"
-                                << std::string(100000, 'x');
+    writeConfig("KV_APROF_FWHM: maybe\nKV_APROF_SCALE_AUTO\n\x01\xff*: ?\n" + std::string(100000, 'x'));
     Pair pair = open({ramp()});
-    pair.dragSegment(20, 20, 300, 200);
-    expectPlot(pair, rampCurves({20, 20}, {300, 200}, {0, 1, 2, 3}));
+    drawSegment(pair, from, to);
     expectDone(pair);
 }
 
