@@ -1,13 +1,8 @@
 // Images that grow while they are shown.
-// The test library comes before X, whose macros clash with it.
-#include <gtest/gtest.h>
-
 #include "tests/x/imagewindow/Viewer.h"
 
-#include <algorithm>
 #include <array>
 #include <fcntl.h>
-#include <filesystem>
 #include <sys/stat.h>
 #include <tiffio.h>
 #include <unistd.h>
@@ -36,18 +31,12 @@ void appendPage(const std::string& path, unsigned char value)
     TIFFClose(file);
 }
 
-std::string newFile(const std::string& name)
-{
-    const auto path = std::filesystem::path(rgbImage()).replace_filename(name);
-    std::filesystem::remove_all(path);
-    return path;
-}
-
 // The pipe from which a viewer reads its sections.
 class Pipe {
 public:
-    explicit Pipe(const std::string& path)
+    Pipe()
     {
+        fs::remove(path);
         mkfifo(path.c_str(), 0600);
         writer = open(path.c_str(), O_RDWR); // does not wait for the reader
     }
@@ -63,6 +52,8 @@ public:
         EXPECT_EQ(write(writer, text.data(), text.size()), static_cast<ssize_t>(text.size()));
     }
 
+    const std::string path = scratchFolder() / "sections.pipe";
+
 private:
     int writer = -1;
 };
@@ -76,7 +67,7 @@ std::string section(char value)
 
 TEST(Scratch, FollowsAGrowingFile)
 {
-    const std::string path = newFile("growing.tif");
+    const std::string path = scratchFolder() / "growing.tif";
     appendPage(path, 10);
     Viewer viewer({"--scratch", path});
     auto record = viewer.record();
@@ -98,7 +89,7 @@ TEST(Scratch, FollowsAGrowingFile)
 
 TEST(Scratch, StaysWhereTheUserWent)
 {
-    const std::string path = newFile("stay.tif");
+    const std::string path = scratchFolder() / "stay.tif";
     for (unsigned char page = 1; page <= 3; ++page)
         appendPage(path, page);
     Viewer viewer({"--scratch", "--section", "2", path});
@@ -110,8 +101,8 @@ TEST(Scratch, StaysWhereTheUserWent)
 
 TEST(Scratch, WaitsForTheFirstSectionOfAFile)
 {
-    const std::string path = newFile("late.tif");
-    ::close(open(path.c_str(), O_CREAT | O_WRONLY, 0600));
+    const std::string path = scratchFolder() / "late.tif";
+    writeBytes(path, "");
     drive::Process process({BIN_DIR "/imagewindow", "--scratch", path});
     EXPECT_TRUE(drive::waitUntil([&] { return process.errors().find("waiting") != std::string::npos; }));
     EXPECT_TRUE(process.running());
@@ -124,19 +115,13 @@ TEST(Scratch, WaitsForTheFirstSectionOfAFile)
 // The viewer's own copy of the sections goes with it.
 TEST(Scratch, ReadsSectionsFromStandardInput)
 {
-    const std::string pipePath = newFile("sections.pipe"), cache = newFile("scratchcache");
-    Pipe pipe(pipePath);
+    Pipe pipe;
     pipe.send(section(10));
-    Viewer viewer(
-        {
-            "--scratch", "-"
-    },
-        {{"XDG_CACHE_HOME", cache}}, pipePath);
+    Viewer viewer({"--scratch", "-"}, pipe.path);
     const auto first = viewer.record();
     ASSERT_TRUE(first) << viewer.process.errors();
     EXPECT_EQ(first->scratchSize, 1);
-    const std::string copy = first->path;
-    EXPECT_TRUE(std::filesystem::exists(copy));
+    EXPECT_TRUE(fs::exists(first->path));
     pipe.send(section(20) + section(30).substr(0, 100));
     EXPECT_EQ(viewer.waitForRecord([](const auto& r) { return r.scratchSize == 2; }).z, 1);
     pipe.send(section(30).substr(100));
@@ -144,20 +129,15 @@ TEST(Scratch, ReadsSectionsFromStandardInput)
     pipe.close();
     viewer.process.signal(SIGTERM);
     viewer.process.wait();
-    EXPECT_FALSE(std::filesystem::exists(copy));
+    EXPECT_FALSE(fs::exists(first->path));
 }
 
 TEST(Scratch, RefusesAStreamThatIsNone)
 {
-    const std::string pipePath = newFile("nonsense.pipe"), cache = newFile("scratchcache");
-    Pipe pipe(pipePath);
+    Pipe pipe;
     pipe.send("These are no sections.");
-    Viewer viewer(
-        {
-            "--scratch", "-"
-    },
-        {{"XDG_CACHE_HOME", cache}}, pipePath);
+    Viewer viewer({"--scratch", "-"}, pipe.path);
     EXPECT_EQ(viewer.process.wait(), 1);
     EXPECT_NE(viewer.process.errors().find("PGM"), std::string::npos) << viewer.process.errors();
-    EXPECT_TRUE(std::filesystem::is_empty(std::filesystem::path(cache) / "kelvora/scratch"));
+    EXPECT_TRUE(fs::is_empty(scratchFolder() / "cache/kelvora/scratch"));
 }

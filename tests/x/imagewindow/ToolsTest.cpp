@@ -1,7 +1,4 @@
-// The Tools menu: tools that run are listed and asked to end.
-// The test library comes before X, whose macros clash with it.
-#include <gtest/gtest.h>
-
+// The menus: tools that run are listed and asked to end, further images are opened.
 #include "tests/x/imagewindow/Viewer.h"
 
 #include <X11/keysym.h>
@@ -17,7 +14,7 @@ TEST(Tools, AListedToolIsAskedToEnd)
     XSync(display, False);
     viewer.screen.click(viewer.screen.findTitle("Image window"), 105, 14); // Tools in the menu bar
     const Window menu = viewer.waitForMenu();
-    ASSERT_NE(menu, static_cast<Window>(None));
+    ASSERT_NE(menu, Window{None});
     // The last entry: its middle is half an entry above the menu's end.
     const drive::Rect place = viewer.screen.geometry(menu);
     viewer.screen.click(menu, place.width / 2, place.height - 12);
@@ -36,16 +33,13 @@ TEST(Tools, AnotherFileIsOpenedFromTheMenu)
         viewer.screen.keyDown(XK_Control_L);
         viewer.screen.key(XK_o);
         viewer.screen.keyUp(XK_Control_L);
-        ASSERT_TRUE(viewer.waitForFocus(viewer.screen.findTitle("Open image")));
-        viewer.screen.keyDown(XK_Control_L);
-        viewer.screen.key(XK_slash); // select all
-        viewer.screen.keyUp(XK_Control_L);
-        viewer.screen.type(path);
+        ASSERT_TRUE(support::waitForFocus(viewer.screen, viewer.screen.findTitle("Open image")));
+        viewer.screen.replaceText(path);
         viewer.screen.key(XK_Return);
     };
     choose(stackImage());
-    EXPECT_NE(viewer.screen.findImageWindow(2), static_cast<Window>(None));
+    EXPECT_NE(viewer.screen.findImageWindow(2), Window{None});
     choose("/nowhere/missing.tif");
-    EXPECT_NE(viewer.screen.findTitle("Cannot open image"), static_cast<Window>(None));
+    EXPECT_NE(viewer.screen.findTitle("Cannot open image"), Window{None});
     EXPECT_TRUE(viewer.process.running());
 }

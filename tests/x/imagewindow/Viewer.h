@@ -1,18 +1,19 @@
 // The viewer program on made-up images, for its tests.
 #pragma once
 
-#include "platform/protocol/XProtocol.h"
-#include "drive/Screen.h"
+// Before the X headers, whose macros they do not survive.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
-#include <filesystem>
-#include <optional>
-#include <string>
-#include <vector>
+#include "platform/protocol/XProtocol.h"
+#include "tests/x/support/Support.h"
 
 namespace viewertest {
 
-// Path of an image that makesample writes with these options, made once per run of the tests.
-std::string sampleImage(const std::string& name, const std::vector<std::string>& options);
+namespace fs = std::filesystem;
+
+// For all tests of a run. The ranges that a viewer keeps go there, too.
+const TempFolder& scratchFolder();
 
 // 40 x 30 pixels of 8-bit red, green and blue: shown as they are. Wavelength c of pixel (x, y) is
 // (x + 11 y + 1009 c) mod 256.
@@ -26,8 +27,7 @@ std::string stackImage();
 class Viewer {
 public:
     // standardInput: path of a file or pipe, empty: as the test's.
-    explicit Viewer(std::vector<std::string> arguments, std::map<std::string, std::string> environment = {},
-                    const std::string& standardInput = "");
+    explicit Viewer(std::vector<std::string> arguments, const std::string& standardInput = "");
 
     drive::Screen screen;
     drive::Process process;
@@ -42,7 +42,6 @@ public:
     drive::Pixel pixelAt(int x, int y) { return screen.capture(canvas).at(x, y); }
     // Gives the window the keyboard.
     void focus();
-    bool waitForFocus(Window window);
     // A menu that is posted: a window above all others without the window manager's doing. None: there is
     // none.
     Window waitForMenu();
