@@ -1,36 +1,31 @@
-// A stand-in for the viewer: a canvas that publishes a display record, and small image files with known
+// A stand-in for the image window: a canvas that publishes a display record, and small image files with known
 // values.
 #pragma once
 
-#include "platform/protocol/XProtocol.h"
 #include "tests/x/iwl/Peers.h"
 
-#include <filesystem>
-#include <string>
+#include "platform/protocol/XProtocol.h"
+#include "tests/x/support/Support.h"
 
-// What a test image holds. Pixel (x, y) of a section is 1000 * page + 10 * y + x, pages counted with z
-// fastest, then wavelength, then time.
-struct TestImage {
-    int width = 20, height = 10;
-    int sizeZ = 3, sizeW = 2, sizeT = 2;
-    int base = 0;                // added to every pixel value
-    bool stagePositions = false; // X 100, Y -50, Z 7 + 2.5 z microns, and DeltaT 1.5 t seconds
-};
+// Writes an OME-TIFF with makesample: 3 sections and 2 time points of pixels of 0.5 x 0.25 microns. Pixel (x,
+// y) of the pattern ramp is x + 11 y + 101 z + 1009 w + 10007 t.
+const std::string usualImage = "--pattern ramp --size 20x10 --channels 2";
+void writeImage(const std::filesystem::path& path, const std::string& options = usualImage);
 
-// Writes an OME-TIFF of 16-bit pixels with spacings 0.5, 0.25 and 2 microns and wavelengths 528 and 617 nm.
-void writeImage(const std::filesystem::path& path, const TestImage& image);
-
+// On a connection of its own, which takes the windows along when it ends.
 class FakeViewer {
 public:
-    // Window number of its own; shows the image file at zoom 1.
-    FakeViewer(const std::string& path, const TestImage& image);
+    // Has a window number; shows an image of 20 x 10 pixels with two wavelengths at zoom 1. place is on the
+    // screen; without one it stays unmapped.
+    explicit FakeViewer(const std::string& path, const drive::Rect& place = {});
 
     void publish(); // the record as it stands now
-    void destroyCanvas();
+    void showSection(int z);
+    void destroy();
     std::vector<protocol::OverlayCommand> drain();
 
     protocol::DisplayRecord record;
-    Window canvas = None;
+    Window top = None, canvas = None;
 
 private:
     peers::Connection connection;

@@ -1,6 +1,10 @@
 // Peers of an X protocol test: further connections, and further processes that may be killed.
 #pragma once
 
+// Before Xlib, whose macros None and Bool they cannot stand.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
 #include <X11/Xlib.h>
 
 #include <csignal>
@@ -67,6 +71,14 @@ public:
 private:
     pid_t pid;
 };
+
+// What an action of this process writes to standard error.
+template<class Action> std::string errorsOf(Action action)
+{
+    testing::internal::CaptureStderr();
+    action();
+    return testing::internal::GetCapturedStderr();
+}
 
 // Waits for ever, for a child that is to be killed.
 inline int sleepForEver()

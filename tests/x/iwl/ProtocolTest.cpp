@@ -1,9 +1,7 @@
-#include <gmock/gmock.h> // before Xlib, whose macros None and Bool it cannot stand
-#include <gtest/gtest.h>
-
-#include "platform/protocol/XProtocol.h"
-#include "drive/Screen.h"
 #include "tests/x/iwl/Peers.h"
+
+#include "drive/Process.h"
+#include "platform/protocol/XProtocol.h"
 
 #include <X11/Xatom.h>
 
@@ -15,8 +13,8 @@ using namespace peers;
 using drive::waitUntil;
 using protocol::OverlayCommand;
 using protocol::OverlayKind;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
+using testing::ElementsAre;
+using testing::HasSubstr;
 
 namespace {
 
@@ -43,11 +41,7 @@ protocol::DisplayRecord record()
 
 OverlayCommand point(std::uint32_t client, int id)
 {
-    OverlayCommand command;
-    command.kind = OverlayKind::AddPoint;
-    command.client = client;
-    command.id = id;
-    return command;
+    return {.kind = OverlayKind::AddPoint, .client = client, .id = id};
 }
 
 void putBytes(Display* display, Window window, Atom name, Atom type, const std::vector<std::byte>& bytes)
@@ -79,21 +73,17 @@ int raceForLock(Shared& shared, int attempts)
 
 } // namespace
 
-class Protocol : public ::testing::Test {
+class Protocol : public testing::Test {
 protected:
     // The server notices the closed connections of the test before in its own time.
     void SetUp() override
     {
         protocol::installErrorHandler("protocol_x_test");
         const Connection connection;
-        ASSERT_TRUE(waitUntil([&] { return !owned(connection, "IMAGE_WINDOW_1"); }));
-        ASSERT_TRUE(waitUntil([&] { return !owned(connection, "IMAGE_WINDOW_2"); }));
-        ASSERT_TRUE(waitUntil([&] { return !owned(connection, "IMAGE_WINDOW_1_INPUT"); }));
-    }
-
-    static bool owned(Display* display, const char* selection)
-    {
-        return XGetSelectionOwner(display, XInternAtom(display, selection, False)) != None;
+        for (const char* name : {"IMAGE_WINDOW_1", "IMAGE_WINDOW_2", "IMAGE_WINDOW_1_INPUT"}) {
+            const Atom selection = XInternAtom(connection, name, False);
+            ASSERT_TRUE(waitUntil([&] { return XGetSelectionOwner(connection, selection) == None; }));
+        }
     }
 };
 
@@ -169,12 +159,12 @@ TEST_F(Protocol, HolderNamesAreFitToShow)
     const struct {
         std::string title, shown;
     } rows[] = {
-        {"Arbitray Line Profile",   "Arbitray Line Profile"},
-        {"two\nlines\tand \x1b[0m", "two lines and  [0m"   },
-        {"K\xC3\xB6rner",           "K\xC3\xB6rner"        },
-        {"",                        "unnamed"              },
-        {x200 + "x",                x200                   },
-        {x199 + "\xC3\xB6",         x199                   },
+        {"Arbitray Line Profile", "Arbitray Line Profile"},
+        {"two\nlines\tand \x1b[0m", "two lines and  [0m"},
+        {"K\xC3\xB6rner", "K\xC3\xB6rner"},
+        {"", "unnamed"},
+        {x200 + "x", x200},
+        {x199 + "\xC3\xB6", x199},
     };
     const Connection holder, other;
     for (const auto& row : rows) {
@@ -247,15 +237,16 @@ TEST_F(Protocol, HostileOverlayPropertiesAreDroppedAndDrainingGoesOn)
         std::size_t commands;
         const char* message;
     } rows[] = {
-        {"too large",    overlay,   backlog, 0, "dropped"  },
-        {"foreign type", XA_STRING, good,    0, "dropped"  },
-        {"damaged",      overlay,   mixed,   1, "2 damaged"},
+        {"too large", overlay, backlog, 0, "dropped"},
+        {"foreign type", XA_STRING, good, 0, "dropped"},
+        {"damaged", overlay, mixed, 1, "2 damaged"},
     };
     for (const auto& row : rows) {
         putBytes(viewer, canvas, overlay, row.type, row.bytes);
-        ::testing::internal::CaptureStderr();
-        EXPECT_EQ(protocol::drainOverlays(viewer, canvas).size(), row.commands) << row.what;
-        EXPECT_THAT(::testing::internal::GetCapturedStderr(), HasSubstr(row.message)) << row.what;
+        const auto drain = [&] {
+            EXPECT_EQ(protocol::drainOverlays(viewer, canvas).size(), row.commands) << row.what;
+        };
+        EXPECT_THAT(errorsOf(drain), HasSubstr(row.message)) << row.what;
         protocol::appendOverlay(viewer, canvas, point(7, 2));
         EXPECT_THAT(protocol::drainOverlays(viewer, canvas), ElementsAre(point(7, 2))) << row.what;
     }
@@ -277,15 +268,14 @@ TEST_F(Protocol, BadDisplayPropertiesAreIgnoredWithALine)
         std::vector<std::byte> bytes;
     } rows[] = {
         {"foreign type", XA_STRING, protocol::encodeDisplay(record())},
-        {"truncated",    display,   cut                              },
-        {"empty",        display,   empty                            },
-        {"huge",         display,   huge                             },
+        {"truncated", display, cut},
+        {"empty", display, empty},
+        {"huge", display, huge},
     };
     for (const auto& row : rows) {
         putBytes(viewer, canvas, display, row.type, row.bytes);
-        ::testing::internal::CaptureStderr();
-        EXPECT_FALSE(protocol::readDisplay(client, canvas)) << row.what;
-        EXPECT_THAT(::testing::internal::GetCapturedStderr(), HasSubstr("ignored")) << row.what;
+        const auto read = [&] { EXPECT_FALSE(protocol::readDisplay(client, canvas)) << row.what; };
+        EXPECT_THAT(errorsOf(read), HasSubstr("ignored")) << row.what;
     }
     auto unfit = record();
     unfit.geometry.zoom = 0;
@@ -336,14 +326,16 @@ TEST_F(Protocol, ErrorTrapsCatchTheirOwnErrorsOnly)
 TEST_F(Protocol, UntrappedErrorsAreSwallowedOrReportedAndNeverEndTheProcess)
 {
     const Connection connection;
-    ::testing::internal::CaptureStderr();
-    XMapWindow(connection, 0x1);
-    XSync(connection, False);
-    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "") << "a peer that has died";
-    ::testing::internal::CaptureStderr();
-    XFreePixmap(connection, 0x1);
-    XSync(connection, False);
-    EXPECT_THAT(::testing::internal::GetCapturedStderr(), HasSubstr("protocol_x_test: X error: BadPixmap"));
+    const auto mapNothing = [&] {
+        XMapWindow(connection, 0x1);
+        XSync(connection, False);
+    };
+    const auto freeNothing = [&] {
+        XFreePixmap(connection, 0x1);
+        XSync(connection, False);
+    };
+    EXPECT_EQ(errorsOf(mapNothing), "") << "a peer that has died";
+    EXPECT_THAT(errorsOf(freeNothing), HasSubstr("protocol_x_test: X error: BadPixmap"));
 }
 
 TEST_F(Protocol, ALostServerEndsTheProcessWithStatusOne)

@@ -4,7 +4,6 @@
 #include <X11/Xutil.h>
 
 #include <cstring>
-#include <fstream>
 
 using drive::Rect;
 using drive::waitUntil;
@@ -24,25 +23,24 @@ protected:
 
 TEST_F(SuiteTest, placesTheToolBesideTheImageAndOnTheScreen)
 {
-    struct Case {
-        int x, y, width, height;
+    const struct {
+        Rect place;
         const char* side;
+    } rows[] = {
+        {{40, 60, 500, 400}, "right"},
+        {{900, 300, 640, 600}, "left"},
+        {{300, 40, 1200, 600}, "below"},
+        {{40, 900, 500, 250}, "right"},
     };
-    const Case cases[] = {
-        {40,  60,  500,  400, "right"},
-        {900, 300, 640,  600, "left" },
-        {300, 40,  1200, 600, "below"},
-        {40,  900, 500,  250, "right"},
-    };
-    for (const Case& c : cases) {
-        showImage({c.x, c.y, c.width, c.height});
+    for (const auto& row : rows) {
+        showImage(row.place);
         start();
         const Rect tool = screen.frameGeometry(window("shell")), fixed = screen.frameGeometry(image->top);
         const std::string side = tool.x >= fixed.x + fixed.width    ? "right"
                                  : tool.x + tool.width <= fixed.x   ? "left"
                                  : tool.y >= fixed.y + fixed.height ? "below"
                                                                     : "over";
-        EXPECT_EQ(side, c.side) << c.x << ", " << c.y << ": tool at " << tool.x << ", " << tool.y;
+        EXPECT_EQ(side, row.side) << "tool at " << tool.x << ", " << tool.y;
         EXPECT_GE(tool.x, 0);
         EXPECT_GE(tool.y, 0);
         EXPECT_LE(tool.x + tool.width, 1600);
@@ -62,44 +60,13 @@ TEST_F(SuiteTest, goesWithItsImageWindow)
     EXPECT_TRUE(waitUntil([this] { return screen.viewable(window("plot")); }));
 }
 
-TEST_F(SuiteTest, isListedByItsImageWindowWhileItLives)
-{
-    start();
-    const auto tools = protocol::announcedTools(screen.x(), image->canvas);
-    ASSERT_EQ(tools.size(), 1u);
-    EXPECT_EQ(tools[0].title, "Probe");
-    EXPECT_EQ(tools[0].shell, window("shell"));
-    probe->signal(9);
-    ASSERT_TRUE(probe->wait());
-    EXPECT_TRUE(waitUntil([this] { return protocol::announcedTools(screen.x(), image->canvas).empty(); }));
-}
-
-TEST_F(SuiteTest, endsOnRequestAndByItsCloseButton)
-{
-    for (const bool bySuite : {true, false}) {
-        start();
-        if (bySuite)
-            protocol::requestQuit(screen.x(), window("shell"));
-        else
-            screen.requestClose(window("shell"));
-        XSync(screen.x(), False);
-        EXPECT_EQ(probe->wait(), 0);
-        EXPECT_EQ(said("quit").size(), 1u) << bySuite;
-    }
-}
-
 TEST_F(SuiteTest, endsWhenTheImageWindowDiesDuringItsStart)
 {
     // The window's end comes after it was attached and before anything of it is selected.
-    const std::filesystem::path go = folder / "go";
-    launch(
-        {
-            {"PROBE_HOLD", go.string()}
-    },
-        image->number);
+    launch({{"PROBE_HOLD", folder / "go"}}, image->record.windowNumber);
     ASSERT_TRUE(waitFor("attached"));
     image->destroy();
-    std::ofstream(go) << "on\n";
+    writeBytes(folder / "go", "on");
     EXPECT_EQ(probe->wait(), 0);
     EXPECT_EQ(said("change").size(), 1u);
     EXPECT_TRUE(waitFor("change 1 681"));

@@ -4,34 +4,29 @@
 #include <X11/keysym.h>
 
 #include <algorithm>
-#include <fstream>
-#include <sstream>
 
 using drive::waitUntil;
 namespace fs = std::filesystem;
 
 class ChooserTest : public ProbeTest {
 protected:
-    void SetUp() override
-    {
-        fs::create_directory(folder / "results");
-        std::ofstream(folder / "results" / "old.slk") << "ID\n";
-    }
+    void SetUp() override { writeBytes(folder / "results/old.slk", "ID\n"); }
     Window open()
     {
         // The one before lies over the button.
         waitUntil([this] { return countTitled("Save as SYLK") == 0; });
         press("write");
         const Window found = screen.findTitle("Save as SYLK Spreadsheet");
-        waitForFocus(found);
+        EXPECT_TRUE(support::waitForFocus(screen, found));
         return found;
     }
     // Replaces what stands in the name field, which has the focus.
     void enter(const std::string& name)
     {
-        replaceText(name);
+        screen.replaceText(name);
         screen.key(XK_Return);
     }
+    // The reason for a refusal is in red, and nothing else.
     long redPixels(Window window)
     {
         const drive::Picture picture = screen.capture(window);
@@ -39,63 +34,61 @@ protected:
             return p.red > 120 && p.green < 40 && p.blue < 40;
         });
     }
-    std::string chosen(size_t count)
+    // The probe has been told of so many choices, the last of them this file in the folder.
+    void expectChosen(size_t count, const std::string& file)
     {
+        const fs::path path = folder / file;
         waitUntil([&] { return said("chosen").size() == count; });
-        return said("chosen").size() == count ? said("chosen").back() : "";
-    }
-    std::string answer(const fs::path& path, const fs::path& directory)
-    {
-        return "chosen 1 [" + path.string() + "] [" + directory.string() + "] [" + path.filename().string() +
-               "] [*.slk]";
-    }
-    std::string configuration()
-    {
-        std::ifstream file(folder / "config" / "kelvora" / "config");
-        std::ostringstream text;
-        text << file.rdbuf();
-        return text.str();
+        ASSERT_EQ(said("chosen").size(), count);
+        EXPECT_EQ(said("chosen").back(), "chosen 1 [" + path.string() + "] [" + path.parent_path().string() +
+                                             "] [" + path.filename().string() + "] [*.slk]");
     }
 };
 
-TEST_F(ChooserTest, proposesTheDefaultName)
+TEST_F(ChooserTest, proposesTheDefaultNameInAFolderThatExists)
 {
-    start();
-    ASSERT_NE(open(), None);
-    screen.key(XK_Return);
-    EXPECT_EQ(chosen(1), answer(folder / "cells_PRF.slk", folder));
+    for (const char* lost : {"/gone/away", ""}) {
+        start({{"PROBE_LOST", lost}});
+        open();
+        screen.key(XK_Return);
+        expectChosen(1, "cells_PRF.slk");
+    }
 }
 
 TEST_F(ChooserTest, takesATypedNameAndAddsTheExtension)
 {
     start();
-    ASSERT_NE(open(), None);
+    open();
     enter("mine");
-    EXPECT_EQ(chosen(1), answer(folder / "mine.slk", folder));
-    // Folder and name stay for the next time, and in the configuration.
-    ASSERT_NE(open(), None);
-    enter("results/other.txt");
-    EXPECT_EQ(chosen(2), answer(folder / "results/other.txt", folder / "results"));
-    ASSERT_NE(open(), None);
+    expectChosen(1, "mine.slk");
+    open();
+    enter("results"); // a folder is entered
+    screen.type("in.slk");
     screen.key(XK_Return);
-    EXPECT_EQ(chosen(3), answer(folder / "results/other.txt", folder / "results"));
-    EXPECT_NE(configuration().find("ZVE_DEF_DIR:\t" + (folder / "results").string()), std::string::npos)
-        << configuration();
-    EXPECT_NE(configuration().find("SYLK_EXT:\ttxt"), std::string::npos) << configuration();
+    expectChosen(2, "results/in.slk");
+    open();
+    enter("other.txt");
+    expectChosen(3, "results/other.txt");
+    // Folder and name stay for the next time, and in the configuration.
+    open();
+    screen.key(XK_Return);
+    expectChosen(4, "results/other.txt");
+    const std::string configuration = readBytes(folder / "config/kelvora/config");
+    EXPECT_THAT(configuration, testing::HasSubstr("ZVE_DEF_DIR:\t" + (folder / "results").string()));
+    EXPECT_THAT(configuration, testing::HasSubstr("SYLK_EXT:\ttxt"));
 }
 
 TEST_F(ChooserTest, cancelsByKeyAndByCloseButton)
 {
     start();
-    const Window first = open();
-    ASSERT_NE(first, None);
+    open();
     screen.type("abc");
     screen.key(XK_Escape);
-    const std::string nothing = "chosen 0 [] [" + folder.string() + "] [cells_PRF.slk] [*.slk]";
-    EXPECT_EQ(chosen(1), nothing);
-    const Window second = open();
-    screen.requestClose(second);
-    EXPECT_EQ(chosen(2), nothing);
+    EXPECT_TRUE(waitUntil([this] { return said("chosen").size() == 1; }));
+    screen.requestClose(open());
+    EXPECT_TRUE(waitUntil([this] { return said("chosen").size() == 2; }));
+    const std::string nothing = "chosen 0 [] [" + folder.path.string() + "] [cells_PRF.slk] [*.slk]";
+    EXPECT_THAT(said("chosen"), testing::ElementsAre(nothing, nothing));
     EXPECT_TRUE(waitUntil([this] { return countTitled("Save as SYLK") == 0; }));
 }
 
@@ -103,13 +96,12 @@ TEST_F(ChooserTest, refusesWhatItCannotTake)
 {
     start();
     const Window chooser = open();
-    ASSERT_NE(chooser, None);
     const fs::path longFolder = folder / std::string(200, 'd');
     fs::create_directory(longFolder);
-    for (const std::string& name : {longFolder.string() + "/a-name-that-does-not-fit-" + std::string(40, 'x'),
-                                    std::string("nowhere/file.slk"), std::string("   ")}) {
+    for (const std::string& name :
+         {(longFolder / ("a-name-that-does-not-fit-" + std::string(40, 'x'))).string(),
+          std::string("nowhere/file.slk"), std::string("   ")}) {
         enter(name);
-        // The reason appears in red; nothing else in the dialogue is.
         EXPECT_TRUE(waitUntil([&] { return redPixels(chooser) > 100; })) << name;
         EXPECT_TRUE(screen.viewable(chooser)) << name;
         enter("results");
@@ -117,50 +109,27 @@ TEST_F(ChooserTest, refusesWhatItCannotTake)
         enter("..");
     }
     enter("good.slk");
-    EXPECT_EQ(chosen(1), answer(folder / "good.slk", folder));
-}
-
-TEST_F(ChooserTest, entersAFolderThatIsTyped)
-{
-    start();
-    ASSERT_NE(open(), None);
-    enter("results");
-    screen.type("in.slk");
-    screen.key(XK_Return);
-    EXPECT_EQ(chosen(1), answer(folder / "results/in.slk", folder / "results"));
-}
-
-TEST_F(ChooserTest, startsInAFolderThatExists)
-{
-    start({
-        {"PROBE_LOST", "/gone/away"}
-    });
-    ASSERT_NE(open(), None);
-    screen.key(XK_Return);
-    EXPECT_EQ(chosen(1), answer(folder / "cells_PRF.slk", folder));
+    expectChosen(1, "good.slk");
 }
 
 TEST_F(ChooserTest, remembersTheFolderFromRunToRun)
 {
     start();
-    ASSERT_NE(open(), None);
+    open();
     enter("results/first.slk");
-    EXPECT_EQ(chosen(1), answer(folder / "results/first.slk", folder / "results"));
+    expectChosen(1, "results/first.slk");
     // The program's own folder comes first while it is there, and a button leads to the remembered one.
     start();
     const Window chooser = open();
-    ASSERT_NE(chooser, None);
     // Its own controls have no windows but the fields, the lists and this button.
     const std::vector<Window> leaves = screen.leaves(chooser);
     ASSERT_GE(leaves.size(), 2u);
     screen.clickCentre(leaves.back());
     screen.clickCentre(leaves[leaves.size() - 2]);
     enter("second.slk");
-    EXPECT_EQ(chosen(1), answer(folder / "results/second.slk", folder / "results"));
-    start({
-        {"PROBE_LOST", "/gone"}
-    });
-    ASSERT_NE(open(), None);
+    expectChosen(1, "results/second.slk");
+    start({{"PROBE_LOST", "/gone"}});
+    open();
     enter("third.slk");
-    EXPECT_EQ(chosen(1), answer(folder / "results/third.slk", folder / "results"));
+    expectChosen(1, "results/third.slk");
 }

@@ -13,7 +13,7 @@ protected:
     Window dialogue(const std::string& title)
     {
         const Window found = screen.findTitle(title);
-        waitForFocus(found);
+        EXPECT_TRUE(support::waitForFocus(screen, found)) << title;
         return found;
     }
     void expectCentred(Window window)
@@ -28,32 +28,21 @@ protected:
     }
 };
 
-TEST_F(DialogueTest, showsAnErrorBeforeThereIsAMainWindow)
+// Before there is a main window, too.
+TEST_F(DialogueTest, anErrorIsConfirmedByKeyAndByCloseButton)
 {
-    launch({
-        {"PROBE_ERROR", "Couldn't attach to window 7"}
-    });
-    const Window error = dialogue("Error");
-    ASSERT_NE(error, None);
-    expectCentred(error);
-    EXPECT_TRUE(probe->running());
-    screen.key(XK_Return);
-    EXPECT_EQ(probe->wait(), 3);
-}
-
-TEST_F(DialogueTest, endsAnErrorByItsCloseButtonAndByEscape)
-{
-    for (const bool byKey : {true, false}) {
-        launch({
-            {"PROBE_ERROR", "Usage: probe window_number"}
-        });
+    const std::function<void(Window)> answers[] = {
+        [this](Window) { screen.key(XK_Return); },
+        [this](Window) { screen.key(XK_Escape); },
+        [this](Window error) { screen.requestClose(error); },
+    };
+    for (const auto& answer : answers) {
+        launch({{"PROBE_ERROR", "Couldn't attach to window 7"}});
         const Window error = dialogue("Error");
-        ASSERT_NE(error, None);
-        if (byKey)
-            screen.key(XK_Escape);
-        else
-            screen.requestClose(error);
-        EXPECT_EQ(probe->wait(), 3) << byKey;
+        expectCentred(error);
+        EXPECT_TRUE(probe->running());
+        answer(error);
+        EXPECT_EQ(probe->wait(), 3);
     }
 }
 
@@ -62,12 +51,8 @@ TEST_F(DialogueTest, keepsLongTextsOnTheScreen)
     std::string path;
     while (path.size() < 4000)
         path += "/a long folder name";
-    launch({
-        {"PROBE_ERROR", "Couldn't read " + path}
-    });
-    const Window error = dialogue("Error");
-    ASSERT_NE(error, None);
-    const Rect frame = screen.frameGeometry(error);
+    launch({{"PROBE_ERROR", "Couldn't read " + path}});
+    const Rect frame = screen.frameGeometry(dialogue("Error"));
     EXPECT_GE(frame.x, 0);
     EXPECT_GE(frame.y, 0);
     EXPECT_LE(frame.width, 1000);
@@ -81,7 +66,6 @@ TEST_F(DialogueTest, showsARepeatedWarningOnce)
     start();
     press("act");
     const Window warning = dialogue("Warning");
-    ASSERT_NE(warning, None);
     EXPECT_EQ(countTitled("Warning"), 1);
     // It is not modal: the tool still works.
     press("toggle");
@@ -94,14 +78,12 @@ TEST_F(DialogueTest, showsARepeatedWarningOnce)
     EXPECT_TRUE(waitUntil([this] { return countTitled("Warning") == 0; }));
     // Once it is gone it is worth telling again.
     press("act");
-    EXPECT_NE(dialogue("Warning"), None);
+    EXPECT_NE(screen.findTitle("Warning"), None);
 }
 
 TEST_F(DialogueTest, boundsTheNumberOfWarnings)
 {
-    start({
-        {"PROBE_ACTION", "many"}
-    });
+    start({{"PROBE_ACTION", "many"}});
     press("act");
     ASSERT_TRUE(waitFor("acted"));
     EXPECT_TRUE(waitUntil([this] { return countTitled("Warning") == 5; })) << countTitled("Warning");
@@ -109,45 +91,37 @@ TEST_F(DialogueTest, boundsTheNumberOfWarnings)
 
 TEST_F(DialogueTest, asks)
 {
-    struct Case {
-        bool close;
-        std::vector<KeySym> keys;
+    const struct {
+        std::vector<KeySym> keys; // none: the close button
         const char* answer;
+    } rows[] = {
+        {{XK_Escape}, "confirmed 0"},
+        {{XK_Return}, "confirmed 0"}, // nothing is overwritten by a stray key
+        {{}, "confirmed 0"},
+        {{XK_Left, XK_Return}, "confirmed 1"},
     };
-    const Case cases[] = {
-        {false, {XK_Escape},          "confirmed 0"},
-        {false, {XK_Return},          "confirmed 0"}, // nothing is overwritten by a stray key
-        {true,  {},                   "confirmed 0"},
-        {false, {XK_Left, XK_Return}, "confirmed 1"},
-    };
-    start({
-        {"PROBE_ACTION", "confirm"}
-    });
+    start({{"PROBE_ACTION", "confirm"}});
     size_t answers = 0;
-    for (const Case& c : cases) {
+    for (const auto& row : rows) {
         press("act");
         const Window question = dialogue("Question");
-        ASSERT_NE(question, None);
         expectCentred(question);
-        for (const KeySym key : c.keys)
+        for (const KeySym key : row.keys)
             screen.key(key);
-        if (c.close)
+        if (row.keys.empty())
             screen.requestClose(question);
         ++answers;
         ASSERT_TRUE(waitUntil([&] { return said("confirmed").size() == answers; }));
-        EXPECT_EQ(said("confirmed").back(), c.answer);
+        EXPECT_EQ(said("confirmed").back(), row.answer);
         ASSERT_TRUE(waitUntil([this] { return countTitled("Question") == 0; }));
     }
 }
 
 TEST_F(DialogueTest, keepsTheToolWaitingWhileItAsks)
 {
-    start({
-        {"PROBE_ACTION", "confirm"}
-    });
+    start({{"PROBE_ACTION", "confirm"}});
     press("act");
     const Window question = dialogue("Question");
-    ASSERT_NE(question, None);
     press("toggle");
     const Rect size = screen.geometry(question);
     screen.click(question, size.width - 36, size.height - 36); // "No"

@@ -1,66 +1,11 @@
 #include "tests/x/wmenh/Probe.h"
 
-#include "tests/x/iwl/FakeViewer.h"
-
-#include <X11/Xutil.h>
-#include <X11/keysym.h>
-
 #include <algorithm>
 #include <sstream>
 
-namespace fs = std::filesystem;
-
-FakeImageWindow::FakeImageWindow(Display* display, const std::string& imagePath, const drive::Rect& place)
-    : display(display)
-{
-    top = XCreateSimpleWindow(display, DefaultRootWindow(display), place.x, place.y, place.width,
-                              place.height, 0, 0, 0x204060);
-    canvas = XCreateSimpleWindow(display, top, 0, 0, place.width, place.height, 0, 0, 0x101010);
-    XStoreName(display, top, "Fake Image");
-    XSizeHints hints{};
-    hints.flags = USPosition | USSize;
-    hints.x = place.x;
-    hints.y = place.y;
-    hints.width = place.width;
-    hints.height = place.height;
-    XSetWMNormalHints(display, top, &hints);
-    record.path = imagePath;
-    record.geometry.imageWidth = 20;
-    record.geometry.imageHeight = 10;
-    record.geometry.panelWidth = place.width;
-    record.geometry.panelHeight = place.height;
-    record.wavelengths.resize(2);
-    XMapWindow(display, canvas);
-    XMapWindow(display, top);
-    number = protocol::claimWindowNumber(display, canvas, record);
-    XSync(display, False);
-}
-
-FakeImageWindow::~FakeImageWindow()
-{
-    destroy();
-}
-
-void FakeImageWindow::show(int z)
-{
-    record.z = z;
-    protocol::publishDisplay(display, canvas, record);
-    XSync(display, False);
-}
-
-void FakeImageWindow::destroy()
-{
-    if (top != None)
-        XDestroyWindow(display, top);
-    top = None;
-    XSync(display, False);
-}
-
 ProbeTest::ProbeTest()
 {
-    std::string name = "/tmp/wmenh-test-XXXXXX";
-    folder = mkdtemp(name.data());
-    writeImage(folder / "cells.ome.tif", TestImage{});
+    writeImage(folder / "cells.ome.tif");
     showImage({40, 60, 500, 400});
     screen.moveTo(screen.root(), 1590, 1190);
 }
@@ -69,30 +14,27 @@ ProbeTest::~ProbeTest()
 {
     if (HasFailure() && probe)
         std::fprintf(stderr, "%s%s", probe->output().c_str(), probe->errors().c_str());
-    probe.reset();
-    image.reset();
-    fs::remove_all(folder);
 }
 
-void ProbeTest::showImage(const drive::Rect& area)
+void ProbeTest::showImage(const drive::Rect& place)
 {
     image.reset();
-    image = std::make_unique<FakeImageWindow>(screen.x(), (folder / "cells.ome.tif").string(), area);
+    image = std::make_unique<FakeViewer>(folder / "cells.ome.tif", place);
     drive::waitUntil([this] { return screen.viewable(image->canvas); });
 }
 
 void ProbeTest::launch(std::map<std::string, std::string> environment, int windowNumber)
 {
     environment.try_emplace("LC_ALL", "C.UTF-8");
-    environment["XDG_CONFIG_HOME"] = (folder / "config").string();
-    environment["PROBE_DIR"] = folder.string();
+    environment["XDG_CONFIG_HOME"] = folder / "config";
+    environment["PROBE_DIR"] = folder.path;
     probe = std::make_unique<drive::Process>(
         std::vector<std::string>{PROBE_PROGRAM, std::to_string(windowNumber)}, environment);
 }
 
 void ProbeTest::start(std::map<std::string, std::string> environment)
 {
-    launch(std::move(environment), image->number);
+    launch(std::move(environment), image->record.windowNumber);
     ASSERT_TRUE(waitFor("ready"));
     ASSERT_TRUE(drive::waitUntil([this] { return screen.viewable(window("shell")); }));
 }
@@ -138,44 +80,13 @@ void ProbeTest::press(const std::string& name)
     screen.clickCentre(window(name));
 }
 
-bool ProbeTest::waitForFocus(Window window)
-{
-    return drive::waitUntil([&] {
-        Window focus = None;
-        int revert = 0;
-        XGetInputFocus(screen.x(), &focus, &revert);
-        return focus == window;
-    });
-}
-
-void ProbeTest::replaceText(const std::string& text)
-{
-    screen.keyDown(XK_Control_L);
-    screen.key(XK_slash);
-    screen.keyUp(XK_Control_L);
-    screen.key(XK_Delete);
-    screen.type(text);
-}
-
 namespace {
-
-std::vector<Window> childrenOf(Display* display, Window window)
-{
-    Window root = None, parent = None, *list = nullptr;
-    unsigned count = 0;
-    if (!XQueryTree(display, window, &root, &parent, &list, &count))
-        return {};
-    const std::vector<Window> children(list, list + count);
-    if (list)
-        XFree(list);
-    return children;
-}
 
 // Window managers put up to two windows around a client.
 int countBelow(drive::Screen& screen, Window window, const std::string& text, int depth)
 {
     int found = 0;
-    for (const Window child : childrenOf(screen.x(), window)) {
+    for (const Window child : support::childrenOf(screen, window)) {
         if (!screen.viewable(child))
             continue;
         const bool titled = screen.title(child).find(text) != std::string::npos;
@@ -189,9 +100,4 @@ int countBelow(drive::Screen& screen, Window window, const std::string& text, in
 int ProbeTest::countTitled(const std::string& text)
 {
     return countBelow(screen, screen.root(), text, 2);
-}
-
-int ProbeTest::countTopLevels()
-{
-    return countBelow(screen, screen.root(), "", 0);
 }

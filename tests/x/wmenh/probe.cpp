@@ -28,17 +28,10 @@ Widget frame, axis, plot, distance, text, counter;
 // Windows that the test wants to find, by name.
 std::map<std::string, Widget> named;
 
-void say(const char* what, int value)
-{
-    printf("%s %d\n", what, value);
-    fflush(stdout);
-}
-
 int moved(XEvent* event, void*)
 {
     static bool slow = std::getenv("PROBE_SLOW") != nullptr;
     printf("motion %d %d\n", event->xmotion.x, event->xmotion.y);
-    fflush(stdout);
     if (slow)
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     return 0;
@@ -46,7 +39,7 @@ int moved(XEvent* event, void*)
 
 int released(XEvent* event, void*)
 {
-    say("release", static_cast<int>(event->xbutton.button));
+    printf("release %u\n", event->xbutton.button);
     WMCancelEventHandler(1, PointerMotionMask);
     WMCancelEventHandler(1, ButtonReleaseMask);
     return 0;
@@ -54,7 +47,7 @@ int released(XEvent* event, void*)
 
 int pressed(XEvent* event, void*)
 {
-    say("press", static_cast<int>(event->xbutton.button));
+    printf("press %u\n", event->xbutton.button);
     WMAddEventHandler(1, PointerMotionMask, moved, nullptr);
     WMAddEventHandler(1, ButtonReleaseMask, released, nullptr);
     if (event->xbutton.button == 3)
@@ -67,7 +60,6 @@ void sayText(const char* what, Widget field)
 {
     char* const shown = XmTextFieldGetString(field);
     printf("%s %s\n", what, shown);
-    fflush(stdout);
     XtFree(shown);
 }
 
@@ -80,7 +72,7 @@ void quit(Widget, XtPointer, XtPointer)
 void changed(Widget, XtPointer what, XtPointer)
 {
     const std::string name = static_cast<const char*>(what);
-    say(name.c_str(), name == "mode" ? mode : name == "flag" ? flag : number);
+    printf("%s %d\n", name.c_str(), name == "mode" ? mode : name == "flag" ? flag : number);
 }
 
 void choose(Widget, XtPointer, XtPointer)
@@ -96,7 +88,6 @@ void choose(Widget, XtPointer, XtPointer)
     const int result =
         WMInlineFileChooser("Save as SYLK Spreadsheet", directory, filter, 256, 12, name, path, 0, 0, 0);
     printf("chosen %d [%s] [%s] [%s] [%s]\n", result, path, directory, name, filter);
-    fflush(stdout);
 }
 
 void act(Widget, XtPointer, XtPointer)
@@ -111,14 +102,13 @@ void act(Widget, XtPointer, XtPointer)
             WMShowWarning(("Warning " + std::to_string(i)).c_str());
     } else if (action == "confirm") {
         WMSetCenterOnScreen(1);
-        say("confirmed", WMConfirm("File already exists.\nDo you want to Overwrite it?"));
+        printf("confirmed %d\n", WMConfirm("File already exists.\nDo you want to Overwrite it?"));
     } else if (action == "count") {
         count = 123456;
         WMUpdateField(counter);
         sayText("counter", counter);
     }
     printf("acted\n");
-    fflush(stdout);
 }
 
 void addRows()
@@ -168,14 +158,12 @@ void addMessageArea()
 
 void sayWindows()
 {
-    named.insert({
-        {"shell",    XtParent(frame)},
-        {"axis",     axis           },
-        {"plot",     plot           },
-        {"distance", distance       },
-        {"text",     text           },
-        {"counter",  counter        }
-    });
+    named.insert({{"shell", XtParent(frame)},
+                  {"axis", axis},
+                  {"plot", plot},
+                  {"distance", distance},
+                  {"text", text},
+                  {"counter", counter}});
     for (const auto& [name, widget] : named)
         printf("window %s %lu\n", name.c_str(), XtWindow(widget));
 }
@@ -192,7 +180,6 @@ void completeAttachments()
 int ProcDisChange(int slot, WMDisplayChange* change, void*)
 {
     printf("change %d %d\n", slot, change->code);
-    fflush(stdout);
     if (change->code == WM_DISPLAY_CLOSED)
         exit(0);
     return 0;
@@ -201,12 +188,12 @@ int ProcDisChange(int slot, WMDisplayChange* change, void*)
 int EnterWindow(XEvent*, void*)
 {
     printf("enter\n");
-    fflush(stdout);
     return 0;
 }
 
 int main(int argc, char** argv)
 {
+    setvbuf(stdout, nullptr, _IOLBF, 0);
     IWAttach(argc, argv);
     const int window = argc > 1 ? atoi(argv[1]) : 0;
     if (const char* const error = std::getenv("PROBE_ERROR")) {
@@ -217,7 +204,6 @@ int main(int argc, char** argv)
         return 2;
     if (const char* const file = std::getenv("PROBE_HOLD")) {
         printf("attached\n");
-        fflush(stdout);
         while (access(file, F_OK) != 0)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
@@ -246,7 +232,6 @@ int main(int argc, char** argv)
     sayText("text", text);
     sayWindows();
     printf("ready\n");
-    fflush(stdout);
     WMAppMainLoop();
     return 0;
 }
