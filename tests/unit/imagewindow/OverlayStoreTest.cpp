@@ -26,17 +26,20 @@ OverlayCommand removal(std::uint32_t client, std::int32_t id)
 
 TEST(OverlayStore, IdsBelongToTheirClient)
 {
+    constexpr std::uint32_t last = 0xFFFFFFFFU;
     OverlayStore store;
-    EXPECT_EQ(store.apply(line(1, 5)), Outcome::Changed);
-    EXPECT_EQ(store.apply(line(2, 5)), Outcome::Changed);
-    EXPECT_EQ(store.size(), 2U);
+    for (const std::uint32_t client : {1U, 2U, 3U, last})
+        EXPECT_EQ(store.apply(line(client, 5)), Outcome::Changed);
+    EXPECT_EQ(store.size(), 4U);
     EXPECT_EQ(store.apply(removal(1, 5)), Outcome::Changed);
     EXPECT_EQ(store.apply(removal(1, 5)), Outcome::Ignored); // gone already
-    EXPECT_EQ(store.apply(removal(3, 5)), Outcome::Ignored);
-    EXPECT_EQ(store.size(), 1U);
+    EXPECT_EQ(store.apply(removal(4, 5)), Outcome::Ignored);
     EXPECT_EQ(store.apply({.kind = OverlayKind::RemoveAll, .client = 2}), Outcome::Changed);
     EXPECT_EQ(store.apply({.kind = OverlayKind::RemoveAll, .client = 2}), Outcome::Ignored);
-    EXPECT_EQ(store.size(), 0U);
+    EXPECT_EQ(store.size(), 2U);
+    EXPECT_TRUE(store.dropClient(last)); // it has died
+    EXPECT_FALSE(store.dropClient(last));
+    EXPECT_EQ(store.size(), 1U);
     EXPECT_EQ(store.apply({.kind = OverlayKind::Redraw, .client = 1}), Outcome::RedrawAsked);
 }
 
@@ -54,19 +57,6 @@ TEST(OverlayStore, AnIdInUseIsReplaced)
     ASSERT_EQ(touched->size(), 2U); // where it was and where it is
     EXPECT_EQ((*touched)[0].command.x1, 9);
     EXPECT_EQ((*touched)[1].command.x1, 50);
-}
-
-TEST(OverlayStore, ADeadClientTakesItsGraphicsAlong)
-{
-    OverlayStore store;
-    for (std::int32_t id = 1; id <= 3; ++id)
-        for (const std::uint32_t client : {1U, 0xFFFFFFFFU})
-            store.apply(line(client, id));
-    EXPECT_TRUE(store.dropClient(1));
-    EXPECT_FALSE(store.dropClient(1));
-    EXPECT_EQ(store.size(), 3U);
-    EXPECT_TRUE(store.dropClient(0xFFFFFFFFU));
-    EXPECT_EQ(store.size(), 0U);
 }
 
 TEST(OverlayStore, AFloodIsBounded)
