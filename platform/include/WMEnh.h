@@ -83,7 +83,7 @@ void WMAddEventHandler(int slot, long mask, WMEventProc handler, void* clientDat
 void WMCancelEventHandler(int slot, long mask);
 void WMProcDisplayChange(int slot, WMDisplayChangeProc proc, void* clientData);
 void WMCancelDisplayChange(int slot);
-/* Ties the tool window to an image window: group with it and be listed by it. shell 0 is the main window. */
+/* Keeps the tool window above an image window, whose transient window it becomes. shell 0 is the main window. */
 void WMAttachToImageWindow(Widget shell, int windowNumber);
 
 /* Exclusive input of an image window. Returns an id > 0 when granted. Otherwise a negative value, and *owner is a
