@@ -11,8 +11,7 @@ namespace viewer {
 namespace {
 
 constexpr long contrastSamples = 1L << 18; // of one wavelength, over all panels
-constexpr std::size_t maxCachedLimits = 1024;
-constexpr int bandRows = 64; // tile rows that one work item composes
+constexpr int bandRows = 64;               // tile rows that one work item composes
 
 image::SectionIndex sectionOf(const PanelContent& panel, int wavelength)
 {
@@ -37,7 +36,7 @@ void Renderer::setFile(image::ImageFile& newFile)
 {
     file = &newFile;
     tiles.clear();
-    limitsCache.clear();
+    fitted.clear();
 }
 
 std::string Renderer::load(const protocol::Geometry& newGeometry, const std::vector<PanelContent>& newPanels)
@@ -49,7 +48,7 @@ std::string Renderer::load(const protocol::Geometry& newGeometry, const std::vec
         tiles.clear();
     frame = newFrame;
     std::string error = loadTiles();
-    updateLimits();
+    fitMissingLimits();
     return error;
 }
 
@@ -74,33 +73,34 @@ std::string Renderer::loadTiles()
     return firstError;
 }
 
-void Renderer::updateLimits()
+void Renderer::fitMissingLimits()
 {
-    if (limitsCache.size() > maxCachedLimits)
-        limitsCache.clear();
     std::set<int> wavelengths;
     for (const PanelContent& panel : panels)
         wavelengths.insert(panel.wavelengths.begin(), panel.wavelengths.end());
-    const PanelContent& first = panels.front();
-    const auto keyFor = [&](int w) {
-        return LimitsKey{first.z, w, first.t, first.p, geometry.style, geometry.panelCount};
-    };
     std::vector<int> missing;
     std::copy_if(wavelengths.begin(), wavelengths.end(), std::back_inserter(missing),
-                 [&](int w) { return !limitsCache.contains(keyFor(w)); });
-    std::vector<ContrastLimits> found(missing.size());
+                 [&](int w) { return !fitted.contains(w); });
+    std::vector<std::optional<ContrastLimits>> found(missing.size());
     image::parallelFor(static_cast<int>(missing.size()), [&](int i) {
         const auto index = static_cast<std::size_t>(i);
         found[index] = limitsOfSections(missing[index]);
     });
     for (std::size_t i = 0; i < missing.size(); ++i)
-        limitsCache[keyFor(missing[i])] = found[i];
-    for (int w : wavelengths)
-        current[w] = limitsCache[keyFor(w)];
+        if (found[i])
+            fitted[missing[i]] = *found[i];
 }
 
-// One pair of limits for all panels, or they could not be compared.
-ContrastLimits Renderer::limitsOfSections(int wavelength) const
+void Renderer::setAutomatic()
+{
+    manual.clear();
+    fitted.clear();
+    fitMissingLimits();
+}
+
+// One pair of limits for all panels, or they could not be compared. Nothing when none of the sections can be
+// read.
+std::optional<ContrastLimits> Renderer::limitsOfSections(int wavelength) const
 {
     if (const auto fixed = fixedLimits(file->info(), wavelength))
         return *fixed;
@@ -113,15 +113,15 @@ ContrastLimits Renderer::limitsOfSections(int wavelength) const
         const auto sample = sampleSection(*file, section, contrastSamples / static_cast<long>(panels.size()));
         values.insert(values.end(), sample.begin(), sample.end());
     }
-    return automaticLimits(values);
+    return values.empty() ? std::nullopt : std::optional(automaticLimits(values));
 }
 
 ContrastLimits Renderer::limits(int wavelength) const
 {
     if (const auto found = manual.find(wavelength); found != manual.end())
         return found->second;
-    const auto found = current.find(wavelength);
-    return found != current.end() ? found->second : ContrastLimits{0, 1};
+    const auto found = fitted.find(wavelength);
+    return found != fitted.end() ? found->second : ContrastLimits{0, 1};
 }
 
 std::vector<CompositeChannel> Renderer::channelsOf(const PanelContent& panel) const

@@ -39,18 +39,19 @@ public:
     // file.
     std::optional<float> valueAt(int panel, int wavelength, int x, int y) const;
 
-    // Contrast of a wavelength: of the displayed sections unless it was set by hand.
+    // Contrast of a wavelength: set by hand, or fitted to the sections on display when it was first shown and
+    // kept from then on, so that sections can be compared.
     ContrastLimits limits(int wavelength) const;
     void setLimits(int wavelength, const ContrastLimits& limits) { manual[wavelength] = limits; }
-    void setAutomatic() { manual.clear(); }
+    // Fits all limits to what is on display; drops those that were set by hand.
+    void setAutomatic();
 
 private:
     using SectionKey = std::array<int, 4>; // z, w, t, p
-    using LimitsKey = std::array<int, 6>;  // z, w, t, p, style, panel count
 
     std::string loadTiles();
-    void updateLimits();
-    ContrastLimits limitsOfSections(int wavelength) const;
+    void fitMissingLimits();
+    std::optional<ContrastLimits> limitsOfSections(int wavelength) const;
     std::vector<CompositeChannel> channelsOf(const PanelContent& panel) const;
     void drawPanel(int index, std::span<std::uint32_t> pixels, int width, int height) const;
 
@@ -59,8 +60,7 @@ private:
     std::vector<PanelContent> panels;
     TileFrame frame;
     std::map<SectionKey, std::vector<float>> tiles; // of this frame
-    std::map<LimitsKey, ContrastLimits> limitsCache;
-    std::map<int, ContrastLimits> current, manual; // by wavelength
+    std::map<int, ContrastLimits> fitted, manual;   // by wavelength
 };
 
 } // namespace viewer

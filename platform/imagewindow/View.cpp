@@ -71,6 +71,7 @@ View initialView(const image::ImageInfo& info)
     std::fill_n(view.displayed.begin(), std::min(info.sizeW, maxDisplayed), true);
     for (const image::Wavelength& wave : info.wavelengths)
         view.colors.push_back(colorIndexOrWhite(wave.colorIndex));
+    view.z = (info.sizeZ - 1) / 2;
     return view;
 }
 

@@ -32,7 +32,8 @@ struct View {
     bool fit = false; // the zoom follows the window's size
 };
 
-// Shows the first section and the first maxDisplayed wavelengths.
+// Shows the section in the middle of the stack, where most specimens are in focus, and the first maxDisplayed
+// wavelengths.
 View initialView(const image::ImageInfo& info);
 
 std::vector<int> displayedWavelengths(const View& view);
