@@ -46,34 +46,23 @@ static std::uint64_t bitsOf(const PixelKind& kind, double value)
 // Samples of whole bytes in the machine's order; others without a gap, the most significant bit first.
 struct Packer {
     std::vector<std::uint8_t> data;
-    unsigned pending = 0;
-    int count = 0;
+    int bitsInRow = 0;
 
     void add(std::uint64_t value, int bits)
     {
+        constexpr bool little = std::endian::native == std::endian::little;
         if (bits % 8 == 0)
-            addBytes(value, bits / 8);
+            for (int i = 0; i < bits; i += 8)
+                data.push_back(static_cast<std::uint8_t>(value >> (little ? i : bits - 8 - i)));
         else
-            addBits(static_cast<unsigned>(value), bits);
+            for (int i = bits - 1; i >= 0; --i)
+                addBit(value >> i & 1);
     }
-    void addBytes(std::uint64_t value, int bytes)
+    void addBit(std::uint64_t bit)
     {
-        for (int i = 0; i < bytes; ++i) {
-            const int at = std::endian::native == std::endian::little ? i : bytes - 1 - i;
-            data.push_back(static_cast<std::uint8_t>(value >> (8 * at)));
-        }
-    }
-    void addBits(unsigned value, int bits)
-    {
-        pending = (pending << bits) | value;
-        for (count += bits; count >= 8; count -= 8)
-            data.push_back(static_cast<std::uint8_t>(pending >> (count - 8)));
-    }
-    void finishRow()
-    {
-        if (count > 0)
-            addBits(0, 8 - count);
-        pending = 0;
+        if (bitsInRow % 8 == 0)
+            data.push_back(0);
+        data.back() = static_cast<std::uint8_t>(data.back() | bit << (7 - bitsInRow++ % 8));
     }
 };
 
@@ -82,14 +71,12 @@ static std::vector<std::uint8_t> blockData(const TiffSpec& spec, int x0, int y0,
                                            int page, int plane)
 {
     Packer packer;
-    for (int y = y0; y < y0 + height; ++y) {
+    for (int y = y0; y < y0 + height; ++y, packer.bitsInRow = 0)
         for (int x = x0; x < x0 + width; ++x)
             for (int s = 0; s < (spec.planar ? 1 : spec.samples); ++s) {
                 const double value = storedValue(spec, x, y, page, spec.planar ? plane : s);
                 packer.add(bitsOf(spec.kind, value), spec.kind.bits);
             }
-        packer.finishRow();
-    }
     return packer.data;
 }
 
