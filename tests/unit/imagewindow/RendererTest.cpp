@@ -130,3 +130,25 @@ TEST(Renderer, SaysWhyASectionIsBlack)
     EXPECT_EQ(scene.error, "");
     EXPECT_EQ(scene.at(5, 0), grey(5));
 }
+
+TEST(Renderer, OneContrastForAllSections)
+{
+    FakeImage file(40, 40);
+    file.description.sizeZ = 2;
+    file.value = [](const image::SectionIndex& section, int x, int) {
+        return static_cast<float>(100 * section.z + x);
+    };
+    Renderer renderer(file);
+    View view = initialView(file.info());
+    const auto show = [&](int z) {
+        view.z = z;
+        renderer.load(arrange(file.info(), view, {40, 40}, 15).geometry, panelContents(file.info(), view));
+        return renderer.limits(0);
+    };
+    const ContrastLimits first = show(0);
+    EXPECT_GT(first.high, 30);
+    EXPECT_EQ(show(1).high, first.high);
+    renderer.setAutomatic();
+    EXPECT_GT(renderer.limits(0).low, first.high);
+    EXPECT_GT(show(0).low, first.high);
+}
