@@ -22,6 +22,7 @@ DisplayRecord sample()
             .t = 2,
             .p = 5,
             .scratchSize = 12,
+            .fileVersion = 7,
             .geometry = {640, 480, 1.0 / 3, -2.5, 17.25, TimePanels, 3, 2, 5, 213, 160, 2},
             .wavelengths = {{true, 5, true, -12.5F, 65535.0F, 4}, {}, {true, 0, true, 3.0F, 3.0F, 9}}};
 }
@@ -55,6 +56,7 @@ TEST(DisplayRecord, OutOfRangeIsRefused)
         {"negative section", [](auto& r) { r.z = -1; }},
         {"no such wavelength", [](auto& r) { r.w = 3; }},
         {"negative scratch size", [](auto& r) { r.scratchSize = -1; }},
+        {"negative file version", [](auto& r) { r.fileVersion = -1; }},
         {"no path", [](auto& r) { r.path.clear(); }},
         {"relative path", [](auto& r) { r.path = "cells.tif"; }},
         {"path too long", [](auto& r) { r.path.resize(4097, 'x'); }},

@@ -216,25 +216,12 @@ TEST(Plain, HasNoDescription)
 
 TEST(Failures, WrongUsageGivesASentenceAndStatus2)
 {
-    const char* rows[] = {"",
-                          "--size 12 a.tif",
-                          "--size 0x5 a.tif",
-                          "--size -4x5 a.tif",
-                          "--z 0 a.tif",
-                          "--channels 9 a.tif",
-                          "--pixel-type word a.tif",
-                          "--compression fax4 a.tif",
-                          "--compression jpeg a.tif",
-                          "--tile 20 a.tif",
-                          "--tile 16 --rows-per-strip 4 a.tif",
-                          "--size 4x4 --pyramid 3 a.tif",
-                          "--imagej --pixel-type double a.tif",
-                          "--plain --split z a.tif",
-                          "--split z --files 2 a.tif",
-                          "--z 1 --time 1 --channels 1 --files 2 a.tif",
-                          "--rgb --channels 4 a.tif",
-                          "--unheard-of a.tif"};
-    for (const char* options : rows) {
+    for (const char* const options :
+         {"", "--size 12 a.tif", "--size 0x5 a.tif", "--size -4x5 a.tif", "--z 0 a.tif", "--channels 9 a.tif",
+          "--pixel-type word a.tif", "--compression fax4 a.tif", "--compression jpeg a.tif",
+          "--tile 20 a.tif", "--tile 16 --rows-per-strip 4 a.tif", "--size 4x4 --pyramid 3 a.tif",
+          "--imagej --pixel-type double a.tif", "--plain --split z a.tif", "--split z --files 2 a.tif",
+          "--z 1 --time 1 --channels 1 --files 2 a.tif", "--rgb --channels 4 a.tif", "--unheard-of a.tif"}) {
         const TempFolder folder;
         const Outcome outcome = makeSample(folder, options);
         EXPECT_EQ(outcome.status, 2) << options;

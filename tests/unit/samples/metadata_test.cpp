@@ -31,12 +31,6 @@ TEST_F(Metadata, TellsEverythingByDefault)
 {
     const pugi::xml_node ome = make("");
     const std::pair<const char*, const char*> rows[] = {
-        {"//Pixels/@SizeX", "16"},
-        {"//Pixels/@SizeY", "8"},
-        {"//Pixels/@SizeZ", "5"},
-        {"//Pixels/@SizeC", "4"},
-        {"//Pixels/@SizeT", "3"},
-        {"//Pixels/@Type", "uint16"},
         {"//Pixels/@PhysicalSizeX", "0.1083333333"},
         {"//Pixels/@PhysicalSizeZ", "0.5"},
         {"//Pixels/@PhysicalSizeXUnit", "µm"},

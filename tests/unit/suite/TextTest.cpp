@@ -77,19 +77,13 @@ TEST(ChooserPaths, makeThePathOfATypedName)
 
 TEST(ChooserPaths, addAnExtensionWhereThereIsNone)
 {
-    const struct {
-        const char *path, *extension, *made;
-    } cases[] = {
-        {"/d/cells", "slk", "/d/cells.slk"},
-        {"/d/cells.", "slk", "/d/cells.slk"},
-        {"/d/cells.txt", "slk", "/d/cells.txt"},
-        {"/d.x/cells", "slk", "/d.x/cells.slk"},
-        {"/d/.hidden", "slk", "/d/.hidden.slk"},
-        {"/d/cells", "", "/d/cells"},
-        {"/d/", "slk", "/d/"},
+    const std::pair<const char*, const char*> cases[] = {
+        {"/d/cells", "/d/cells.slk"},     {"/d/cells.", "/d/cells.slk"},    {"/d/cells.txt", "/d/cells.txt"},
+        {"/d.x/cells", "/d.x/cells.slk"}, {"/d/.hidden", "/d/.hidden.slk"}, {"/d/", "/d/"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(withExtension(c.path, c.extension), c.made) << c.path;
+    for (const auto& [path, made] : cases)
+        EXPECT_EQ(withExtension(path, "slk"), made) << path;
+    EXPECT_EQ(withExtension("/d/cells", ""), "/d/cells");
     EXPECT_EQ(extensionOf("*.slk"), "slk");
     EXPECT_EQ(extensionOf("*"), "");
     EXPECT_EQ(extensionOf("*.s[lL]k"), "");
