@@ -180,6 +180,23 @@ TEST_F(Plot, AClickReadsTheIntensityOnTheScreenOnly)
     EXPECT_TRUE(isAt(plot.plotPixmap, colorBackground, 0, 50));
 }
 
+TEST_F(Plot, EveryButtonAndKeyReadsTheIntensity)
+{
+    setWaves({1, 2}, {0, 20});
+    drawRow(0, 50);
+    for (int type : {ButtonPress, MotionNotify, ButtonRelease, KeyPress, KeyRelease}) {
+        XEvent event = {};
+        event.xkey.type = type;
+        event.xkey.display = display;
+        event.xkey.window = XtWindow(plot.plotArea);
+        event.xkey.state = Button1Mask;
+        event.xkey.x = event.xkey.y = 50;
+        calls.clear();
+        XtDispatchEvent(&event);
+        EXPECT_FALSE(calls.empty()) << type;
+    }
+}
+
 TEST_F(Plot, ClicksWithoutARangeOrOutsideDoNothing)
 {
     const struct {
