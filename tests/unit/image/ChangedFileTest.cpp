@@ -14,7 +14,7 @@ protected:
     void SetUp() override
     {
         image = writeAndOpen(path, spec);
-        ASSERT_EQ(firstPixel(*image, {}), storedValue(spec, 0, 0));
+        ASSERT_EQ(pixelAt(*image, {}), storedValue(spec, 0, 0));
     }
     TempFolder folder;
     fs::path path = folder / "c.tif";
@@ -26,9 +26,9 @@ TEST_F(ChangedFile, DeletedOrReplacedFileIsStillRead)
 {
     fs::rename(path, folder / "old.tif");
     writeTiff(path, {});
-    EXPECT_EQ(firstPixel(*image, {5, 0, 0, 0}), storedValue(spec, 0, 0, 5));
+    EXPECT_EQ(pixelAt(*image, {5, 0, 0, 0}), storedValue(spec, 0, 0, 5));
     fs::remove(folder / "old.tif");
-    EXPECT_EQ(firstPixel(*image, {6, 0, 0, 0}), storedValue(spec, 0, 0, 6));
+    EXPECT_EQ(pixelAt(*image, {6, 0, 0, 0}), storedValue(spec, 0, 0, 6));
 }
 
 TEST_F(ChangedFile, TruncatedFileFailsWithASentence)
@@ -52,5 +52,5 @@ TEST_F(ChangedFile, FileRewrittenInAnotherShapeIsNotReadAtOldOffsets)
 TEST_F(ChangedFile, FileThatIsOnlyAppendedToStaysReadable)
 {
     writeBytes(path, readBytes(path) + "more");
-    EXPECT_EQ(firstPixel(*image, {7, 0, 0, 0}), storedValue(spec, 0, 0, 7));
+    EXPECT_EQ(pixelAt(*image, {7, 0, 0, 0}), storedValue(spec, 0, 0, 7));
 }

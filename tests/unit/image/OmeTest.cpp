@@ -34,7 +34,7 @@ static int pageOf(ImageFile& image, const SectionIndex& section)
 {
     if (!image.hasSection(section))
         return -1;
-    const float value = firstPixel(image, section);
+    const float value = pixelAt(image, section);
     for (int page = 0; page < 12; ++page)
         if (value == storedValue({}, 0, 0, page))
             return page;
@@ -150,7 +150,7 @@ TEST(Ome, RgbChannelIsThreeWavelengths)
     EXPECT_EQ(image->info().wavelengths[1].colorIndex, 2);
     EXPECT_EQ(image->info().wavelengths[2].name, "a Blue");
     EXPECT_EQ(image->info().wavelengths[5].colorIndex, 4);
-    EXPECT_EQ(firstPixel(*image, {0, 5, 0, 0}), storedValue(spec, 0, 0, 1, 2));
+    EXPECT_EQ(pixelAt(*image, {0, 5, 0, 0}), storedValue(spec, 0, 0, 1, 2));
 }
 
 // A single file that was renamed: the name in its metadata, which carries no identifier, means itself.

@@ -213,10 +213,11 @@ std::vector<float> readWhole(image::ImageFile& image, const image::SectionIndex&
     return pixels;
 }
 
-float firstPixel(image::ImageFile& image, const image::SectionIndex& section)
+float pixelAt(image::ImageFile& image, const image::SectionIndex& section, int x, int y, int level)
 {
     float value = 0;
-    return image.read(section, {0, 0, 0, 0}, {&value, 1}) ? value : std::numeric_limits<float>::quiet_NaN();
+    const bool read = image.readLevel(section, level, {x, y, x, y}, {&value, 1});
+    return read ? value : std::numeric_limits<float>::quiet_NaN();
 }
 
 std::string openFailure(const fs::path& path)

@@ -67,8 +67,9 @@ std::array<std::optional<double>, 5> headerOf(const image::ImageFile& image,
 // The whole section; empty when it cannot be read.
 std::vector<float> readWhole(image::ImageFile& image, const image::SectionIndex& section);
 
-// First pixel of a section; NaN when it cannot be read.
-float firstPixel(image::ImageFile& image, const image::SectionIndex& section);
+// NaN when it cannot be read.
+float pixelAt(image::ImageFile& image, const image::SectionIndex& section, int x = 0, int y = 0,
+              int level = 0);
 
 // The message that opening the file throws; empty when it opens.
 std::string openFailure(const std::filesystem::path& path);

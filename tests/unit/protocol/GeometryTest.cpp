@@ -84,29 +84,21 @@ TEST(Geometry, NowhereOnTheImage)
 }
 
 // The integer part names the pixel: at zoom s each data pixel covers s window pixels, at 1/s each window
-// pixel s data pixels, also when the window is scrolled by a window pixel that is no whole data pixel.
+// pixel s data pixels, also when the window was scrolled there by steps of a window pixel that is no whole
+// data pixel.
 TEST(Geometry, IntegerPartIsThePixelAtEveryZoom)
 {
-    for (int scale : {1, 2, 3, 5, 6, 7, 10, 12, 16})
-        for (int scrolled : {0, 1, 2, 17, 1000}) {
-            SCOPED_TRACE("zoom " + std::to_string(scale) + " scrolled by " + std::to_string(scrolled));
-            const Geometry enlarged = single(scale, scrolled / static_cast<double>(scale));
-            const Geometry reduced = single(1.0 / scale, scrolled);
-            for (int i = 0; i < 100; ++i) {
-                ASSERT_EQ(static_cast<int>(dataFromWindow(enlarged, i, 0)->x), (scrolled + i) / scale) << i;
-                ASSERT_EQ(dataFromWindow(reduced, i, 0)->x, i * scale + scrolled) << i;
+    for (int scale : {1, 2, 3, 5, 6, 7, 10, 12, 16}) {
+        Geometry enlarged = single(scale), reduced = single(1.0 / scale);
+        for (int scrolled = 0; scrolled <= 500; ++scrolled) {
+            for (int i = 0; i < 100; i += 1 + scrolled % 7) {
+                ASSERT_EQ(static_cast<int>(dataFromWindow(enlarged, i, 0)->x), (scrolled + i) / scale)
+                    << scale << " scrolled by " << scrolled << " at " << i;
+                ASSERT_EQ(dataFromWindow(reduced, i, 0)->x, i * scale + scrolled)
+                    << "1/" << scale << " scrolled by " << scrolled << " at " << i;
             }
-        }
-}
-
-TEST(Geometry, AnOriginMadeOfStepsKeepsThePixel)
-{
-    for (int scale : {3, 6, 7, 10, 12}) {
-        Geometry geometry = single(scale);
-        for (int step = 1; step <= 500; ++step) {
-            geometry.originX += 1.0 / scale;
-            ASSERT_EQ(static_cast<int>(dataFromWindow(geometry, 0, 0)->x), step / scale)
-                << scale << " at " << step;
+            enlarged.originX += 1.0 / scale;
+            reduced.originX += 1;
         }
     }
 }
