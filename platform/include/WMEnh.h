@@ -95,7 +95,9 @@ void WMReleaseMonitorLock(int lockId);
  * window manager's close button answer no; the default button of WMConfirm, for Return, is No. */
 void WMConfirmError(const char* format, ...) __attribute__((format(printf, 1, 2)));
 int WMConfirm(const char* text);          /* 1 yes, 0 no */
-void WMShowWarning(const char* text);     /* not modal; equal ones are one dialogue, at most five at once */
+/* Not modal, at most five at once. Equal ones are one dialogue; once the user has closed it, it stays away until the
+ * warning has not been raised for a second. */
+void WMShowWarning(const char* text);
 void WMSetCenterOnScreen(int on);         /* the next dialogue is centred on the screen */
 
 /* Names of the configuration keys under which the next file chooser remembers its directory and its extension. */

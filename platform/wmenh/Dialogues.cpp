@@ -9,6 +9,7 @@
 #include <Xm/Protocols.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdarg>
 #include <cstdio>
 #include <string>
@@ -30,6 +31,26 @@ struct Warning {
 };
 // On the screen, the oldest first.
 std::vector<Warning> warnings;
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::seconds quietTime{1};
+
+// The warning that the user closed last. What made it may go on: closing uncovers the window that is drawn in
+// vain again. It stays away until it has not been raised for a while.
+struct ClosedWarning {
+    std::string text;
+    Clock::time_point lastRaised;
+};
+ClosedWarning closedWarning;
+
+bool stillQuiet(const char* text)
+{
+    const Clock::time_point now = Clock::now();
+    if (closedWarning.text != text || now - closedWarning.lastRaised > quietTime)
+        return false;
+    closedWarning.lastRaised = now;
+    return true;
+}
 
 bool mainWindowShown()
 {
@@ -121,9 +142,12 @@ bool runModal(Widget dialogue, const char* title)
 
 void endWarning(Widget, XtPointer data, XtPointer)
 {
-    const auto dialogue = static_cast<Widget>(data);
-    std::erase_if(warnings, [dialogue](const Warning& w) { return w.dialogue == dialogue; });
-    destroyDialogue(dialogue);
+    const auto found = std::ranges::find(warnings, static_cast<Widget>(data), &Warning::dialogue);
+    if (found == warnings.end())
+        return;
+    closedWarning = {found->text, Clock::now()};
+    destroyDialogue(found->dialogue);
+    warnings.erase(found);
 }
 
 std::string format(const char* pattern, va_list arguments)
@@ -195,7 +219,7 @@ void WMShowWarning(const char* text)
 {
     const auto same = std::find_if(warnings.begin(), warnings.end(),
                                    [text](const Warning& warning) { return warning.text == text; });
-    if (same != warnings.end())
+    if (same != warnings.end() || stillQuiet(text))
         return;
     if (warnings.size() == mostWarnings)
         endWarning(nullptr, warnings.front().dialogue, nullptr);

@@ -12,7 +12,7 @@ protected:
     const Point from{20, 30};
     fs::path makeImage(const std::string& name, const std::string& compression)
     {
-        return sample(name, "--pattern ramp --size 400x300 --z 3 --time 1 --channels 4 --compression " +
+        return sample(name, "--pattern ramp --size 400x300 --z 2 --time 1 --channels 4 --compression " +
                                 compression);
     }
     // Moves to and fro, so that the file is read again and again; ends at the point.
@@ -88,12 +88,12 @@ TEST_F(Faults, TheFileChangesDuringADrag)
         }
 }
 
-TEST_F(Faults, AnUnreadableSectionEmptiesThePlot)
+TEST_F(Faults, AnUnreadableSectionIsToldAndEmptiesThePlot)
 {
     const fs::path image = makeImage("image.ome.tif", "none");
     Pair pair = open({image});
     drawSegment(pair, from, {300, 200});
-    // The first section stays, the others are gone.
+    // The first section stays, the other is gone.
     fs::resize_file(image, 4 * 400 * 300 * 2 + 1000);
     support::turnWheelWith(screen, XK_Shift_L, pair.canvas);
     EXPECT_TRUE(drive::waitUntil([&] { return pair.display().z == 1; }));
@@ -101,6 +101,7 @@ TEST_F(Faults, AnUnreadableSectionEmptiesThePlot)
     screen.press();
     dragOn(pair, {300, 200});
     screen.release();
+    EXPECT_NE(screen.findTitle("Warning"), None);
     closeWarnings();
     EXPECT_TRUE(blank(screen.capture(pair.plot)));
     expectAlive(pair);
