@@ -1,5 +1,5 @@
-// The dialogue in which the user sets which values of each displayed wavelength are black and full
-// brightness. Owned by its image window; the widgets go with the object.
+// The dialogue in which the user sets the colour of each displayed wavelength and which of its values are
+// black and full brightness. Owned by its image window; the widgets go with the object. Not shown at first.
 #pragma once
 
 #include "platform/imagewindow/Composite.h"
@@ -19,21 +19,29 @@ public:
     ContrastDialogue(const ContrastDialogue&) = delete;
     ContrastDialogue& operator=(const ContrastDialogue&) = delete;
 
-    // Follows limits that have changed elsewhere.
+    // Beside the image window when there is room, else where the window manager has it.
+    void show();
+    // Follows wavelengths, colours and limits that have changed elsewhere.
     void refresh();
 
 private:
     struct Row {
         int wavelength = 0;
+        Widget swatch = nullptr, color = nullptr, colors = nullptr; // the option menu and the menu of it
         Widget black = nullptr, white = nullptr, values = nullptr;
         ContrastLimits span;
     };
-    void addRow(Widget column, int wavelength);
-    void showRow(const Row& row);
+    void makeRows();
+    void addRow(int wavelength);
+    void addColorMenu(Row& row, Widget line);
+    void showRow(Row& row);
+    void placeBeside();
+    void colorChosen(Widget button);
     void scaleMoved(Widget scale, int position);
 
     ImageWindow& window;
-    Widget dialogue = nullptr;
+    Widget dialogue = nullptr, column = nullptr, lines = nullptr;
+    bool placed = false;
     std::vector<Row> rows;
 };
 

@@ -3,8 +3,7 @@
 #include "platform/imagewindow/Canvas.h"
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/LocalText.h"
-#include "platform/imagewindow/Palette.h"
-#include "platform/imagewindow/Readout.h"
+#include "platform/imagewindow/Widgets.h"
 
 #include <X11/IntrinsicP.h> // XtConfigureWidget
 #include <Xm/DrawingA.h>
@@ -12,10 +11,7 @@
 #include <Xm/Label.h>
 #include <Xm/Protocols.h>
 #include <Xm/RowColumn.h>
-#include <Xm/Scale.h>
 #include <Xm/ScrollBar.h>
-#include <Xm/ScrolledW.h>
-#include <Xm/ToggleB.h>
 
 #include <algorithm>
 #include <array>
@@ -25,8 +21,8 @@ namespace viewer {
 
 namespace {
 
-constexpr int fewWavelengths = 8; // more than these get a scroll bar of their own
-constexpr std::size_t maxNameLength = 24;
+constexpr int dragSlack = 4;                    // screen pixels that a click may move
+constexpr unsigned long holdMilliseconds = 500; // a longer press is no click
 
 ImageWindow& windowOf(XtPointer client)
 {
@@ -46,22 +42,6 @@ void canvasExposed(Widget, XtPointer client, XtPointer call)
 void areaResized(Widget, XtPointer client, XtPointer)
 {
     windowOf(client).areaResized();
-}
-
-void toggleChanged(Widget toggle, XtPointer client, XtPointer call)
-{
-    static_cast<Controls*>(client)->toggled(toggle,
-                                            static_cast<XmToggleButtonCallbackStruct*>(call)->set != 0);
-}
-
-void scaleChanged(Widget scale, XtPointer client, XtPointer call)
-{
-    ImageWindow& window = windowOf(client);
-    const int index = static_cast<XmScaleCallbackStruct*>(call)->value - 1;
-    const View& view = window.currentView();
-    const char kind = XtName(scale)[0];
-    window.showSection(kind == 'z' ? index : view.z, kind == 't' ? index : view.t,
-                       kind == 'p' ? index : view.p);
 }
 
 void barMoved(Widget bar, XtPointer client, XtPointer)
@@ -90,24 +70,6 @@ void portEvent(Widget, XtPointer client, XEvent* event, Boolean*)
     static_cast<Controls*>(client)->handlePort(*event);
 }
 
-Pixel allocate(Widget widget, const Rgb& color)
-{
-    XColor request{};
-    request.red = static_cast<unsigned short>(color.red * 257);
-    request.green = static_cast<unsigned short>(color.green * 257);
-    request.blue = static_cast<unsigned short>(color.blue * 257);
-    Colormap colormap = 0;
-    XtVaGetValues(widget, XmNcolormap, &colormap, nullptr);
-    return XAllocColor(XtDisplay(widget), colormap, &request) ? request.pixel
-                                                              : WhitePixelOfScreen(XtScreen(widget));
-}
-
-void setLabel(Widget label, const std::string& text)
-{
-    const LabelText string(text);
-    XtVaSetValues(label, XmNlabelString, static_cast<XmString>(string), nullptr);
-}
-
 } // namespace
 
 Controls::Controls(ImageWindow& window, Display* display, Size size, const std::string& userGeometry)
@@ -116,7 +78,7 @@ Controls::Controls(ImageWindow& window, Display* display, Size size, const std::
     // Without a base size the size in a geometry would count from the smallest size.
     topLevel = XtVaAppCreateShell("imagewindow", "ImageWindow", applicationShellWidgetClass, display,
                                   XmNdeleteResponse, XmDO_NOTHING, XmNminWidth, 320, XmNminHeight, 240,
-                                  XmNbaseWidth, 0, XmNbaseHeight, 0, nullptr);
+                                  XmNbaseWidth, 0, XmNbaseHeight, 0, XmNmappedWhenManaged, False, nullptr);
     if (!userGeometry.empty())
         XtVaSetValues(topLevel, XmNgeometry, userGeometry.c_str(), nullptr);
     const Atom deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
@@ -126,6 +88,7 @@ Controls::Controls(ImageWindow& window, Display* display, Size size, const std::
 
 Controls::~Controls()
 {
+    cancelMenu();
     XtDestroyWidget(topLevel);
 }
 
@@ -136,89 +99,74 @@ const image::ImageInfo& Controls::info() const
 
 void Controls::makeWidgets(Size size)
 {
-    form =
-        XtVaCreateWidget("form", xmFormWidgetClass, topLevel, XmNmarginWidth, 0, XmNmarginHeight, 0, nullptr);
+    form = XtVaCreateWidget("form", xmDrawingAreaWidgetClass, topLevel, XmNmarginWidth, 0, XmNmarginHeight, 0,
+                            XmNresizePolicy, XmRESIZE_NONE, nullptr);
     menus = makeMenuBar(form, window);
-    XtVaSetValues(menus.bar, XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM,
-                  XmNrightAttachment, XmATTACH_FORM, nullptr);
-    Widget channels = makeToggles(form);
-    XtVaSetValues(channels, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, menus.bar, XmNleftAttachment,
-                  XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, nullptr);
+    channels = makeToggles(form);
+    makeArea(size);
+    pScale = makeScale("position", "pos", info().sizeP > 1);
+    tScale = makeScale("time", "t", info().sizeT > 1);
+    zScale = makeScale("z", "z", info().sizeZ > 1 || window.growing());
     status = makeStatus();
-    zScale = makeScale("z", "z");
-    tScale = makeScale("time", "t");
-    pScale = makeScale("position", "pos");
-    makeArea(size, channels);
-    stackScales(window.growing());
     showSizes();
+    showView(window.currentView());
+    XtVaSetValues(form, XmNwidth, size.width, XmNheight, size.height + layOutAround(size.width, 0), nullptr);
+    XtVaSetValues(status, XmNresizePolicy, XmRESIZE_NONE, nullptr); // its texts do not widen it
+    XtAddCallback(
+        form, XmNresizeCallback,
+        [](Widget, XtPointer client, XtPointer) { static_cast<Controls*>(client)->layOut(); }, this);
     XtManageChild(form);
 }
 
-Widget Controls::makeToggles(Widget parent)
+namespace {
+
+int preferredHeight(Widget widget, int width)
 {
-    const bool many = info().sizeW > fewWavelengths;
-    Widget holder = parent;
-    if (many)
-        holder =
-            XtVaCreateManagedWidget("channelScroll", xmScrolledWindowWidgetClass, parent, XmNscrollingPolicy,
-                                    XmAUTOMATIC, XmNheight, 50, XmNshadowThickness, 0, nullptr);
-    Widget row =
-        XtVaCreateWidget("channels", xmRowColumnWidgetClass, holder, XmNorientation, XmHORIZONTAL, XmNpacking,
-                         XmPACK_TIGHT, XmNspacing, 10, XmNmarginHeight, 2, XmNmarginWidth, 6, nullptr);
-    for (int w = 0; w < info().sizeW; ++w) {
-        const auto color = static_cast<std::size_t>(
-            colorIndexOrWhite(info().wavelengths[static_cast<std::size_t>(w)].colorIndex));
-        const LabelText name(shortened(wavelengthName(info(), w), maxNameLength));
-        Widget toggle = XtVaCreateManagedWidget(
-            ("wavelength" + std::to_string(w + 1)).c_str(), xmToggleButtonWidgetClass, row, XmNlabelString,
-            static_cast<XmString>(name), XmNindicatorOn, XmINDICATOR_FILL, XmNforeground,
-            allocate(row, textPalette[color]), XmNselectColor, allocate(row, palette[color]), XmNtraversalOn,
-            False, XmNhighlightThickness, 0, nullptr);
-        XtAddCallback(toggle, XmNvalueChangedCallback, toggleChanged, this);
-        toggles.push_back(toggle);
+    XtWidgetGeometry given{}, preferred{};
+    given.request_mode = CWWidth;
+    given.width = static_cast<Dimension>(width);
+    XtQueryGeometry(widget, &given, &preferred);
+    return std::max<int>(preferred.height, 1);
+}
+
+} // namespace
+
+// From the top: menu bar, toggles in as many rows as they need, area, scales, status lines. Returns what all
+// but the area take. height: of the whole; 0 to place nothing yet.
+int Controls::layOutAround(int width, int height)
+{
+    const auto place = [&](Widget widget, int y, int side) {
+        if (height > 0)
+            XtConfigureWidget(widget, 0, static_cast<Position>(y), static_cast<Dimension>(width),
+                              static_cast<Dimension>(std::max(1, side)), 0);
+    };
+    int top = 0, bottom = height;
+    for (Widget row : {menus.bar, channels}) {
+        const int side = row == channels ? togglesHeight(width) : preferredHeight(row, width);
+        place(row, top, side);
+        top += side;
     }
-    XtManageChild(row);
-    return many ? holder : row;
+    for (Widget row : {status, pScale.row, tScale.row, zScale.row})
+        if (XtIsManaged(row)) {
+            const int side = preferredHeight(row, width);
+            bottom -= side;
+            place(row, bottom, side);
+        }
+    place(area, top, bottom - top);
+    return top + height - bottom;
 }
 
-void Controls::toggled(Widget toggle, bool on)
+void Controls::layOut()
 {
-    const auto place = std::find(toggles.begin(), toggles.end(), toggle);
-    if (place != toggles.end())
-        window.setWavelengthShown(static_cast<int>(place - toggles.begin()), on);
-}
-
-Controls::SectionScale Controls::makeScale(const char* name, const char* title)
-{
-    SectionScale result;
-    result.row = XtVaCreateWidget("scaleRow", xmFormWidgetClass, form, XmNleftAttachment, XmATTACH_FORM,
-                                  XmNrightAttachment, XmATTACH_FORM, nullptr);
-    const LabelText text(title);
-    Widget label = XtVaCreateManagedWidget("title", xmLabelWidgetClass, result.row, XmNlabelString,
-                                           static_cast<XmString>(text), XmNleftAttachment, XmATTACH_FORM,
-                                           XmNleftOffset, 8, XmNtopAttachment, XmATTACH_FORM,
-                                           XmNbottomAttachment, XmATTACH_FORM, XmNwidth, 30, XmNrecomputeSize,
-                                           False, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
-    result.value = XtVaCreateManagedWidget("value", xmLabelWidgetClass, result.row, XmNrightAttachment,
-                                           XmATTACH_FORM, XmNrightOffset, 8, XmNtopAttachment, XmATTACH_FORM,
-                                           XmNbottomAttachment, XmATTACH_FORM, XmNwidth, 80, XmNrecomputeSize,
-                                           False, XmNalignment, XmALIGNMENT_END, nullptr);
-    result.scale = XtVaCreateManagedWidget(
-        name, xmScaleWidgetClass, result.row, XmNorientation, XmHORIZONTAL, XmNminimum, 1, XmNmaximum, 2,
-        XmNvalue, 1, XmNscaleMultiple, 1, XmNshowArrows, XmEACH_SIDE, XmNscaleHeight, 15, XmNleftAttachment,
-        XmATTACH_WIDGET, XmNleftWidget, label, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
-        result.value, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 3, XmNbottomAttachment, XmATTACH_FORM,
-        XmNbottomOffset, 3, nullptr);
-    XtAddCallback(result.scale, XmNvalueChangedCallback, scaleChanged, &window);
-    XtAddCallback(result.scale, XmNdragCallback, scaleChanged, &window);
-    return result;
+    Dimension width = 0, height = 0;
+    XtVaGetValues(form, XmNwidth, &width, XmNheight, &height, nullptr);
+    if (XtIsRealized(form))
+        layOutAround(width, height);
 }
 
 Widget Controls::makeStatus()
 {
-    Widget lines =
-        XtVaCreateWidget("status", xmFormWidgetClass, form, XmNleftAttachment, XmATTACH_FORM,
-                         XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);
+    Widget lines = XtVaCreateWidget("status", xmFormWidgetClass, form, nullptr);
     const auto line = [&](const char* name, unsigned char alignment) {
         Widget label =
             XtVaCreateManagedWidget(name, xmLabelWidgetClass, lines, XmNalignment, alignment,
@@ -240,12 +188,11 @@ Widget Controls::makeStatus()
     return lines;
 }
 
-void Controls::makeArea(Size size, Widget above)
+void Controls::makeArea(Size size)
 {
     area = XtVaCreateWidget("area", xmDrawingAreaWidgetClass, form, XmNmarginWidth, 0, XmNmarginHeight, 0,
                             XmNresizePolicy, XmRESIZE_NONE, XmNwidth, size.width, XmNheight, size.height,
-                            XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, above, XmNleftAttachment,
-                            XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNtraversalOn, False, nullptr);
+                            XmNtraversalOn, False, nullptr);
     XtAddCallback(area, XmNresizeCallback, areaResized, &window);
     port = XtVaCreateManagedWidget("port", xmDrawingAreaWidgetClass, area, XmNmarginWidth, 0, XmNmarginHeight,
                                    0, XmNresizePolicy, XmRESIZE_NONE, XmNwidth, size.width, XmNheight,
@@ -264,11 +211,12 @@ void Controls::makeArea(Size size, Widget above)
     XtAddCallback(canvasWidget, exposeCallback, canvasExposed, &window);
     XtAddEventHandler(canvasWidget, PointerMotionMask | LeaveWindowMask | PropertyChangeMask, False,
                       canvasEvent, &window);
-    XtAddEventHandler(port, ButtonPressMask | Button1MotionMask | Button2MotionMask, False, portEvent, this);
-    // The wheel belongs to the viewer also while a tool takes the buttons on the canvas.
-    for (int button : {Button4, Button5})
-        XtGrabButton(port, button, AnyModifier, False, ButtonPressMask, GrabModeAsync, GrabModeAsync, None,
-                     None);
+    constexpr EventMask dragMask = Button2MotionMask | Button3MotionMask | ButtonReleaseMask;
+    XtAddEventHandler(port, ButtonPressMask | Button1MotionMask | dragMask, False, portEvent, this);
+    // All but button 1 belong to the viewer also while a tool takes the presses on the canvas.
+    for (int button : {Button2, Button3, Button4, Button5})
+        XtGrabButton(port, button, AnyModifier, False, ButtonPressMask | dragMask, GrabModeAsync,
+                     GrabModeAsync, None, None);
     popup = makePopupMenu(port, window);
     XtManageChild(area);
 }
@@ -276,7 +224,15 @@ void Controls::makeArea(Size size, Widget above)
 void Controls::show(const std::string& title)
 {
     XtRealizeWidget(topLevel);
+    // The toolkit asks for the top left corner of the screen where the user asked for no place.
+    XSizeHints hints;
+    long supplied = 0;
+    if (XGetWMNormalHints(XtDisplay(topLevel), XtWindow(topLevel), &hints, &supplied) != 0) {
+        hints.flags &= ~PPosition;
+        XSetWMNormalHints(XtDisplay(topLevel), XtWindow(topLevel), &hints);
+    }
     setTitle(title);
+    XtMapWidget(topLevel);
 }
 
 void Controls::setTitle(const std::string& title)
@@ -287,6 +243,20 @@ void Controls::setTitle(const std::string& title)
     XChangeProperty(XtDisplay(topLevel), XtWindow(topLevel), atoms.netWmName, atoms.utf8String, 8,
                     PropModeReplace, reinterpret_cast<const unsigned char*>(title.data()),
                     static_cast<int>(title.size()));
+}
+
+std::optional<XPoint> Controls::pointerOnCanvas() const
+{
+    Window root = None, child = None;
+    int rootX = 0, rootY = 0, x = 0, y = 0;
+    unsigned buttons = 0;
+    Display* display = XtDisplay(port);
+    if (!XQueryPointer(display, XtWindow(port), &root, &child, &rootX, &rootY, &x, &y, &buttons) ||
+        child != canvas())
+        return std::nullopt;
+    Position left = 0, top = 0;
+    XtVaGetValues(canvasWidget, XtNx, &left, XtNy, &top, nullptr);
+    return XPoint{static_cast<short>(x - left), static_cast<short>(y - top)};
 }
 
 Size Controls::areaSize() const
@@ -330,66 +300,6 @@ void Controls::place(const Arrangement& arrangement)
                       side(arrangement.canvas.height), 0);
 }
 
-// Rows are managed once and for all: a form whose area has been sized by the user does not make room later.
-void Controls::stackScales(bool growing)
-{
-    const bool present[] = {info().sizeP > 1, info().sizeT > 1, info().sizeZ > 1 || growing};
-    SectionScale* const scales[] = {&pScale, &tScale, &zScale};
-    Widget below = status;
-    for (std::size_t i = 0; i < std::size(scales); ++i) {
-        scales[i]->present = present[i];
-        if (!present[i])
-            continue;
-        XtVaSetValues(scales[i]->row, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, below, nullptr);
-        XtManageChild(scales[i]->row);
-        below = scales[i]->row;
-    }
-    XtVaSetValues(area, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, below, nullptr);
-}
-
-void Controls::showSizes()
-{
-    const int counts[] = {info().sizeZ, info().sizeT, info().sizeP};
-    SectionScale* const scales[] = {&zScale, &tScale, &pScale};
-    for (std::size_t i = 0; i < std::size(scales); ++i) {
-        scales[i]->count = counts[i];
-        if (scales[i]->present) // a scale needs two values at least
-            XtVaSetValues(scales[i]->scale, XmNmaximum, std::max(2, counts[i]), nullptr);
-    }
-    const std::array several{true, info().sizeZ > 1, info().sizeW > 1, info().sizeT > 1}; // by PanelStyle
-    for (std::size_t style = 0; style < several.size(); ++style)
-        XtSetSensitive(menus.panelToggles[style], several[style] ? True : False);
-}
-
-bool Controls::hasScalesFor(const image::ImageInfo& other) const
-{
-    const auto fits = [](const SectionScale& scale, int count) { return scale.present || count < 2; };
-    return fits(zScale, other.sizeZ) && fits(tScale, other.sizeT) && fits(pScale, other.sizeP);
-}
-
-void Controls::showScale(SectionScale& section, int index, int lastIndex)
-{
-    if (!section.present)
-        return;
-    // The user may have moved the scale to where the view cannot follow.
-    XmScaleSetValue(section.scale, index + 1);
-    XtSetSensitive(section.scale, lastIndex > 0 ? True : False);
-    setLabel(section.value, std::to_string(index + 1) + " / " + std::to_string(section.count));
-}
-
-void Controls::showView(const View& view)
-{
-    const View last = lastSection(info(), view);
-    showScale(zScale, view.z, last.z);
-    showScale(tScale, view.t, last.t);
-    showScale(pScale, view.p, last.p);
-    for (std::size_t w = 0; w < toggles.size(); ++w)
-        XmToggleButtonSetState(toggles[w], view.displayed[w] ? True : False, False);
-    for (std::size_t style = 0; style < menus.panelToggles.size(); ++style)
-        XmToggleButtonSetState(menus.panelToggles[style],
-                               static_cast<int>(style) == view.style ? True : False, False);
-}
-
 namespace {
 
 void showText(Widget label, std::string& shown, const std::string& text)
@@ -417,24 +327,59 @@ void Controls::showNote(const std::string& text)
 
 void Controls::handlePort(XEvent& event)
 {
-    if (event.type == MotionNotify) {
-        window.panBy(dragX - event.xmotion.x, dragY - event.xmotion.y);
-        dragX = event.xmotion.x;
-        dragY = event.xmotion.y;
+    if (event.type == ButtonPress)
+        return pressed(event.xbutton);
+    if (event.type == ButtonRelease && event.xbutton.button == Button3)
+        return postMenu(false);
+    if (event.type != MotionNotify)
+        return;
+    if (event.xmotion.state & Button3Mask) {
+        if (std::max(std::abs(event.xmotion.x - menuPress.x), std::abs(event.xmotion.y - menuPress.y)) >
+            dragSlack)
+            postMenu(true);
         return;
     }
-    if (event.type != ButtonPress)
-        return;
-    XButtonEvent& press = event.xbutton;
+    window.panBy(dragX - event.xmotion.x, dragY - event.xmotion.y);
+    dragX = event.xmotion.x;
+    dragY = event.xmotion.y;
+}
+
+void Controls::pressed(const XButtonEvent& press)
+{
     if (press.button == Button4 || press.button == Button5) {
         turnWheel(press, press.button == Button4 ? 1 : -1);
     } else if (press.button == Button3) {
-        XmMenuPosition(popup, &press);
-        XtManageChild(popup);
+        const auto held = [](XtPointer client, XtIntervalId*) {
+            static_cast<Controls*>(client)->postMenu(true);
+        };
+        menuPress = press;
+        cancelMenu();
+        menuTimer = XtAppAddTimeOut(XtWidgetToApplicationContext(port), holdMilliseconds, held, this);
     } else {
         dragX = press.x;
         dragY = press.y;
     }
+}
+
+// The toolkit takes a menu down with the release that ends its press. So the menu of a click comes with the
+// release and waits for a second click; once the pointer has moved or the button has been held, it comes
+// while the button is down, and the release chooses.
+void Controls::postMenu(bool held)
+{
+    if (!menuTimer)
+        return;
+    cancelMenu();
+    XmMenuPosition(popup, &menuPress);
+    XtManageChild(popup);
+    if (!held) // for the arrow keys
+        XmProcessTraversal(XtNameToWidget(popup, firstMenuEntry), XmTRAVERSE_CURRENT);
+}
+
+void Controls::cancelMenu()
+{
+    if (menuTimer)
+        XtRemoveTimeOut(menuTimer);
+    menuTimer = 0;
 }
 
 void Controls::turnWheel(const XButtonEvent& event, int step)

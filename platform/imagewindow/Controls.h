@@ -4,11 +4,13 @@
 #pragma once
 
 #include "platform/image/ImageFile.h"
+#include "platform/imagewindow/Palette.h"
 #include "platform/imagewindow/View.h"
 
 #include <X11/Intrinsic.h>
 
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,9 +24,10 @@ constexpr int scrollBarThickness = 15; // screen pixels
 struct MenuBar {
     Widget bar = nullptr;
     std::array<Widget, 4> panelToggles{}; // by PanelStyle
-    Widget toolsMenu = nullptr;
+    Widget scaleBarToggle = nullptr, toolsMenu = nullptr;
 };
 MenuBar makeMenuBar(Widget parent, ImageWindow& window);
+constexpr const char* firstMenuEntry = "Zoom in";
 // The menu of button 3; never posted by the toolkit itself, or it would take the button from a tool.
 Widget makePopupMenu(Widget parent, ImageWindow& window);
 
@@ -40,10 +43,14 @@ public:
     void setTitle(const std::string& title);
     Widget shell() const { return topLevel; }
     Window canvas() const { return XtWindow(canvasWidget); }
+    // Where the pointer is, in canvas pixels; nothing when it is elsewhere. One round trip to the server.
+    std::optional<XPoint> pointerOnCanvas() const;
     Size areaSize() const;
     // Puts canvas and scroll bars in their places.
     void place(const Arrangement& arrangement);
+    // Before place(): the rows that it shows and hides take room from the area.
     void showView(const View& view);
+    void showScaleBar(bool shown);
     // Follows the image's numbers of sections, time points and positions.
     void showSizes();
     // Whether there is a scale for every dimension of another version of the image.
@@ -67,22 +74,32 @@ private:
     const image::ImageInfo& info() const;
     void makeWidgets(Size area);
     Widget makeToggles(Widget parent);
-    SectionScale makeScale(const char* name, const char* title);
-    void makeArea(Size area, Widget above);
-    void stackScales(bool growing);
+    SectionScale makeScale(const char* name, const char* title, bool present);
+    void makeArea(Size area);
     Widget makeStatus();
     void turnWheel(const XButtonEvent& event, int step);
-    void showScale(SectionScale& scale, int index, int lastIndex);
+    void showScale(SectionScale& scale, int index, int lastIndex, bool panelled);
+    void showToggles(const View& view);
+    int togglesHeight(int width) const;
+    int layOutAround(int width, int height);
+    void layOut();
+    void pressed(const XButtonEvent& press);
+    void postMenu(bool held);
+    void cancelMenu();
 
     ImageWindow& window;
     Widget topLevel = nullptr, form = nullptr, area = nullptr, port = nullptr, canvasWidget = nullptr;
-    Widget status = nullptr, horizontal = nullptr, vertical = nullptr, popup = nullptr;
+    Widget channels = nullptr, status = nullptr, horizontal = nullptr, vertical = nullptr, popup = nullptr;
     Widget pixelLabel = nullptr, stageLabel = nullptr, noteLabel = nullptr;
     MenuBar menus;
     std::vector<Widget> toggles;
     SectionScale zScale, tScale, pScale;
     std::array<std::string, 3> statusTexts;
+    std::array<Pixel, palette.size()> colorPixels{}, textPixels{};
+    Pixel dimmedPixel = 0;
     int dragX = 0, dragY = 0; // where the pointer was last while it drags the image
+    XButtonEvent menuPress{};
+    XtIntervalId menuTimer = 0; // runs from the press of the menu's button until the menu is posted
 };
 
 } // namespace viewer

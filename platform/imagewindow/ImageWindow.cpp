@@ -37,8 +37,14 @@ ImageWindow::~ImageWindow()
 void ImageWindow::applyOptions(const Options& options)
 {
     const image::ImageInfo& info = image().info();
+    singlePlace = {options.z.value_or(view.z), options.t};
     view.style = options.panels;
-    view.z = options.z;
+    if (source.growing)
+        view.z = info.sizeZ - 1; // the newest
+    else if (options.panels == protocol::ZPanels)
+        view.z = 0;
+    if (options.z)
+        view.z = *options.z;
     view.t = options.t;
     if (!options.wavelengths.empty()) {
         std::vector<bool> chosen(view.displayed.size(), false);
@@ -51,10 +57,14 @@ void ImageWindow::applyOptions(const Options& options)
         if (std::count(chosen.begin(), chosen.end(), true) > 0)
             view.displayed = chosen;
     }
+    std::copy_n(options.colors.begin(), std::min(options.colors.size(), view.colors.size()),
+                view.colors.begin());
+    scaleBarShown = options.scaleBar && info.calibrated;
     clampSection(info, view);
-    if (options.panels == protocol::SinglePanel && (view.z != options.z || view.t != options.t))
+    const int wantedZ = options.z.value_or(view.z);
+    if (options.panels == protocol::SinglePanel && (view.z != wantedZ || view.t != options.t))
         std::fprintf(stderr, "imagewindow: %s has no section %d,%d: showing %d,%d.\n", record.path.c_str(),
-                     options.z + 1, options.t + 1, view.z + 1, view.t + 1);
+                     wantedZ + 1, options.t + 1, view.z + 1, view.t + 1);
 }
 
 // Room for the image at the zoom asked for, else at zoom 1 when the screen has it beside a tool's window,
@@ -110,15 +120,16 @@ void ImageWindow::update()
 
 void ImageWindow::layOutCanvas()
 {
+    controls->showView(view);
+    controls->showScaleBar(scaleBarShown);
     layoutStale = false;
     arrangement = arrange(image().info(), view, controls->areaSize(), scrollBarThickness);
     controls->place(arrangement);
-    controls->showView(view);
     if (!buffer || buffer->size() != arrangement.canvas) {
         buffer.reset();
         buffer = std::make_unique<CanvasBuffer>(display(), DefaultScreen(display()), arrangement.canvas);
     }
-    imageStale = statusStale = true;
+    imageStale = statusStale = pointerStale = true;
 }
 
 void ImageWindow::drawImage()
@@ -129,17 +140,31 @@ void ImageWindow::drawImage()
     renderer.draw(buffer->pixels(), buffer->size().width, buffer->size().height);
     buffer->upload();
     painter.drawCaptions(*buffer, scene());
+    painter.drawScaleBars(*buffer, scene());
     overlays.takeTouched();
     painter.paintAll(*buffer, controls->canvas(), scene());
     for (const PanelContent& panel : panels)
         for (int w : panel.wavelengths)
             scan->prefer({panel.z, w, panel.t, panel.p});
     statusStale = true;
+    if (contrastDialogue)
+        contrastDialogue->refresh();
 }
 
+Scene ImageWindow::scene() const
+{
+    const protocol::Geometry& geometry = arrangement.geometry;
+    return {geometry, panels, overlays,
+            scaleBarShown ? scaleBar(image().info().spacing[0], geometry.zoom, geometry.panelWidth,
+                                     geometry.panelHeight)
+                          : std::nullopt};
+}
+
+// A tool that drags takes the pointer's motions: its drawing tells that the pointer has moved.
 void ImageWindow::paintOverlays()
 {
     overlaysStale = false;
+    statusStale = pointerStale = true;
     if (const auto touched = overlays.takeTouched())
         painter.paintTouched(*buffer, controls->canvas(), scene(), *touched);
     else

@@ -16,6 +16,7 @@
 #include "platform/imagewindow/View.h"
 #include "platform/protocol/XProtocol.h"
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <set>
@@ -54,10 +55,14 @@ public:
     // Origin in canvas pixels from the image's edge.
     void scrollTo(int x, int y);
     void panBy(int dx, int dy);
+    void setColor(int wavelength, int color);
+    void toggleScaleBar();
     void setContrast(int wavelength, const ContrastLimits& limits);
     void setAutomaticContrast();
     void showContrast();
-    void openAnother(const std::string& path);
+    // False when it cannot be opened; the user has been told.
+    bool openAnother(const std::string& path);
+    // Brings the one that is attached to the front.
     void startLineProfile();
     void close() { application.close(*this); }
     void quitProgram() { application.quit(); }
@@ -72,6 +77,8 @@ public:
     const image::ImageFile& image() const { return *source.file; }
     bool growing() const { return source.growing; }
     const View& currentView() const { return view; }
+    // Whether its pixels are whole numbers.
+    bool holdsIntegers() const;
     ContrastLimits contrast(int wavelength) const { return renderer.limits(wavelength); }
     // Over the sections seen so far; 0 to 0 when that is unknown.
     ContrastLimits knownRange(int wavelength) const;
@@ -85,9 +92,15 @@ private:
     void show();
     void layOutCanvas();
     void drawImage();
+    void leavePanels();
     void paintOverlays();
     void publish();
     void updateStatus();
+    // What the status lines tell of the pixel under the pointer, or of the image when there is none.
+    struct PointedTexts {
+        std::string pixel, stage;
+    };
+    PointedTexts pointedTexts() const;
     void pollScan();
     void pollFile();
     void reopenFile();
@@ -98,7 +111,7 @@ private:
     protocol::DisplayRecord currentRecord() const;
     bool watchClient(Window client);
     PanelBinding bindingOf(int panel) const;
-    Scene scene() const { return {arrangement.geometry, panels, overlays}; }
+    Scene scene() const;
 
     Application& application;
     ImageSource source;
@@ -114,19 +127,18 @@ private:
     std::vector<PanelContent> panels;
     protocol::DisplayRecord record; // as published
     std::set<Window> clients;       // watched for their end
-    struct PointerPlace {
-        int x = 0, y = 0; // canvas pixels
-    };
-    std::optional<PointerPlace> pointer;
+    std::optional<XPoint> pointer;      // canvas pixels
+    std::array<int, 2> singlePlace{}; // z and time point of before the panels
+    bool scaleBarShown = false;
     int fileVersion = 0;     // counts how often the file was opened anew
     std::string problem;     // why a section is not shown, empty when all is well
     std::string fileProblem; // what has become of the file, empty when all is well
-    std::string notice;      // what the last action could not do, until the pointer moves
+    std::string notice;      // what the last action could not do, until the next one or the pointer moves
     XtIntervalId scanTimer = 0, fileTimer = 0;
     bool receiving = true; // more sections may come
     bool closeAsked = false, canvasSeen = false, announced = false, refusalTold = false;
-    bool layoutStale = true, imageStale = true, overlaysStale = false, statusStale = true,
-         recordStale = false;
+    bool layoutStale = true, imageStale = true, overlaysStale = false, statusStale = true, recordStale = false;
+    bool pointerStale = false; // the canvas or what is on it has changed under the pointer
     std::unique_ptr<Controls> controls;                 // after all that its callbacks use
     std::unique_ptr<ContrastDialogue> contrastDialogue; // a child of controls
 };

@@ -13,6 +13,11 @@ bool printable(const text::Character& character)
     return character.wide ? code > 159 : code >= 32 && code < 127;
 }
 
+XmString oneLine(const std::string& utf8)
+{
+    return XmStringCreateLocalized(const_cast<char*>(localText(utf8).c_str()));
+}
+
 } // namespace
 
 std::string localText(const std::string& utf8)
@@ -32,9 +37,18 @@ std::string localText(const std::string& utf8)
     return local;
 }
 
-LabelText::LabelText(const std::string& utf8)
-    : text(XmStringCreateLocalized(const_cast<char*>(localText(utf8).c_str())))
+LabelText::LabelText(const std::string& utf8, LineFeeds lineFeeds) : text(nullptr)
 {
+    std::size_t start = 0;
+    while (lineFeeds == LineFeeds::Kept) {
+        const std::size_t end = utf8.find('\n', start);
+        if (end == std::string::npos)
+            break;
+        text = XmStringConcatAndFree(text, oneLine(utf8.substr(start, end - start)));
+        text = XmStringConcatAndFree(text, XmStringSeparatorCreate());
+        start = end + 1;
+    }
+    text = XmStringConcatAndFree(text, oneLine(utf8.substr(start)));
 }
 
 std::string shortened(const std::string& utf8, std::size_t count)

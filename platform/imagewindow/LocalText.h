@@ -11,10 +11,13 @@ namespace viewer {
 // utf8 in the locale's character set; what it cannot hold, malformed bytes and control characters become '?'.
 std::string localText(const std::string& utf8);
 
+// Whether line feeds break lines. Only in texts of the program's own: a name from a file stays on one line.
+enum class LineFeeds { Replaced, Kept };
+
 // A compound string that its owner frees, for XtVaSetValues and the like.
 class LabelText {
 public:
-    explicit LabelText(const std::string& utf8);
+    explicit LabelText(const std::string& utf8, LineFeeds lineFeeds = LineFeeds::Replaced);
     ~LabelText() { XmStringFree(text); }
     LabelText(const LabelText&) = delete;
     LabelText& operator=(const LabelText&) = delete;

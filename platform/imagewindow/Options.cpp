@@ -1,5 +1,6 @@
 #include "platform/imagewindow/Options.h"
 
+#include "platform/imagewindow/Palette.h"
 #include "platform/imagewindow/View.h"
 
 #include <CLI/CLI.hpp>
@@ -42,6 +43,17 @@ std::string checkZoom(const std::string& text)
                : "\"" + text + "\" is no zoom between 1/16 and 32, and not \"fit\"";
 }
 
+// A colour's name in place of its number.
+std::string colorNumber(std::string& text)
+{
+    for (std::size_t i = 0; i < waveColorNames.size(); ++i)
+        if (text == waveColorNames[i] || text == std::to_string(i)) {
+            text = std::to_string(i);
+            return "";
+        }
+    return "\"" + text + "\" is no colour: 0 to 6, or a name like magenta";
+}
+
 std::string checkGeometry(const std::string& text)
 {
     static const std::regex form(R"(=?(\d{1,5}x\d{1,5})?([+-]-?\d{1,5}[+-]-?\d{1,5})?)");
@@ -64,6 +76,7 @@ std::string oneLine(std::string text)
 struct Typed {
     std::string zoom, panels = "single";
     std::vector<int> section, wavelengths;
+    bool noScaleBar = false;
 };
 
 void declare(CLI::App& app, Options& options, Typed& typed)
@@ -86,6 +99,15 @@ void declare(CLI::App& app, Options& options, Typed& typed)
         ->allow_extra_args(false)
         ->check(CLI::Range(1, 1 << 30))
         ->type_name("LIST");
+    app.add_option(
+           "--colors", options.colors,
+           "Display colours of the wavelengths, by name or number: 0 white, 1 red, 2 green, 3 yellow, "
+           "4 blue, 5 magenta, 6 cyan")
+        ->delimiter(',')
+        ->expected(1, 1 << 10)
+        ->allow_extra_args(false)
+        ->transform(CLI::Validator(colorNumber, ""))
+        ->type_name("LIST");
     app.add_option("--panels", typed.panels, "Panels side by side: z, wavelength, time or single")
         ->check(CLI::IsMember({"single", "z", "wavelength", "time"}))
         ->type_name("KIND");
@@ -93,6 +115,7 @@ void declare(CLI::App& app, Options& options, Typed& typed)
         ->check(checkGeometry, "")
         ->type_name("GEOMETRY");
     app.add_option("--display", options.display, "X server to use instead of $DISPLAY")->type_name("NAME");
+    app.add_flag("--no-scale-bar", typed.noScaleBar, "Show no scale bar at first");
     app.add_flag(
         "--scratch", options.scratch,
         "The one FILE is still being written: show its sections as they arrive; - reads standard input");
@@ -101,6 +124,7 @@ void declare(CLI::App& app, Options& options, Typed& typed)
 void convert(const Typed& typed, Options& options)
 {
     options.fit = typed.zoom == "fit";
+    options.scaleBar = !typed.noScaleBar;
     if (!typed.zoom.empty() && !options.fit)
         options.zoom = parseZoom(typed.zoom);
     if (!typed.section.empty())

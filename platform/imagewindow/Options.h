@@ -13,12 +13,15 @@ struct Options {
     std::vector<std::string> files;
     std::optional<double> zoom;   // window pixels per data pixel
     bool fit = false;             // --zoom fit
-    int z = 0, t = 0;             // 0-based; the command line counts from 1
+    std::optional<int> z;         // 0-based, none: as the viewer chooses; the command line counts from 1
+    int t = 0;                    // 0-based
     std::vector<int> wavelengths; // 0-based, empty: as the viewer chooses
+    std::vector<int> colors;      // palette index of the first wavelengths, empty: as the file says
     std::string geometry;         // X geometry of the window, empty: as the viewer chooses
     std::string display;          // X display, empty: $DISPLAY
     int panels = protocol::SinglePanel;
     bool scratch = false;
+    bool scaleBar = true;
 };
 
 // Options, or a text to print and the exit status: 0 for --help and --version (to standard output), 2 for a

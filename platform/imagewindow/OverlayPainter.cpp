@@ -14,9 +14,10 @@ namespace {
 using protocol::OverlayCommand;
 using protocol::OverlayKind;
 
-constexpr int pointArm = 7;      // canvas pixels from a point's centre to the end of its cross
-constexpr int pointGap = 2;      // pixels left free around the point itself
-constexpr int haloWidth = 2;     // dark pixels on either side of a line, halved at each edge
+constexpr int pointArm = 7;                  // canvas pixels from a point's centre to the end of its cross
+constexpr int pointGap = 2;                  // pixels left free around the point itself
+constexpr int haloWidth = 2;                 // dark pixels on either side of a line, halved at each edge
+constexpr int barHeight = 4, barMargin = 12; // of the scale bar, canvas pixels
 constexpr int damagePieces = 16; // a line's damage is this many small boxes instead of one large box
 
 // The square that a panel occupies on the canvas.
@@ -150,17 +151,49 @@ void OverlayPainter::drawCaptions(CanvasBuffer& buffer, const Scene& scene)
         const std::string& caption = scene.panels[static_cast<std::size_t>(panel)].caption;
         if (caption.empty())
             continue;
-        XRectangle clip = panelRect(scene.geometry, panel);
-        for (GC gc : {haloGC, drawGC})
-            XSetClipRectangles(display, gc, 0, 0, &clip, 1, Unsorted);
-        const int x = clip.x + 6, y = clip.y + 16;
-        const auto put = [&](GC gc, int dx, int dy) {
-            Xutf8DrawString(display, buffer.image(), font, gc, x + dx, y + dy, caption.c_str(),
-                            static_cast<int>(caption.size()));
-        };
-        for (const auto& [dx, dy] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 1}})
-            put(haloGC, dx, dy);
-        put(drawGC, 0, 0);
+        const XRectangle rect = panelRect(scene.geometry, panel);
+        clipTo(rect);
+        drawText(buffer.image(), rect.x + 6, rect.y + 16, caption);
+    }
+}
+
+void OverlayPainter::clipTo(const XRectangle& rect)
+{
+    XRectangle clip = rect;
+    for (GC gc : {haloGC, drawGC})
+        XSetClipRectangles(display, gc, 0, 0, &clip, 1, Unsorted);
+}
+
+// (x, y): left end of the base line.
+void OverlayPainter::drawText(Drawable target, int x, int y, const std::string& text)
+{
+    const auto put = [&](GC gc, int dx, int dy) {
+        Xutf8DrawString(display, target, font, gc, x + dx, y + dy, text.c_str(),
+                        static_cast<int>(text.size()));
+    };
+    for (const auto& [dx, dy] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 1}})
+        put(haloGC, dx, dy);
+    put(drawGC, 0, 0);
+}
+
+// The bar in the lower right corner, its label centred above.
+void OverlayPainter::drawScaleBars(CanvasBuffer& buffer, const Scene& scene)
+{
+    if (!font || !scene.bar)
+        return;
+    const ScaleBar& bar = *scene.bar;
+    XRectangle ink, logical;
+    Xutf8TextExtents(font, bar.label.c_str(), static_cast<int>(bar.label.size()), &ink, &logical);
+    XSetForeground(display, drawGC, colors[0]);
+    for (int panel = 0; panel < static_cast<int>(scene.panels.size()); ++panel) {
+        const XRectangle rect = panelRect(scene.geometry, panel);
+        clipTo(rect);
+        const int right = rect.x + rect.width - barMargin, top = rect.y + rect.height - barMargin - barHeight;
+        const int room = std::max<int>(bar.width, logical.width), left = right - (room + bar.width) / 2;
+        const auto width = static_cast<unsigned>(bar.width);
+        XFillRectangle(display, buffer.image(), haloGC, left - 1, top - 1, width + 2, barHeight + 2);
+        XFillRectangle(display, buffer.image(), drawGC, left, top, width, barHeight);
+        drawText(buffer.image(), right - (room + logical.width) / 2, top - 5, bar.label);
     }
 }
 

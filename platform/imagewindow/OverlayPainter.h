@@ -1,16 +1,19 @@
-// Draws overlay graphics and panel captions on the canvas. One per image window; owns its graphics contexts
-// and font. Only what has changed is drawn: a copy of the image, the graphics over it, then the copy to the
-// window.
+// Draws overlay graphics, panel captions and scale bars on the canvas. One per image window; owns its
+// graphics contexts and font. Only what has changed is drawn: a copy of the image, the graphics over it, then
+// the copy to the window.
 #pragma once
 
 #include "platform/imagewindow/CanvasBuffer.h"
 #include "platform/imagewindow/OverlayStore.h"
 #include "platform/imagewindow/Palette.h"
+#include "platform/imagewindow/ScaleBar.h"
 #include "platform/imagewindow/View.h"
 
 #include <X11/Xlib.h>
 
 #include <array>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace viewer {
@@ -20,6 +23,7 @@ struct Scene {
     const protocol::Geometry& geometry;
     const std::vector<PanelContent>& panels;
     const OverlayStore& store;
+    std::optional<ScaleBar> bar; // nothing: shows none
 };
 
 class OverlayPainter {
@@ -29,8 +33,9 @@ public:
     OverlayPainter(const OverlayPainter&) = delete;
     OverlayPainter& operator=(const OverlayPainter&) = delete;
 
-    // Writes the panels' captions into the image pixmap.
+    // Write the panels' captions (scale bars) into the image pixmap.
     void drawCaptions(CanvasBuffer& buffer, const Scene& scene);
+    void drawScaleBars(CanvasBuffer& buffer, const Scene& scene);
 
     // Draws everything anew and shows it.
     void paintAll(CanvasBuffer& buffer, Window canvas, const Scene& scene);
@@ -41,6 +46,8 @@ public:
     void show(CanvasBuffer& buffer, Window canvas, Region region);
 
 private:
+    void clipTo(const XRectangle& rect);
+    void drawText(Drawable target, int x, int y, const std::string& text);
     void paintRegion(CanvasBuffer& buffer, Window canvas, const Scene& scene, Region region);
     void drawGraphic(Drawable target, const Scene& scene, int panel, const protocol::OverlayCommand& command);
     void strokeLine(Drawable target, const Segment& line, const protocol::OverlayCommand& command);

@@ -23,6 +23,9 @@ constexpr std::array<Rgb, 8> palette{{{255, 255, 255},
                                       {0, 255, 255},
                                       {255, 184, 28}}};
 
+// The colours that a wavelength can have, by index.
+inline constexpr std::array waveColorNames{"white", "red", "green", "yellow", "blue", "magenta", "cyan"};
+
 // The same colours where they stand as text on the dark controls: pure red and blue are too dim there.
 constexpr std::array<Rgb, 8> textPalette{{{240, 240, 240},
                                           {255, 110, 100},
@@ -32,6 +35,9 @@ constexpr std::array<Rgb, 8> textPalette{{{240, 240, 240},
                                           {240, 130, 240},
                                           {90, 215, 225},
                                           {255, 184, 28}}};
+
+// Text of what is switched off.
+constexpr Rgb dimmedText{118, 122, 126};
 
 // The index itself when it names a colour, else 0.
 constexpr int colorIndexOrWhite(int index)

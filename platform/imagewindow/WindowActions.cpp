@@ -8,12 +8,15 @@
 #include <csignal>
 #include <cstring>
 #include <spawn.h>
+#include <utility>
 
 extern char** environ;
 
 namespace viewer {
 
 namespace {
+
+constexpr const char* lineProfileTitle = "Arbitrary Profile"; // as the tool announces itself
 
 // Starts a program that outlives this call; nobody waits for it. Returns 0 or an error number.
 int startProgram(const std::string& program, const std::string& argument)
@@ -30,6 +33,31 @@ int startProgram(const std::string& program, const std::string& argument)
     const int error = posix_spawnp(&child, program.c_str(), nullptr, &attributes, arguments, environ);
     posix_spawnattr_destroy(&attributes);
     return error;
+}
+
+// Shows another client's window in front of all others; an iconified one comes back.
+void raiseWindow(Display* display, Window window)
+{
+    const protocol::ErrorTrap trap(display);
+    const Window root = DefaultRootWindow(display);
+    XMapRaised(display, window);
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(display, "_NET_ACTIVE_WINDOW", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = 2; // at the user's wish
+    event.xclient.data.l[1] = static_cast<long>(CurrentTime);
+    XSendEvent(display, root, False, SubstructureRedirectMask | SubstructureNotifyMask, &event);
+}
+
+// The folder of the file says nothing in a line about it, and takes the room of the reason.
+std::string withoutFolder(std::string sentence, const std::filesystem::path& file)
+{
+    const std::string folder = file.parent_path().string() + "/";
+    for (std::size_t at; folder.size() > 1 && (at = sentence.find(folder)) != std::string::npos;)
+        sentence.erase(at, folder.size());
+    return sentence;
 }
 
 std::string imageText(const image::ImageInfo& info)
@@ -50,6 +78,7 @@ std::string imageText(const image::ImageInfo& info)
 
 void ImageWindow::changed()
 {
+    notice.clear();
     layoutStale = recordStale = true;
 }
 
@@ -64,18 +93,37 @@ void ImageWindow::showSection(int z, int t, int p)
 
 void ImageWindow::setWavelengthShown(int wavelength, bool shown)
 {
+    changed();
     if (!showWavelength(view, wavelength, shown))
         notice = shown ? "At most five wavelengths are shown at a time: hide another one first."
                        : "One wavelength has to stay.";
-    changed();
+    else if (contrastDialogue)
+        contrastDialogue->refresh();
 }
 
 void ImageWindow::setPanels(int style)
 {
+    leavePanels();
+    singlePlace = {view.z, view.t};
     view.style = style;
     view.fit = true;
     clampSection(image().info(), view);
     changed();
+}
+
+// Panels begin where all of them have something to show; the section and time point from before come back
+// unless the user has scrolled the panels away from them.
+void ImageWindow::leavePanels()
+{
+    const int shown = panelCount(image().info(), view);
+    const auto restore = [&](int& index, int before) {
+        if (before >= index && before < index + shown)
+            index = before;
+    };
+    if (view.style == protocol::ZPanels)
+        restore(view.z, singlePlace[0]);
+    if (view.style == protocol::TimePanels)
+        restore(view.t, singlePlace[1]);
 }
 
 void ImageWindow::zoomAt(double zoom, int x, int y)
@@ -123,6 +171,18 @@ void ImageWindow::setContrast(int wavelength, const ContrastLimits& limits)
     imageStale = true;
 }
 
+void ImageWindow::setColor(int wavelength, int color)
+{
+    view.colors[static_cast<std::size_t>(wavelength)] = color;
+    changed();
+}
+
+void ImageWindow::toggleScaleBar()
+{
+    scaleBarShown = !scaleBarShown && image().info().calibrated;
+    changed();
+}
+
 void ImageWindow::setAutomaticContrast()
 {
     renderer.setAutomatic();
@@ -133,8 +193,15 @@ void ImageWindow::setAutomaticContrast()
 
 void ImageWindow::showContrast()
 {
-    contrastDialogue.reset();
-    contrastDialogue = std::make_unique<ContrastDialogue>(controls->shell(), *this);
+    if (!contrastDialogue)
+        contrastDialogue = std::make_unique<ContrastDialogue>(controls->shell(), *this);
+    contrastDialogue->show();
+}
+
+bool ImageWindow::holdsIntegers() const
+{
+    const image::PixelType type = image().info().pixelType;
+    return type != image::PixelType::Float32 && type != image::PixelType::Float64;
 }
 
 ContrastLimits ImageWindow::knownRange(int wavelength) const
@@ -145,17 +212,22 @@ ContrastLimits ImageWindow::knownRange(int wavelength) const
     return {ranges[index].min, ranges[index].max};
 }
 
-void ImageWindow::openAnother(const std::string& path)
+bool ImageWindow::openAnother(const std::string& path)
 {
     try {
         application.open(path, Options{});
+        return true;
     } catch (const image::ImageError& error) {
         showError(controls->shell(), "Cannot open image", error.what());
     }
+    return false;
 }
 
 void ImageWindow::startLineProfile()
 {
+    for (const protocol::ToolEntry& tool : tools())
+        if (tool.title == lineProfileTitle)
+            return raiseWindow(display(), tool.shell);
     const std::string program = Application::siblingProgram("lineprofile");
     if (const int error = startProgram(program, std::to_string(record.windowNumber)))
         showError(controls->shell(), "Cannot start tool",
@@ -169,7 +241,7 @@ std::vector<protocol::ToolEntry> ImageWindow::tools() const
 
 void ImageWindow::pointerAt(int x, int y)
 {
-    pointer = PointerPlace{x, y};
+    pointer = XPoint{static_cast<short>(x), static_cast<short>(y)};
     notice.clear();
     statusStale = true;
 }
@@ -183,23 +255,32 @@ void ImageWindow::pointerLeft()
 void ImageWindow::updateStatus()
 {
     statusStale = false;
+    if (std::exchange(pointerStale, false))
+        pointer = controls->pointerOnCanvas();
     controls->showNote(noteText());
-    const auto place =
-        pointer ? protocol::dataFromWindow(arrangement.geometry, pointer->x, pointer->y) : std::nullopt;
-    const std::string& sentence = !notice.empty() ? notice : !fileProblem.empty() ? fileProblem : problem;
-    if (!place) {
-        controls->showPixel(sentence.empty() ? imageText(image().info()) : sentence);
-        controls->showStage("");
-        return;
-    }
+    const std::string sentence = withoutFolder(!notice.empty()        ? notice
+                                               : !fileProblem.empty() ? fileProblem
+                                                                      : problem,
+                                               source.path);
+    const PointedTexts texts = pointedTexts();
+    controls->showPixel(sentence.empty() ? texts.pixel : sentence);
+    controls->showStage(texts.stage);
+}
+
+ImageWindow::PointedTexts ImageWindow::pointedTexts() const
+{
+    if (!pointer)
+        return {imageText(image().info()), ""};
+    const auto place = protocol::dataFromWindow(arrangement.geometry, pointer->x, pointer->y);
+    if (!place)
+        return {imageText(image().info()), ""};
     const PanelContent& panel = panels[static_cast<std::size_t>(place->panel)];
     const int x = static_cast<int>(place->x), y = static_cast<int>(place->y);
     std::vector<WavelengthValue> values;
     for (int w : panel.wavelengths)
         values.push_back({wavelengthName(image().info(), w), renderer.valueAt(place->panel, w, x, y)});
     const image::SectionIndex section{panel.z, panel.wavelengths.front(), panel.t, panel.p};
-    controls->showPixel(sentence.empty() ? pixelText(panel.caption, x, y, values) : sentence);
-    controls->showStage(stageText(image(), section, place->x, place->y));
+    return {pixelText(panel.caption, x, y, values), stageText(image(), section, place->x, place->y)};
 }
 
 std::string ImageWindow::noteText() const
