@@ -1,6 +1,7 @@
 // Errors, questions and warnings.
-#include "drive/Pair.h"
 #include "tests/x/wmenh/Probe.h"
+
+#include "drive/Pair.h"
 
 #include <X11/keysym.h>
 
