@@ -142,7 +142,7 @@ int Controls::layOutAround(int width, int height)
     };
     int top = 0, bottom = height;
     for (Widget row : {menus.bar, channels}) {
-        const int side = row == channels ? togglesHeight(width) : preferredHeight(row, width);
+        const int side = preferredHeight(row, width);
         place(row, top, side);
         top += side;
     }

@@ -80,7 +80,6 @@ private:
     void turnWheel(const XButtonEvent& event, int step);
     void showScale(SectionScale& scale, int index, int lastIndex, bool panelled);
     void showToggles(const View& view);
-    int togglesHeight(int width) const;
     int layOutAround(int width, int height);
     void layOut();
     void pressed(const XButtonEvent& press);

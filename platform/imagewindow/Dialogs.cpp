@@ -27,8 +27,7 @@ Widget makeMessage(Widget parent, MakeDialogue make, const std::string& title, c
     Widget dialogue = make(parent, const_cast<char*>("message"), nullptr, 0);
     const LabelText heading(title);
     XtVaSetValues(dialogue, XmNmessageString, static_cast<XmString>(message), XmNdialogTitle,
-                  static_cast<XmString>(heading), XmNautoUnmanage, True, XmNcancelButton,
-                  XtNameToWidget(dialogue, "OK"), nullptr);
+                  static_cast<XmString>(heading), XmNautoUnmanage, True, nullptr);
     XtUnmanageChild(XtNameToWidget(dialogue, "Cancel"));
     XtUnmanageChild(XtNameToWidget(dialogue, "Help"));
     XtAddCallback(dialogue, XmNunmapCallback, destroyDialogue, nullptr);

@@ -98,25 +98,6 @@ Widget Controls::makeToggles(Widget parent)
     return many ? holder : row;
 }
 
-// In as many rows as the width makes them need.
-int Controls::togglesHeight(int width) const
-{
-    if (info().sizeW > fewWavelengths)
-        return scrolledHeight;
-    int x = toggleMargin, rows = 1, side = 1;
-    for (Widget toggle : toggles) {
-        Dimension toggleWidth = 0, toggleHeight = 0;
-        XtVaGetValues(toggle, XmNwidth, &toggleWidth, XmNheight, &toggleHeight, nullptr);
-        if (x > toggleMargin && x + toggleWidth + toggleMargin > width) {
-            x = toggleMargin;
-            ++rows;
-        }
-        x += toggleWidth + toggleSpacing;
-        side = std::max<int>(side, toggleHeight);
-    }
-    return 2 * rowMargin + rows * side + (rows - 1) * toggleSpacing;
-}
-
 void Controls::toggled(Widget toggle, bool on)
 {
     const auto place = std::find(toggles.begin(), toggles.end(), toggle);
