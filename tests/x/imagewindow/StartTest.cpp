@@ -18,6 +18,7 @@ TEST(Start, EveryFileGetsAWindowAndANumber)
     EXPECT_EQ(record->geometry.imageWidth, 64);
     EXPECT_EQ(record->geometry.panelHeight, 48);
     EXPECT_EQ(record->wavelengths.size(), 3U);
+    EXPECT_EQ(record->z, 1); // the middle of four
 }
 
 TEST(Start, OptionsDecideWhatIsShown)

@@ -55,9 +55,9 @@ TEST(View, KeysStepThroughSectionsAndZoom)
         std::function<bool(const DisplayRecord&)> condition;
         const char* what;
     } rows[] = {
-        {XK_Next, [](const auto& r) { return r.z == 1; }, "next section"},
         {XK_Next, [](const auto& r) { return r.z == 2; }, "next section"},
-        {XK_Prior, [](const auto& r) { return r.z == 1; }, "previous section"},
+        {XK_Next, [](const auto& r) { return r.z == 3; }, "next section"},
+        {XK_Prior, [](const auto& r) { return r.z == 2; }, "previous section"},
         {XK_equal, [](const auto& r) { return r.geometry.zoom == 1.5; }, "zoom in"},
         {XK_minus, [](const auto& r) { return r.geometry.zoom == 1.0; }, "zoom out"},
         {XK_f, [](const auto& r) { return r.geometry.zoom > 2; }, "fit"},

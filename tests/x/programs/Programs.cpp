@@ -149,7 +149,9 @@ fs::path ProgramsTest::ramp()
 
 drive::Pair ProgramsTest::open(std::vector<std::string> viewerArguments)
 {
-    return drive::Pair(screen, BIN_DIR, {std::move(viewerArguments), environment});
+    std::vector<std::string> arguments{"--section", "1"};
+    arguments.insert(arguments.end(), viewerArguments.begin(), viewerArguments.end());
+    return drive::Pair(screen, BIN_DIR, {std::move(arguments), environment});
 }
 
 std::unique_ptr<drive::Process> ProgramsTest::startTool(const std::vector<std::string>& arguments)

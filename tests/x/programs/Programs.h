@@ -57,7 +57,7 @@ protected:
     fs::path sample(const std::string& name, const std::string& options);
     // 400 x 300 pixels of the pattern ramp, 4 channels, 3 sections, 2 time points.
     fs::path ramp();
-    // Both programs, the first image in the window.
+    // Both programs, the first section of the first image in the window.
     drive::Pair open(std::vector<std::string> viewerArguments);
     // The tool's settings, as an earlier run would have left them.
     void writeConfig(const std::string& lines) { writeBytes(configFile(), lines); }
