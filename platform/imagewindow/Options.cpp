@@ -7,10 +7,13 @@
 
 #include <cmath>
 #include <regex>
+#include <stdexcept>
 
 namespace viewer {
 
 namespace {
+
+constexpr std::size_t maxColors = 1024; // as many as an image has wavelengths
 
 constexpr const char* keys = R"(
 One window and one window number each; "window N: FILE" is written to standard output when a window is shown.
@@ -43,15 +46,39 @@ std::string checkZoom(const std::string& text)
                : "\"" + text + "\" is no zoom between 1/16 and 32, and not \"fit\"";
 }
 
-// A colour's name in place of its number.
-std::string colorNumber(std::string& text)
+// Throw a sentence for what is none.
+int colorOf(const std::string& text)
 {
     for (std::size_t i = 0; i < waveColorNames.size(); ++i)
-        if (text == waveColorNames[i] || text == std::to_string(i)) {
-            text = std::to_string(i);
-            return "";
+        if (text == waveColorNames[i] || text == std::to_string(i))
+            return static_cast<int>(i);
+    throw std::invalid_argument("\"" + text + "\" is no colour: 0 to 6, or a name like magenta");
+}
+
+int indexOf(const std::string& text)
+{
+    int number = 0;
+    if (!CLI::detail::lexical_cast(text, number) || number < 1)
+        throw std::invalid_argument("\"" + text + "\" is no number from 1 on");
+    return number - 1;
+}
+
+// An option with one word of items, commas between them: the word after it is a file already.
+void addList(CLI::App& app, const std::string& name, std::vector<int>& list, std::size_t most,
+             int (*item)(const std::string&), const char* help, const char* typeName)
+{
+    const auto take = [&list, name, most, item](const std::string& word) {
+        try {
+            list.clear();
+            for (const std::string& text : CLI::detail::split(word, ','))
+                list.push_back(item(text));
+        } catch (const std::invalid_argument& error) {
+            throw CLI::ValidationError(name, error.what());
         }
-    return "\"" + text + "\" is no colour: 0 to 6, or a name like magenta";
+        if (list.size() > most)
+            throw CLI::ValidationError(name, "takes at most " + std::to_string(most) + " values");
+    };
+    app.add_option_function<std::string>(name, take, help)->type_name(typeName);
 }
 
 std::string checkGeometry(const std::string& text)
@@ -72,10 +99,10 @@ std::string oneLine(std::string text)
     return text;
 }
 
-// Numbers as typed, counted from 1, before they become indices.
+// As typed, before it becomes options.
 struct Typed {
     std::string zoom, panels = "single";
-    std::vector<int> section, wavelengths;
+    std::vector<int> section;
     bool noScaleBar = false;
 };
 
@@ -85,29 +112,14 @@ void declare(CLI::App& app, Options& options, Typed& typed)
     app.add_option("--zoom", typed.zoom, "Screen pixels per image pixel: 1/16 to 32, or fit")
         ->check(checkZoom, "")
         ->type_name("ZOOM");
-    app.add_option("--section", typed.section,
-                   "Section to show first: z, or z and time point, counted from 1")
-        ->delimiter(',')
-        ->expected(1, 2)
-        ->allow_extra_args(false)
-        ->check(CLI::Range(1, 1 << 30))
-        ->type_name("Z,T");
-    app.add_option("--wavelengths", typed.wavelengths,
-                   "Wavelengths to show, at most five, counted from 1: 1,3")
-        ->delimiter(',')
-        ->expected(1, maxDisplayed)
-        ->allow_extra_args(false)
-        ->check(CLI::Range(1, 1 << 30))
-        ->type_name("LIST");
-    app.add_option(
-           "--colors", options.colors,
-           "Display colours of the wavelengths, by name or number: 0 white, 1 red, 2 green, 3 yellow, "
-           "4 blue, 5 magenta, 6 cyan")
-        ->delimiter(',')
-        ->expected(1, 1 << 10)
-        ->allow_extra_args(false)
-        ->transform(CLI::Validator(colorNumber, ""))
-        ->type_name("LIST");
+    addList(app, "--section", typed.section, 2, indexOf,
+            "Section to show first: z, or z and time point, counted from 1", "Z,T");
+    addList(app, "--wavelengths", options.wavelengths, maxDisplayed, indexOf,
+            "Wavelengths to show, at most five, counted from 1: 1,3", "LIST");
+    addList(app, "--colors", options.colors, maxColors, colorOf,
+            "Display colours of the wavelengths, by name or number: 0 white, 1 red, 2 green, 3 yellow, "
+            "4 blue, 5 magenta, 6 cyan",
+            "LIST");
     app.add_option("--panels", typed.panels, "Panels side by side: z, wavelength, time or single")
         ->check(CLI::IsMember({"single", "z", "wavelength", "time"}))
         ->type_name("KIND");
@@ -128,11 +140,9 @@ void convert(const Typed& typed, Options& options)
     if (!typed.zoom.empty() && !options.fit)
         options.zoom = parseZoom(typed.zoom);
     if (!typed.section.empty())
-        options.z = typed.section[0] - 1;
+        options.z = typed.section[0];
     if (typed.section.size() > 1)
-        options.t = typed.section[1] - 1;
-    for (int wavelength : typed.wavelengths)
-        options.wavelengths.push_back(wavelength - 1);
+        options.t = typed.section[1];
     const std::vector<std::string> kinds{"single", "z", "wavelength", "time"}; // in the order of PanelStyle
     options.panels = static_cast<int>(std::find(kinds.begin(), kinds.end(), typed.panels) - kinds.begin());
 }

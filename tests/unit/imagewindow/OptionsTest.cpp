@@ -27,9 +27,11 @@ TEST(Options, ReadsEveryOption)
 TEST(Options, AListEndsBeforeTheFile)
 {
     for (const char* file : {"7", "cells.tif"}) {
-        const ParsedOptions parsed = parseOptions({"--section", "3", "--wavelengths", "2", file});
+        const ParsedOptions parsed =
+            parseOptions({"--wavelengths", "2", "--colors", "cyan", "--section", "3", file, "b.tif"});
         ASSERT_TRUE(parsed.options) << parsed.text;
-        EXPECT_THAT(parsed.options->files, ElementsAre(file));
+        EXPECT_THAT(parsed.options->files, ElementsAre(file, "b.tif"));
+        EXPECT_THAT(parsed.options->colors, ElementsAre(6));
         EXPECT_EQ(parsed.options->z, 2);
         EXPECT_EQ(parsed.options->t, 0);
         EXPECT_THAT(parsed.options->wavelengths, ElementsAre(1));
