@@ -142,7 +142,8 @@ TEST(Ome, OldSchemasAndPrefixes)
 TEST(Ome, RgbChannelIsThreeWavelengths)
 {
     const std::string channels =
-        "<Channel Name='a' SamplesPerPixel='3'/><Channel Name='b' SamplesPerPixel='3'/><TiffData/>";
+        "<Channel Name='a' SamplesPerPixel='3'/>"
+        "<Channel Name='b' SamplesPerPixel='3' EmissionWavelength='520'/><TiffData/>";
     const TiffSpec spec{
         .samples = 3, .pages = 2, .description = omeRoot(omeImage(sizes(1, 6, 1, "XYCZT"), channels))};
     const TestImage image(spec);
@@ -150,6 +151,7 @@ TEST(Ome, RgbChannelIsThreeWavelengths)
     EXPECT_EQ(image->info().wavelengths[1].colorIndex, 2);
     EXPECT_EQ(image->info().wavelengths[2].name, "a Blue");
     EXPECT_EQ(image->info().wavelengths[5].colorIndex, 4);
+    EXPECT_EQ(image->info().wavelengths[5].nanometres, 520);
     EXPECT_EQ(pixelAt(*image, {0, 5, 0, 0}), storedValue(spec, 0, 0, 1, 2));
 }
 
