@@ -91,22 +91,6 @@ TEST_F(DisplayChange, OnlyFiveWavelengthsGetACurve)
     expectDone(pair);
 }
 
-TEST_F(DisplayChange, ThePlotFollowsItsWindow)
-{
-    Pair pair = open({ramp()});
-    drawSegment(pair, from, to);
-    const drive::Rect tool = screen.geometry(pair.toolWindow);
-    for (const auto& [wider, higher] : {std::pair{150, 120}, std::pair{40, 20}}) {
-        XResizeWindow(screen.x(), pair.toolWindow, static_cast<unsigned>(tool.width + wider),
-                      static_cast<unsigned>(tool.height + higher));
-        XSync(screen.x(), False);
-        EXPECT_TRUE(drive::waitUntil([&] { return screen.geometry(pair.plot).height == 200 + higher; }));
-        EXPECT_EQ(screen.geometry(pair.plot).width, 500 + wider);
-        expectPlot(pair, rampCurves(from, to));
-    }
-    expectDone(pair);
-}
-
 TEST_F(DisplayChange, WhatCoveredThePlotLeavesNoTrace)
 {
     Pair pair = open({ramp()});

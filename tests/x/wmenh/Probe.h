@@ -21,8 +21,7 @@ protected:
     std::vector<std::string> said(const std::string& word) const;
     bool waitFor(const std::string& line);
 
-    // A window of the probe that it told the id of: shell, rows, axis, plot, distance, area, text, counter,
-    // number, menu, toggle, done, act, write, help.
+    // A window of the probe that it told the id of: shell, toggle, plot, text, act, counter, write, number.
     Window window(const std::string& name) const;
     drive::Rect place(const std::string& name);
     void press(const std::string& name);

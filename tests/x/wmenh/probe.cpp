@@ -1,7 +1,5 @@
-// A tool window like the line profile's, for the tests of the tool-window library: says on standard output
-// what it is told, a line per call. Arguments: the image window's number (0: none), then what to do.
-#include "gauge/XrtGauge.h"
-
+// A small tool window for the tests of the tool-window library: says on standard output what it is told, a
+// line per call. Argument: the image window's number, 0 for none. What else it does is in its environment.
 #include <IWL.h>
 #include <KVRunUtils.h>
 #include <OrUtils.h>
@@ -13,7 +11,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <map>
 #include <string>
 #include <thread>
@@ -22,9 +19,9 @@
 namespace {
 
 // What the controls are bound to.
-int mode = 1, flag = 0, count = 0, number = 5;
+int flag = 0, count = 0, number = 5;
 char message[50] = "";
-Widget frame, axis, plot, distance, text, counter;
+Widget frame, plot, text, counter;
 // Windows that the test wants to find, by name.
 std::map<std::string, Widget> named;
 
@@ -71,8 +68,8 @@ void quit(Widget, XtPointer, XtPointer)
 
 void changed(Widget, XtPointer what, XtPointer)
 {
-    const std::string name = static_cast<const char*>(what);
-    printf("%s %d\n", name.c_str(), name == "mode" ? mode : name == "flag" ? flag : number);
+    const int value = what == &flag ? flag : number;
+    printf("%s %d\n", what == &flag ? "flag" : "number", value);
 }
 
 void choose(Widget, XtPointer, XtPointer)
@@ -113,66 +110,34 @@ void act(Widget, XtPointer, XtPointer)
 
 void addRows()
 {
-    static const WMMenuItem items[] = {{"Autoscale"}, {"Constant Min/Max"}};
-    WMAddInfoButton("Intensity Scaling", 0);
-    named["menu"] = WMAddOptionMenu(items, 2, &mode, changed, const_cast<char*>("mode"), 0, 0);
-    WMSetOffset(10, 0, 0, 0);
-    named["toggle"] = WMAddToggleButton("Show Peak FWHM", &flag, changed, const_cast<char*>("flag"), 0, 0);
-    WMAddToolTip("Show the Full-Width Half-Max of the\nlargest peak in the view (microns)");
-    WMSetOffset(0, 0, 0, 0);
+    named["toggle"] = WMAddToggleButton("Show Peak FWHM", &flag, changed, &flag, 0, 0);
     WMNewRow();
-    axis = WMAddCustom("axis", xmXrtGaLinearGaugeWidgetClass, nullptr, 0);
-    XtVaSetValues(axis, XmNwidth, 60, XmNheight, 200, XmNresizable, True, XtVaTypedArg, XmNbackground,
-                  XmRString, "tan", 4, nullptr);
-    plot = WMAddDrawingArea(500, 200);
-    XtVaSetValues(plot, XtVaTypedArg, XmNbackground, XmRString, "black", 6, nullptr);
+    named["plot"] = plot = WMAddDrawingArea(500, 200);
     WMAttachRightSide();
-    WMNewRow();
-    distance = WMAddCustom("distance", xmXrtGaLinearGaugeWidgetClass, nullptr, 0);
-    XtVaSetValues(distance, XmNwidth, 500, XmNheight, 24, XmNresizable, False, XmNtopAttachment,
-                  XmATTACH_NONE, XmNbottomAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
-                  XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, axis, XtVaTypedArg, XmNbackground,
-                  XmRString, "tan", 4, nullptr);
 }
 
 void addMessageArea()
 {
     static int spare = 0, low = 0, high = 9, step = 2;
     WMStartMainWindowMessageAreaForm(frame);
-    text = WMAddText(message, 50, nullptr);
+    named["text"] = text = WMAddText(message, 50, nullptr);
     WMAttachRightSide();
     WMNewRow();
-    named["done"] = WMAddDoneButton("Done", quit, nullptr, 0, 0);
-    WMAddToolTip("Close this tool");
+    WMAddDoneButton("Done", quit, nullptr, 0, 0);
     named["act"] = WMAddFuncButton("Save", act, nullptr, 0, 0);
-    WMAddInfoButton("Saved:", 0);
     counter = WMAddIntField(&count, 1, 4, 20, &spare, &spare, &spare, nullptr, nullptr, 0, 0);
+    named["counter"] = counter;
     XtVaSetValues(counter, XmNeditable, False, nullptr);
-    WMAddFuncButton("Clear", nullptr, nullptr, 0, 0);
     named["write"] = WMAddFuncButton("Write To File...", choose, nullptr, 0, 0);
-    named["number"] =
-        WMAddIntField(&number, 1, 4, 20, &low, &high, &step, changed, const_cast<char*>("number"), 0, 0);
-    named["help"] = WMAddHelpButton("LineProfile");
+    named["number"] = WMAddIntField(&number, 1, 4, 20, &low, &high, &step, changed, &number, 0, 0);
     WMEndMainWindowMessageAreaForm();
 }
 
 void sayWindows()
 {
-    named.insert({{"shell", XtParent(frame)},
-                  {"axis", axis},
-                  {"plot", plot},
-                  {"distance", distance},
-                  {"text", text},
-                  {"counter", counter}});
+    named["shell"] = XtParent(frame);
     for (const auto& [name, widget] : named)
         printf("window %s %lu\n", name.c_str(), XtWindow(widget));
-}
-
-void completeAttachments()
-{
-    XtVaSetValues(distance, XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, axis, nullptr);
-    XtVaSetValues(axis, XmNbottomAttachment, XmATTACH_FORM, XmNbottomOffset, 24, nullptr);
-    XtVaSetValues(plot, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, distance, nullptr);
 }
 
 } // namespace
@@ -223,7 +188,7 @@ int main(int argc, char** argv)
     WMAddEventHandler(1, EnterWindowMask, EnterWindow, nullptr);
     OrvelPositionNextToImage(window, frame);
     WMDisplay();
-    completeAttachments();
+    XtVaSetValues(plot, XmNbottomAttachment, XmATTACH_FORM, nullptr); // it grows with the window
     WMAttachToImageWindow(nullptr, window);
     KVRunRegisterPgm("Probe", nullptr, quit);
     const char* const given = std::getenv("PROBE_MESSAGE");
