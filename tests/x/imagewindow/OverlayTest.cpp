@@ -1,5 +1,6 @@
 // Overlay graphics of clients, as they come over the canvas.
 #include "tests/x/imagewindow/Viewer.h"
+#include "tests/x/iwl/Peers.h"
 
 using namespace viewertest;
 using protocol::OverlayCommand;
@@ -12,29 +13,16 @@ constexpr drive::Pixel amber{255, 184, 28};
 // A tool on a connection of its own. Its end takes the window with it.
 class Client {
 public:
-    explicit Client(Window canvas)
-        : canvas(canvas), display(XOpenDisplay(nullptr)),
-          window(XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 1, 1, 0, 0, 0))
-    {
-    }
-    ~Client() { end(); }
-    Client(const Client&) = delete;
-    Client& operator=(const Client&) = delete;
-    void end()
-    {
-        if (display)
-            XCloseDisplay(display);
-        display = nullptr;
-    }
+    explicit Client(Window canvas) : canvas(canvas) {}
     void send(OverlayCommand command)
     {
         command.client = static_cast<std::uint32_t>(window);
-        protocol::appendOverlay(display, canvas, command);
+        protocol::appendOverlay(connection, canvas, command);
     }
     void redraw()
     {
         send({.kind = OverlayKind::Redraw});
-        XSync(display, False);
+        XSync(connection, False);
     }
     // A horizontal line in the annotation colour.
     void addLine(int id, float x0, float x1, float y)
@@ -42,12 +30,11 @@ public:
         send({.kind = OverlayKind::AddLine, .id = id, .width = 2, .x0 = x0, .y0 = y, .x1 = x1, .y1 = y});
         redraw();
     }
-    Display* x() const { return display; }
+
+    const peers::Connection connection;
 
 private:
-    Window canvas;
-    Display* display;
-    Window window;
+    const Window canvas, window = connection.makeWindow();
 };
 
 } // namespace
@@ -55,16 +42,17 @@ private:
 TEST(Overlay, GoesByCommandAndWithItsClient)
 {
     Viewer viewer({rgbImage()});
-    Client living(viewer.canvas), dying(viewer.canvas);
+    Client living(viewer.canvas);
+    std::optional<Client> dying(viewer.canvas);
     living.addLine(1, 5, 30, 10);
     living.addLine(2, 5, 30, 15);
-    dying.addLine(1, 5, 30, 20);
+    dying->addLine(1, 5, 30, 20);
     for (const int y : {10, 15, 20})
         ASSERT_TRUE(viewer.waitForPixel(20, y, amber)) << y;
     living.send({.kind = OverlayKind::Remove, .id = 1});
     living.send({.kind = OverlayKind::Remove, .id = 1}); // gone already
     living.redraw();
-    dying.end();
+    dying.reset();
     EXPECT_TRUE(viewer.waitForPixel(20, 10, rgbPixel(20, 10)));
     EXPECT_TRUE(viewer.waitForPixel(20, 20, rgbPixel(20, 20)));
     EXPECT_EQ(viewer.pixelAt(20, 15), amber);
@@ -92,12 +80,12 @@ TEST(Overlay, NonsenseAndFloodsAreSurvived)
     Viewer viewer({rgbImage()});
     Client client(viewer.canvas), other(viewer.canvas);
     const std::string nonsense(1000, 'x');
-    const Atom overlay = protocol::atoms(client.x()).overlay;
-    XChangeProperty(client.x(), viewer.canvas, overlay, overlay, 8, PropModeAppend,
+    const Atom overlay = protocol::atoms(client.connection).overlay;
+    XChangeProperty(client.connection, viewer.canvas, overlay, overlay, 8, PropModeAppend,
                     reinterpret_cast<const unsigned char*>(nonsense.data()),
                     static_cast<int>(nonsense.size()));
     const OverlayCommand stranger{.kind = OverlayKind::AddLine, .client = 0x7654321, .id = 1};
-    protocol::appendOverlay(client.x(), viewer.canvas, stranger); // from a window that does not exist
+    protocol::appendOverlay(client.connection, viewer.canvas, stranger); // from a window that does not exist
     for (int id = 1; id <= 11000; ++id)
         client.send({.kind = OverlayKind::AddPoint, .id = id, .x0 = 1e9F, .y0 = -1e9F});
     client.redraw();
