@@ -179,6 +179,7 @@ TEST(Layout, givesKnownLabels)
         {axis(0, 1e-6, 120, true), {"1e-6", "8e-7", "6e-7", "4e-7", "2e-7"}},
         {axis(0, 1e7, 70, true), {"10000000", "5000000"}},
         {axis(0, 3e9, 120, true), {"3e9", "2.5e9", "2e9", "1.5e9", "1e9", "5e8"}},
+        {axis(0, 2.5e-13, 400, false), {"1e-13", "2e-13"}},
         {distanceAxis(50.0f, 300), {"10", "20", "30", "40", "50"}}, // from the start of the segment
         {distanceAxis(5.5f, 500), {"1.0", "2.0", "3.0", "4.0", "5.0"}},
         {distanceAxis(0.75f, 180), {"0.20", "0.40", "0.60"}},

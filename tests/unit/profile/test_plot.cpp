@@ -6,7 +6,6 @@
 #include "segment/segment.h"
 
 #include <X11/IntrinsicP.h> // XtResizeWidget
-#include <Xm/DrawingA.h>
 
 #include <cfloat>
 
@@ -58,13 +57,17 @@ protected:
         const int h = plot.lineHeight;
         return count(plot.plotPixmap, plot.plotColors[color], 5, h * line + 4, 100, h - 4);
     }
-    static void click(int x, int y)
+    // Buttons, motion and keys: their events have the pointer in the same place.
+    static void input(int x, int y, int type = ButtonPress)
     {
         XEvent event = {};
+        event.xbutton.type = type;
+        event.xbutton.display = display;
+        event.xbutton.window = XtWindow(plot.plotArea);
+        event.xbutton.state = Button1Mask;
         event.xbutton.x = x;
         event.xbutton.y = y;
-        XmDrawingAreaCallbackStruct call = {XmCR_INPUT, &event, XtWindow(plot.plotArea)};
-        plotInput(plot.plotArea, nullptr, &call);
+        XtDispatchEvent(&event);
     }
     static double gauge(const char* name) { return valueOf<double>(plot.intensityScale, name); }
 };
@@ -167,37 +170,22 @@ TEST_F(Plot, FwhmValueIsThatOfTheLastChannelDrawn)
     }
 }
 
-TEST_F(Plot, AClickReadsTheIntensityOnTheScreenOnly)
+TEST_F(Plot, EveryInputReadsTheIntensityOnTheScreenOnly)
 {
     setWaves({1, 2}, {0, 20});
     drawRow(0, 50);
-    calls.clear();
-    click(100, 50);
-    EXPECT_THAT(calls, Contains("IMAlCon(1, 1)")); // redrawn first
+    for (int type : {ButtonRelease, KeyPress, KeyRelease, MotionNotify, ButtonPress}) {
+        calls.clear();
+        input(100, 50, type);
+        EXPECT_THAT(calls, Contains("IMAlCon(1, 1)")) << type; // redrawn first
+    }
     Window window = XtWindow(plot.plotArea);
     EXPECT_TRUE(isAt(window, colorYellow, 0, 50));
     EXPECT_TRUE(isAt(window, colorBackground, 5, 50)); // between two dashes
     EXPECT_TRUE(isAt(plot.plotPixmap, colorBackground, 0, 50));
 }
 
-TEST_F(Plot, EveryButtonAndKeyReadsTheIntensity)
-{
-    setWaves({1, 2}, {0, 20});
-    drawRow(0, 50);
-    for (int type : {ButtonPress, MotionNotify, ButtonRelease, KeyPress, KeyRelease}) {
-        XEvent event = {};
-        event.xkey.type = type;
-        event.xkey.display = display;
-        event.xkey.window = XtWindow(plot.plotArea);
-        event.xkey.state = Button1Mask;
-        event.xkey.x = event.xkey.y = 50;
-        calls.clear();
-        XtDispatchEvent(&event);
-        EXPECT_FALSE(calls.empty()) << type;
-    }
-}
-
-TEST_F(Plot, ClicksWithoutARangeOrOutsideDoNothing)
+TEST_F(Plot, InputWithoutARangeOrOutsideDoesNothing)
 {
     const struct {
         float lastSample, top;
@@ -212,7 +200,7 @@ TEST_F(Plot, ClicksWithoutARangeOrOutsideDoNothing)
         setWaves({1, 2}, {0, c.top});
         drawRow(0, c.lastSample);
         calls.clear();
-        click(c.x, c.y);
+        input(c.x, c.y);
         EXPECT_EQ(!calls.empty(), c.redrawn) << c.x << ", " << c.y;
     }
 }
