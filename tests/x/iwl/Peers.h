@@ -1,4 +1,4 @@
-// Peers of an X protocol test: further connections, and further processes that may be killed.
+// Peers of an X protocol test: further connections and further processes.
 #pragma once
 
 // Before Xlib, whose macros None and Bool they cannot stand.
@@ -51,14 +51,13 @@ public:
     ~Child()
     {
         if (pid > 0) {
-            ::kill(pid, SIGKILL);
+            kill(pid, SIGKILL);
             wait();
         }
     }
     Child(const Child&) = delete;
     Child& operator=(const Child&) = delete;
 
-    void kill() { ::kill(pid, SIGKILL); }
     // Exit status, -1 when it did not end by itself.
     int wait()
     {
@@ -78,13 +77,6 @@ template<class Action> std::string errorsOf(Action action)
     testing::internal::CaptureStderr();
     action();
     return testing::internal::GetCapturedStderr();
-}
-
-// Waits for ever, for a child that is to be killed.
-inline int sleepForEver()
-{
-    for (;;)
-        pause();
 }
 
 } // namespace peers

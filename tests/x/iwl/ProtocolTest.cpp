@@ -118,23 +118,6 @@ TEST_F(Protocol, ANumberThatCanBeFoundHasARecord)
     EXPECT_EQ(*read, shown);
 }
 
-TEST_F(Protocol, NumberAndLockDieWithTheirProcess)
-{
-    Child holder([] {
-        const Connection connection;
-        protocol::takeInputLock(connection, 1, "Holder");
-        protocol::claimWindowNumber(connection, connection.makeWindow());
-        return sleepForEver();
-    });
-    const Connection connection;
-    ASSERT_TRUE(waitUntil([&] { return protocol::findImageWindow(connection, 1) != None; }));
-    EXPECT_EQ(protocol::takeInputLock(connection, 1, "Me").holder, "Holder");
-    holder.kill();
-    EXPECT_TRUE(waitUntil([&] { return protocol::findImageWindow(connection, 1) == None; }));
-    EXPECT_NE(protocol::takeInputLock(connection, 1, "Me").owner, None);
-    EXPECT_EQ(protocol::claimWindowNumber(connection, connection.makeWindow()), 1);
-}
-
 TEST_F(Protocol, LockIsExclusivePerWindowAndSharedWithinAConnection)
 {
     const Connection first, second;

@@ -60,26 +60,15 @@ Sheet readSylk(const fs::path& path)
 Sheet readCsv(const fs::path& path)
 {
     Sheet sheet;
-    std::string field;
-    int row = 1, column = 1;
-    bool quoted = false;
-    const auto endField = [&] {
-        if (!field.empty())
-            sheet.cells[{row, column}] = field;
-        field.clear();
-        ++column;
-    };
-    for (const char character : readBytes(path)) {
-        if (character == '"') {
-            quoted = !quoted;
-        } else if (!quoted && (character == ',' || character == '\n')) {
-            endField();
-            if (character == '\n') {
-                ++row;
-                column = 1;
-            }
-        } else {
-            field += character;
+    std::istringstream lines(readBytes(path));
+    int row = 1;
+    for (std::string line; std::getline(lines, line); ++row) {
+        std::istringstream fields(line);
+        int column = 1;
+        for (std::string field; std::getline(fields, field, ','); ++column) {
+            std::erase(field, '"');
+            if (!field.empty())
+                sheet.cells[{row, column}] = field;
         }
     }
     return sheet;

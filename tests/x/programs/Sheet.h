@@ -19,7 +19,7 @@ struct Sheet {
 
 // Every line must be a record of the kinds that we write, in their order.
 Sheet readSylk(const fs::path& path);
-// Fields between commas, with quotes where needed. Empty fields are no cells.
+// Fields between commas, perhaps in quotes; no field of ours has either. Empty fields are no cells.
 Sheet readCsv(const fs::path& path);
 
 // problem says why there is nothing; missing: the reader is not installed.

@@ -41,31 +41,21 @@ namespace {
 // The stage's coordinates are single-precision microns far from zero.
 constexpr double stageRounding = 0.002;
 
-// Half-maximum width of the highest sample after the first, in samples, where the curve falls below half on
-// both sides; a plain reading of the definition. 0 when there is none.
+// Half-maximum width of the highest sample after the first, in samples; a plain reading of the definition. 0
+// when the curve does not fall below half on both sides.
 double widthOf(const std::vector<double>& v)
 {
-    const double lowest = *std::min_element(v.begin(), v.end());
-    size_t peak = 0;
-    double runningLow = v[0], highest = -1e30;
-    for (size_t i = 1; i < v.size(); ++i) {
-        if (v[i] >= runningLow && v[i] > highest) {
-            highest = v[i];
-            peak = i;
-        }
-        runningLow = std::min(runningLow, v[i]);
-    }
-    const double half = (lowest + highest) / 2;
-    size_t left = peak, right = peak;
-    while (left > 0 && v[left] >= half)
+    const auto peak = std::max_element(v.begin() + 1, v.end());
+    const double half = (*std::min_element(v.begin(), v.end()) + *peak) / 2;
+    auto left = peak, right = peak;
+    while (left != v.begin() && *left >= half)
         --left;
-    while (right + 1 < v.size() && v[right] >= half)
+    while (right != v.end() - 1 && *right >= half)
         ++right;
-    if (v[left] >= half || v[right] >= half)
+    if (*left >= half || *right >= half)
         return 0;
-    const double start = left + (half - v[left]) / (v[left + 1] - v[left]);
-    const double end = right - 1 + (half - v[right - 1]) / (v[right] - v[right - 1]);
-    return end - start;
+    const double before = (half - *left) / (left[1] - *left), after = (half - *right) / (right[-1] - *right);
+    return static_cast<double>(right - left) - before - after;
 }
 
 void expectHead(const Sheet& sheet, int row, const Block& block, const Reading& metadata)
