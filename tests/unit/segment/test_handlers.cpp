@@ -133,15 +133,13 @@ TEST_F(Handlers, MotionElsewhereIsIgnored)
         unsigned state;
         bool accepted;
     } cases[] = {
-        {"no button", [] {}, LockMask, false},
-        {"another button", [] {}, Button2Mask, false},
+        {"another button", [] {}, Button2Mask | LockMask, false},
         {"off the image", [] { script.onImage = 0; }, Button1Mask, false},
         {"another panel", [] { script.panel = 1; }, Button1Mask, false},
         {"another sub-panel", [] { script.subPanel = 1; }, Button1Mask, false},
         {"another section", [] { script.pressZ = 1; }, Button1Mask, false},
         {"single panel", [] { script.columns = 1, script.panel = 1; }, Button1Mask, true},
         {"no drag", [] { dragging = 0; }, Button1Mask, false},
-        {"the same panel", [] {}, Button1Mask | LockMask, true},
     };
     for (const auto& c : cases) {
         SetUp();
@@ -152,7 +150,6 @@ TEST_F(Handlers, MotionElsewhereIsIgnored)
         motion(8, 9, c.state);
         EXPECT_EQ(segmentDefined, c.accepted) << c.name;
         EXPECT_EQ(overlayCalls().size(), c.accepted ? 2u : 0u) << c.name;
-        release();
     }
 }
 
@@ -180,10 +177,7 @@ TEST_F(Handlers, EndsAreConstrainedAndClamped)
         press(20, 20);
         script.fraction = c.fraction;
         motion(c.x, c.y, Button1Mask | c.modifiers);
-        EXPECT_EQ(segment.end.x, c.endX) << c.x << ", " << c.y;
-        EXPECT_EQ(segment.end.y, c.endY) << c.x << ", " << c.y;
-        EXPECT_EQ(segment.end.markerId, 0);
-        release();
+        EXPECT_EQ(std::pair(segment.end.x, segment.end.y), std::pair(c.endX, c.endY)) << c.x << ", " << c.y;
     }
 }
 
