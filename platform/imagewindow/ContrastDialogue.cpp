@@ -193,10 +193,11 @@ void ContrastDialogue::show()
 void ContrastDialogue::placeBeside()
 {
     constexpr int frame = 16; // room for the frames of both windows, screen pixels
-    XtRealizeWidget(XtParent(dialogue));
     Widget image = XtParent(XtParent(dialogue));
-    Dimension width = 0, height = 0, imageWidth = 0, imageHeight = 0;
-    XtVaGetValues(dialogue, XmNwidth, &width, XmNheight, &height, nullptr);
+    XtWidgetGeometry own{};
+    XtQueryGeometry(column, nullptr, &own); // all that is in the dialogue, which has no size of its own yet
+    const int width = own.width, height = own.height;
+    Dimension imageWidth = 0, imageHeight = 0;
     XtVaGetValues(image, XmNwidth, &imageWidth, XmNheight, &imageHeight, nullptr);
     Position left = 0, top = 0;
     XtTranslateCoords(image, 0, 0, &left, &top);

@@ -1,0 +1,151 @@
+// The window's controls under mouse and keys: the menu of button 3, the buttons that stay the viewer's while
+// a tool holds the canvas, colours, panels and the scale bar.
+#include "tests/x/imagewindow/Viewer.h"
+
+#include "drive/Pair.h"
+
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+
+#include <algorithm>
+
+using namespace viewertest;
+using protocol::DisplayRecord;
+
+namespace {
+
+const drive::Pixel white{255, 255, 255};
+
+// A menu takes pointer and keys a moment after it shows.
+Window waitForUsableMenu(Viewer& viewer)
+{
+    const Window menu = viewer.waitForMenu();
+    drive::waitUntilCalm(viewer.screen);
+    return menu;
+}
+
+// Chooses from the View menu; entry counts from 0 and counts separators, too.
+void chooseView(Viewer& viewer, std::size_t entry)
+{
+    viewer.screen.click(viewer.screen.findTitle("Image window"), 85, 14);
+    const std::vector<Window> entries = viewer.screen.leaves(waitForUsableMenu(viewer));
+    ASSERT_GT(entries.size(), entry);
+    viewer.screen.clickCentre(entries[entry]);
+}
+
+} // namespace
+
+TEST(Controls, AClickOfButton3LeavesTheMenuAndADragChooses)
+{
+    Viewer viewer({"--zoom", "8", rgbImage()});
+    viewer.screen.click(viewer.canvas, 100, 80, 3);
+    ASSERT_NE(waitForUsableMenu(viewer), Window{None});
+    viewer.screen.key(XK_Down);
+    viewer.screen.key(XK_Return); // zoom out
+    const auto zoomIs = [&](double zoom) {
+        return viewer.waitForRecord([&](const auto& r) { return r.geometry.zoom == zoom; }).geometry.zoom ==
+               zoom;
+    };
+    EXPECT_TRUE(zoomIs(6));
+    viewer.screen.moveTo(viewer.canvas, 100, 80);
+    viewer.screen.press(3);
+    viewer.screen.moveTo(viewer.canvas, 110, 88);
+    const Window menu = waitForUsableMenu(viewer);
+    ASSERT_NE(menu, Window{None});
+    for (const int y : {34, 11}) // to "Zoom out", back to "Zoom in"
+        viewer.screen.moveTo(menu, 20, y);
+    drive::waitUntilCalm(viewer.screen);
+    viewer.screen.release(3);
+    EXPECT_TRUE(zoomIs(8));
+}
+
+TEST(Controls, AToolThatHoldsTheCanvasGetsButton1Only)
+{
+    Viewer viewer({"--zoom", "32", "--geometry", "420x400+20+20", rgbImage()});
+    XSelectInput(viewer.screen.x(), viewer.canvas, ButtonPressMask);
+    XSync(viewer.screen.x(), False);
+    viewer.screen.drag(viewer.canvas, 200, 100, 100, 60, 5, 2);
+    EXPECT_GT(viewer.waitForRecord([](const auto& r) { return r.geometry.originX > 2; }).geometry.originX, 2);
+    viewer.screen.click(viewer.canvas, 50, 40, 1);
+    std::vector<unsigned> buttons;
+    XEvent event{};
+    while (drive::waitUntil([&] { return XPending(viewer.screen.x()) > 0; },
+                            drive::Milliseconds{buttons.empty() ? 15000 : 200})) {
+        XNextEvent(viewer.screen.x(), &event);
+        if (event.type == ButtonPress)
+            buttons.push_back(event.xbutton.button);
+    }
+    EXPECT_EQ(buttons, std::vector{1U});
+    viewer.screen.click(viewer.canvas, 50, 40, 3);
+    EXPECT_NE(viewer.waitForMenu(), Window{None});
+}
+
+TEST(Controls, AColourFromTheDialogueIsDrawnAndPublished)
+{
+    Viewer viewer({"--colors", "red,2,blue", rgbImage()});
+    viewer.focus();
+    viewer.screen.key(XK_c);
+    const Window dialogue = viewer.screen.findTitle("Contrast and colours");
+    ASSERT_TRUE(support::waitForFocus(viewer.screen, dialogue));
+    const auto leaves = viewer.screen.leaves(dialogue);
+    constexpr std::size_t headings = 4, optionMenu = headings + 2; // after name and swatch
+    ASSERT_GT(leaves.size(), optionMenu);
+    viewer.screen.clickCentre(leaves[optionMenu]);
+    const Window menu = waitForUsableMenu(viewer);
+    ASSERT_NE(menu, Window{None});
+    constexpr int colors = 7, green = 2;
+    const drive::Rect place = viewer.screen.geometry(menu);
+    viewer.screen.click(menu, place.width / 2, place.height * (2 * green + 1) / (2 * colors));
+    const DisplayRecord record =
+        viewer.waitForRecord([&](const auto& r) { return r.wavelengths[0].colorIndex == green; });
+    EXPECT_EQ(record.wavelengths[0].colorIndex, green);
+    const drive::Pixel was = rgbPixel(7, 5);
+    const int sum = std::min(255, was.red + was.green);
+    EXPECT_TRUE(viewer.waitForPixel(7, 5, {0, static_cast<unsigned char>(sum), was.blue}));
+    viewer.screen.key(XK_Escape);
+    EXPECT_TRUE(drive::waitUntil([&] { return !viewer.screen.viewable(dialogue); }));
+}
+
+TEST(Controls, PanelsGiveTheSectionBack)
+{
+    Viewer viewer({"--section", "3,2", stackImage()});
+    for (const auto& [entry, style] : {std::pair{6U, protocol::ZPanels}, {8U, protocol::TimePanels}}) {
+        chooseView(viewer, entry);
+        const DisplayRecord panels =
+            viewer.waitForRecord([&](const auto& r) { return r.geometry.style == style; });
+        EXPECT_EQ(style == protocol::ZPanels ? panels.z : panels.t, 0);
+        chooseView(viewer, 5);
+        const DisplayRecord single =
+            viewer.waitForRecord([](const auto& r) { return r.geometry.style == 0; });
+        EXPECT_EQ(single.z, 2);
+        EXPECT_EQ(single.t, 1);
+    }
+}
+
+TEST(Controls, TheScaleBarIsShownAndHidden)
+{
+    for (const bool atFirst : {false, true}) {
+        std::vector<std::string> arguments{"--zoom", "8", stackImage()};
+        if (!atFirst)
+            arguments.push_back("--no-scale-bar");
+        Viewer viewer(arguments);
+        const drive::Rect canvas = viewer.screen.geometry(viewer.canvas);
+        const auto shows = [&] { return viewer.pixelAt(canvas.width - 16, canvas.height - 14) == white; };
+        EXPECT_EQ(shows(), atFirst);
+        viewer.focus();
+        viewer.screen.key(XK_s);
+        EXPECT_TRUE(drive::waitUntil([&] { return shows() != atFirst; }));
+    }
+}
+
+TEST(Controls, WindowsAskForAPlaceWhenTheUserDoes)
+{
+    for (const bool asked : {false, true}) {
+        Viewer viewer(asked ? std::vector<std::string>{"--geometry", "+40+50", rgbImage()}
+                            : std::vector<std::string>{rgbImage()});
+        XSizeHints hints{};
+        long supplied = 0;
+        XGetWMNormalHints(viewer.screen.x(), viewer.screen.findTitle("Image window"), &hints, &supplied);
+        EXPECT_EQ((hints.flags & (USPosition | PPosition)) != 0, asked);
+    }
+}
