@@ -24,9 +24,13 @@ protected:
         EXPECT_NEAR(length, pixels * spacing, stageRounding) << text;
         EXPECT_NEAR(angle, degrees, 0.02) << text;
     }
-    // The canvas without the pointer, when all is drawn.
+    // The canvas of the ramp without the pointer, when all is drawn: nothing may change the contrast any
+    // more.
     drive::Picture calmCanvas(Pair& pair)
     {
+        drive::waitUntil([&] {
+            return pair.display().wavelengths.back().rangeMax == rampValue({399, 299}, 3, {2, 1});
+        });
         screen.moveTo(screen.root(), 1, 1);
         drive::waitUntilCalm(screen);
         return screen.capture(pair.canvas);
@@ -127,10 +131,9 @@ TEST_F(Drag, ShowsItsSegmentInTheImageAndTakesItAway)
 TEST_F(Drag, OtherButtonsDefineNothing)
 {
     Pair pair = open({ramp()});
-    const drive::Picture clean = calmCanvas(pair);
     for (const unsigned button : {2U, 3U}) {
         screen.drag(pair.canvas, 60, 60, 200, 200, 5, button);
-        EXPECT_TRUE(calmCanvas(pair).pixels == clean.pixels);
+        EXPECT_EQ(count(calmCanvas(pair), annotation), 0);
         EXPECT_TRUE(blank(screen.capture(pair.plot)));
     }
     expectDone(pair);
