@@ -266,11 +266,12 @@ void OmeReader::setChannels(const Plane& plane)
 {
     const auto count = static_cast<std::size_t>(dataset.info.sizeW);
     std::vector<ColorHint> hints(count);
-    std::vector<std::string> names(count);
+    const auto samples = static_cast<std::size_t>(dataset.samplesPerPlane);
+    std::vector<std::string> names((count + samples - 1) / samples); // of channels
     for (std::size_t w = 0; w < count; ++w)
         if (const OmeChannel* channel = channelOf(*reference, static_cast<int>(w))) {
             hints[w] = channel->hint;
-            names[w] = channel->name;
+            names[w / samples] = channel->name;
         }
     if (count == 1 && !hints[0].color)
         hints[0].color = paletteColor(plane.directory);

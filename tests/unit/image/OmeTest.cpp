@@ -150,6 +150,7 @@ TEST(Ome, RgbChannelIsThreeWavelengths)
     ASSERT_EQ(image->info().sizeW, 6);
     EXPECT_EQ(image->info().wavelengths[1].colorIndex, 2);
     EXPECT_EQ(image->info().wavelengths[2].name, "a Blue");
+    EXPECT_EQ(image->info().wavelengths[5].name, "b Blue");
     EXPECT_EQ(image->info().wavelengths[5].colorIndex, 4);
     EXPECT_EQ(image->info().wavelengths[5].nanometres, 520);
     EXPECT_EQ(pixelAt(*image, {0, 5, 0, 0}), storedValue(spec, 0, 0, 1, 2));
