@@ -142,9 +142,10 @@ Controls::SectionScale Controls::makeScale(const char* name, const char* title, 
     XtAddCallback(result.scale, XmNvalueChangedCallback, scaleChanged, &window);
     XtAddCallback(result.scale, XmNdragCallback, scaleChanged, &window);
     XtAddEventHandler(result.row, ButtonPressMask, False, wheelOnScale, result.scale);
+    // The toolkit must see the release, or it goes on taking presses for the row's.
     for (int button : {Button4, Button5})
-        XtGrabButton(result.row, button, AnyModifier, False, ButtonPressMask, GrabModeAsync, GrabModeAsync,
-                     None, None);
+        XtGrabButton(result.row, button, AnyModifier, False, ButtonPressMask | ButtonReleaseMask,
+                     GrabModeAsync, GrabModeAsync, None, None);
     return result;
 }
 
