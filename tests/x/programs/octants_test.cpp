@@ -22,6 +22,7 @@ constexpr Point directions[] = {
 struct Kind {
     const char* name;
     const char* options; // of makesample
+    friend void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.options; }
 };
 constexpr Kind kinds[] = {
     {"Uint8Strips", "--pixel-type uint8 --rows-per-strip 7 --compression none"},
