@@ -15,14 +15,15 @@ namespace {
 // The server gives every client its own upper bits of the numbers of windows.
 constexpr int clientBits = 21;
 
-std::vector<std::string> command(std::vector<std::string> arguments, const std::string& standardInput)
+std::vector<std::string> command(const std::vector<std::string>& arguments, const std::string& standardInput)
 {
-    arguments.insert(arguments.begin(), BIN_DIR "/imagewindow");
-    if (!standardInput.empty()) {
-        const std::vector<std::string> shell{"/bin/sh", "-c", "exec \"$@\" <" + standardInput, "sh"};
-        arguments.insert(arguments.begin(), shell.begin(), shell.end());
-    }
-    return arguments;
+    std::vector<std::string> words;
+    if (!standardInput.empty())
+        words = {"/bin/sh", "-c", "exec \"$@\" <" + standardInput, "sh"};
+    words.emplace_back(BIN_DIR "/imagewindow");
+    for (const std::string& argument : arguments)
+        words.push_back(argument);
+    return words;
 }
 
 std::string madeOnce(const std::string& name, const std::string& options)
