@@ -1,5 +1,6 @@
 // The real images: their dimensions as their makers list them, their pixels as another reader took them
 // (tests/data/image/samples.txt).
+#include "tests/Folders.h"
 #include "tests/unit/image/TestFiles.h"
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 // Runs makesample in a folder of its own and reads the text that it wrote.
 #pragma once
 
+#include "tests/Folders.h"
 #include "tests/unit/image/TestFiles.h"
 
 #include <gtest/gtest.h>

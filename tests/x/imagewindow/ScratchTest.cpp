@@ -1,4 +1,5 @@
 // Images that grow while they are shown.
+#include "tests/Folders.h"
 #include "tests/x/imagewindow/Viewer.h"
 
 #include <array>

@@ -1,4 +1,5 @@
 // Starting, refusing and ending.
+#include "tests/Folders.h"
 #include "tests/x/imagewindow/Viewer.h"
 
 using namespace viewertest;

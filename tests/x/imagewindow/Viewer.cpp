@@ -1,5 +1,7 @@
 #include "tests/x/imagewindow/Viewer.h"
 
+#include "tests/Folders.h"
+
 #include <cstdio>
 
 namespace viewertest {

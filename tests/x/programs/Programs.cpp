@@ -1,5 +1,7 @@
 #include "tests/x/programs/Programs.h"
 
+#include "tests/Folders.h"
+
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
 

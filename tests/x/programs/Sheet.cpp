@@ -1,5 +1,7 @@
 #include "tests/x/programs/Sheet.h"
 
+#include "tests/Folders.h"
+
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>

@@ -1,4 +1,5 @@
 // From the command line to the tool window beside the image: arguments, display, lock, memory, settings.
+#include "tests/Folders.h"
 #include "tests/x/programs/Programs.h"
 
 #include <X11/keysym.h>

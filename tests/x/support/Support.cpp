@@ -1,5 +1,7 @@
 #include "tests/x/support/Support.h"
 
+#include "tests/Folders.h"
+
 #include <algorithm>
 #include <sstream>
 #include <stdexcept>
