@@ -1,7 +1,7 @@
 #include "gauge/Labels.h"
 #include "gauge/LinearScaleP.h"
 #include "gauge/TickP.h"
-#include "gauge/ticklayout.h"
+#include "gauge/TickLayout.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,7 +4,7 @@
 #define GAUGE_TICKP_H
 
 #include "gauge/LinearGaugeP.h"
-#include "gauge/ticklayout.h"
+#include "gauge/TickLayout.h"
 
 #include <X11/ObjectP.h>
 

@@ -1,4 +1,4 @@
-#include "shell/startUp.h"
+#include "shell/StartUp.h"
 
 int main(int argc, char** argv)
 {

@@ -1,6 +1,6 @@
 #include "platform/imagewindow/Application.h"
 
-#include "platform/imagewindow/Appearance.h"
+#include "platform/imagewindow/controls/Appearance.h"
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/protocol/XProtocol.h"
 #include "platform/text/Locale.h"

@@ -1,7 +1,7 @@
 #include "platform/imagewindow/Options.h"
 
-#include "platform/imagewindow/Palette.h"
-#include "platform/imagewindow/View.h"
+#include "platform/imagewindow/view/Palette.h"
+#include "platform/imagewindow/view/View.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,7 +1,7 @@
 // What the user does to an image window, and what the status lines say.
-#include "platform/imagewindow/Dialogs.h"
+#include "platform/imagewindow/controls/Dialogs.h"
 #include "platform/imagewindow/ImageWindow.h"
-#include "platform/imagewindow/Readout.h"
+#include "platform/imagewindow/view/Readout.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,9 @@
 #include "tests/recording/RunningTool.h"
 
-#include "profile/plot.h"
-#include "profile/profile.h"
-#include "segment/segment.h"
-#include "shell/startUp.h"
+#include "profile/Plot.h"
+#include "profile/Profile.h"
+#include "segment/Segment.h"
+#include "shell/StartUp.h"
 
 #include <X11/IntrinsicP.h> // XtConfigureWidget
 

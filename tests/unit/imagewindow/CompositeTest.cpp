@@ -1,4 +1,4 @@
-#include "platform/imagewindow/Composite.h"
+#include "platform/imagewindow/render/Composite.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/imagewindow/Contrast.h"
+#include "platform/imagewindow/render/Contrast.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/imagewindow/Netpbm.h"
+#include "platform/imagewindow/files/Netpbm.h"
 
 #include <gtest/gtest.h>
 

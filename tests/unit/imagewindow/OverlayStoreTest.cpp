@@ -1,4 +1,4 @@
-#include "platform/imagewindow/OverlayStore.h"
+#include "platform/imagewindow/canvas/OverlayStore.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/imagewindow/Readout.h"
+#include "platform/imagewindow/view/Readout.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>

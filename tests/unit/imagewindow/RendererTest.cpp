@@ -1,4 +1,4 @@
-#include "platform/imagewindow/Renderer.h"
+#include "platform/imagewindow/render/Renderer.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>

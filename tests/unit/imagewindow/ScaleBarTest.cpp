@@ -1,4 +1,4 @@
-#include "platform/imagewindow/ScaleBar.h"
+#include "platform/imagewindow/canvas/ScaleBar.h"
 
 #include <gtest/gtest.h>
 

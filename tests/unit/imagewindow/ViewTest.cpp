@@ -1,4 +1,4 @@
-#include "platform/imagewindow/View.h"
+#include "platform/imagewindow/view/View.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>

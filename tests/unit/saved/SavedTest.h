@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h> // before X, whose macros it does not stand
 
-#include "saved/savedProfiles.h"
+#include "saved/SavedProfiles.h"
 #include "tests/recording/Recording.h"
 
 class SavedTest : public ::testing::Test {

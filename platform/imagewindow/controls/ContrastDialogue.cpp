@@ -1,0 +1,252 @@
+#include "platform/imagewindow/controls/ContrastDialogue.h"
+
+#include "platform/imagewindow/render/Contrast.h"
+#include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/controls/LocalText.h"
+#include "platform/imagewindow/view/Readout.h"
+#include "platform/imagewindow/controls/Widgets.h"
+
+#include <Xm/Form.h>
+#include <Xm/Label.h>
+#include <Xm/PushB.h>
+#include <Xm/RowColumn.h>
+#include <Xm/Scale.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <utility>
+
+namespace viewer {
+
+namespace {
+
+constexpr int steps = 1000; // of a scale
+constexpr int nameWidth = 110, swatchWidth = 18, colorWidth = 110, scaleWidth = 220, scaleHeight = 24,
+              valuesWidth = 130; // screen pixels
+
+int positionOf(float value, const ContrastLimits& span)
+{
+    return std::clamp(static_cast<int>(std::lround((value - span.low) / (span.high - span.low) * steps)), 0,
+                      steps);
+}
+
+float valueOf(int position, const ContrastLimits& span)
+{
+    return span.low + (span.high - span.low) * static_cast<float>(position) / steps;
+}
+
+Widget makeLine(Widget column)
+{
+    return XtVaCreateManagedWidget("line", xmRowColumnWidgetClass, column, XmNorientation, XmHORIZONTAL,
+                                   XmNspacing, 8, XmNmarginHeight, 0, nullptr);
+}
+
+Widget makeScale(Widget row, const char* name, XtCallbackProc moved, XtPointer client)
+{
+    Widget scale = XtVaCreateManagedWidget(name, xmScaleWidgetClass, row, XmNorientation, XmHORIZONTAL,
+                                           XmNminimum, 0, XmNmaximum, steps, XmNscaleWidth, scaleWidth,
+                                           XmNscaleHeight, scaleHeight, nullptr);
+    XtAddCallback(scale, XmNvalueChangedCallback, moved, client);
+    XtAddCallback(scale, XmNdragCallback, moved, client);
+    return scale;
+}
+
+Widget makeLabel(Widget parent, const std::string& text, int width)
+{
+    const LabelText label(text);
+    return XtVaCreateManagedWidget("label", xmLabelWidgetClass, parent, XmNlabelString,
+                                   static_cast<XmString>(label), XmNwidth, width, XmNrecomputeSize, False,
+                                   XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+}
+
+} // namespace
+
+ContrastDialogue::ContrastDialogue(Widget parent, ImageWindow& window) : window(window)
+{
+    dialogue = XmCreateFormDialog(parent, const_cast<char*>("contrast"), nullptr, 0);
+    const LabelText title("Contrast and colours of image window " + std::to_string(window.windowNumber()));
+    XtVaSetValues(dialogue, XmNdialogTitle, static_cast<XmString>(title), XmNnoResize, True, XmNautoUnmanage,
+                  False, nullptr);
+    column = XtVaCreateWidget("column", xmRowColumnWidgetClass, dialogue, XmNtopAttachment, XmATTACH_FORM,
+                              XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
+                              XmNbottomAttachment, XmATTACH_FORM, XmNmarginWidth, 10, XmNmarginHeight, 8,
+                              XmNspacing, 6, nullptr);
+    Widget heading = makeLine(column);
+    makeLabel(heading, " ", nameWidth);
+    makeLabel(heading, "colour", swatchWidth + colorWidth);
+    makeLabel(heading, "black", scaleWidth);
+    makeLabel(heading, "full brightness", scaleWidth);
+    Widget buttons = XtVaCreateManagedWidget("buttons", xmRowColumnWidgetClass, column, XmNorientation,
+                                             XmHORIZONTAL, XmNspacing, 8, nullptr);
+    const auto addButton = [&](const char* text, XtCallbackProc pressed) {
+        Widget button =
+            XtVaCreateManagedWidget(text, xmPushButtonWidgetClass, buttons, XmNmarginWidth, 12, nullptr);
+        XtAddCallback(button, XmNactivateCallback, pressed, this);
+        return button;
+    };
+    addButton("Automatic contrast", [](Widget, XtPointer client, XtPointer) {
+        static_cast<ContrastDialogue*>(client)->window.setAutomaticContrast();
+    });
+    Widget close = addButton("Close", [](Widget, XtPointer client, XtPointer) {
+        XtUnmanageChild(static_cast<ContrastDialogue*>(client)->dialogue);
+    });
+    XtVaSetValues(dialogue, XmNcancelButton, close, nullptr);
+    XtManageChild(column);
+}
+
+ContrastDialogue::~ContrastDialogue()
+{
+    XtDestroyWidget(XtParent(dialogue));
+}
+
+void ContrastDialogue::makeRows()
+{
+    if (lines) {
+        XtUnmanageChild(lines);
+        XtDestroyWidget(lines);
+    }
+    rows.clear();
+    lines = XtVaCreateWidget("lines", xmRowColumnWidgetClass, column, XmNpositionIndex, 1, XmNmarginWidth, 0,
+                             XmNmarginHeight, 0, XmNspacing, 4, nullptr);
+    for (int wavelength : displayedWavelengths(window.currentView()))
+        addRow(wavelength);
+    XtManageChild(lines);
+}
+
+void ContrastDialogue::addRow(int wavelength)
+{
+    const auto moved = [](Widget scale, XtPointer client, XtPointer call) {
+        static_cast<ContrastDialogue*>(client)->scaleMoved(scale,
+                                                           static_cast<XmScaleCallbackStruct*>(call)->value);
+    };
+    Widget line = makeLine(lines);
+    Row row;
+    row.wavelength = wavelength;
+    makeLabel(line, shortened(wavelengthName(window.image().info(), wavelength), 16), nameWidth);
+    addColorMenu(row, line);
+    row.black = makeScale(line, "black", moved, this);
+    row.white = makeScale(line, "white", moved, this);
+    row.values = makeLabel(line, " ", valuesWidth);
+    rows.push_back(row);
+}
+
+void ContrastDialogue::addColorMenu(Row& row, Widget line)
+{
+    const auto chosen = [](Widget button, XtPointer client, XtPointer) {
+        static_cast<ContrastDialogue*>(client)->colorChosen(button);
+    };
+    row.swatch = XtVaCreateManagedWidget("swatch", xmLabelWidgetClass, line, XmNwidth, swatchWidth,
+                                         XmNrecomputeSize, False, nullptr);
+    setLabel(row.swatch, " ");
+    row.colors = XmCreatePulldownMenu(line, const_cast<char*>("colors"), nullptr, 0);
+    for (std::size_t color = 0; color < waveColorNames.size(); ++color) {
+        Widget button = XtVaCreateManagedWidget(waveColorNames[color], xmPushButtonWidgetClass, row.colors,
+                                                XmNforeground, allocateColor(line, textPalette[color]),
+                                                XmNuserData, reinterpret_cast<XtPointer>(color), nullptr);
+        XtAddCallback(button, XmNactivateCallback, chosen, this);
+    }
+    row.color = XmCreateOptionMenu(line, const_cast<char*>("color"), nullptr, 0);
+    XtVaSetValues(row.color, XmNsubMenuId, row.colors, XmNmarginWidth, 0, XmNmarginHeight, 0, nullptr);
+    XtUnmanageChild(XmOptionLabelGadget(row.color));
+    XtManageChild(row.color);
+}
+
+void ContrastDialogue::colorChosen(Widget button)
+{
+    XtPointer color = nullptr;
+    XtVaGetValues(button, XmNuserData, &color, nullptr);
+    for (const Row& row : rows)
+        if (row.colors == XtParent(button))
+            window.setColor(row.wavelength, static_cast<int>(reinterpret_cast<std::intptr_t>(color)));
+}
+
+void ContrastDialogue::showRow(Row& row)
+{
+    const ContrastLimits limits = window.contrast(row.wavelength);
+    if (limits.low < row.span.low || limits.high > row.span.high || row.span.low >= row.span.high)
+        row.span = contrastSpan(limits, window.knownRange(row.wavelength));
+    XmScaleSetValue(row.black, positionOf(limits.low, row.span));
+    XmScaleSetValue(row.white, positionOf(limits.high, row.span));
+    char text[64];
+    std::snprintf(text, sizeof text, window.holdsIntegers() ? "%.0f to %.0f" : "%.5g to %.5g",
+                  static_cast<double>(limits.low), static_cast<double>(limits.high));
+    setLabel(row.values, text);
+    const auto color =
+        static_cast<std::size_t>(window.currentView().colors[static_cast<std::size_t>(row.wavelength)]);
+    XtVaSetValues(row.swatch, XmNbackground, allocateColor(row.swatch, palette[color]), nullptr);
+    XtVaSetValues(row.color, XmNmenuHistory, XtNameToWidget(row.colors, waveColorNames[color]), nullptr);
+}
+
+void ContrastDialogue::show()
+{
+    makeRows();
+    for (Row& row : rows)
+        showRow(row);
+    if (!std::exchange(placed, true))
+        placeBeside();
+    XtManageChild(dialogue);
+    XMapRaised(XtDisplay(dialogue), XtWindow(XtParent(dialogue)));
+}
+
+void ContrastDialogue::placeBeside()
+{
+    constexpr int frame = 16; // room for the frames of both windows, screen pixels
+    Widget image = XtParent(XtParent(dialogue));
+    XtWidgetGeometry own{};
+    XtQueryGeometry(column, nullptr, &own); // all that is in the dialogue, which has no size of its own yet
+    const int width = own.width, height = own.height;
+    Dimension imageWidth = 0, imageHeight = 0;
+    XtVaGetValues(image, XmNwidth, &imageWidth, XmNheight, &imageHeight, nullptr);
+    Position left = 0, top = 0;
+    XtTranslateCoords(image, 0, 0, &left, &top);
+    const int screenWidth = WidthOfScreen(XtScreen(image)), screenHeight = HeightOfScreen(XtScreen(image));
+    int x = left, y = top;
+    if (left + imageWidth + width + 2 * frame <= screenWidth)
+        x = left + imageWidth + frame;
+    else if (left - width - 2 * frame >= 0)
+        x = left - width - frame;
+    else if (top + imageHeight + height + 4 * frame <= screenHeight)
+        y = top + imageHeight + 3 * frame;
+    else
+        return;
+    XtVaSetValues(dialogue, XmNdefaultPosition, False, XmNx, x, XmNy, y, nullptr);
+}
+
+void ContrastDialogue::refresh()
+{
+    if (!XtIsManaged(dialogue))
+        return;
+    const std::vector<int> displayed = displayedWavelengths(window.currentView());
+    if (!std::equal(rows.begin(), rows.end(), displayed.begin(), displayed.end(),
+                    [](const Row& row, int wavelength) { return row.wavelength == wavelength; }))
+        makeRows();
+    for (Row& row : rows)
+        showRow(row);
+}
+
+// The two limits of a wavelength stay at least one step apart: the one that moves pushes the other.
+void ContrastDialogue::scaleMoved(Widget scale, int position)
+{
+    const auto row = std::find_if(rows.begin(), rows.end(),
+                                  [&](const Row& r) { return r.black == scale || r.white == scale; });
+    if (row == rows.end())
+        return;
+    ContrastLimits limits = window.contrast(row->wavelength);
+    const float smallest = (row->span.high - row->span.low) / steps;
+    const float step = window.holdsIntegers() ? std::max(1.0F, smallest) : smallest;
+    const float value = valueOf(position, row->span);
+    const float wanted = window.holdsIntegers() ? std::round(value) : value;
+    if (scale == row->black) {
+        limits.low = wanted;
+        limits.high = std::max(limits.high, limits.low + step);
+    } else {
+        limits.high = wanted;
+        limits.low = std::min(limits.low, limits.high - step);
+    }
+    window.setContrast(row->wavelength, limits);
+    showRow(*row);
+}
+
+} // namespace viewer

@@ -1,0 +1,104 @@
+// The widgets of an image window: menu bar, wavelength toggles, canvas with scroll bars, scales and status
+// lines. They show the state that they are told and call the window's actions. Destroying the object destroys
+// the window.
+#pragma once
+
+#include "platform/image/ImageFile.h"
+#include "platform/imagewindow/view/Palette.h"
+#include "platform/imagewindow/view/View.h"
+
+#include <X11/Intrinsic.h>
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace viewer {
+
+class ImageWindow;
+
+constexpr int scrollBarThickness = 15; // screen pixels
+
+// Widgets of the menus that change.
+struct MenuBar {
+    Widget bar = nullptr;
+    std::array<Widget, 4> panelToggles{}; // by PanelStyle
+    Widget scaleBarToggle = nullptr, toolsMenu = nullptr;
+};
+MenuBar makeMenuBar(Widget parent, ImageWindow& window);
+constexpr const char* firstMenuEntry = "Zoom in";
+// The menu of button 3; never posted by the toolkit itself, or it would take the button from a tool.
+Widget makePopupMenu(Widget parent, ImageWindow& window);
+
+class Controls {
+public:
+    // area: room for the canvas at first; userGeometry: X geometry of the window or empty.
+    Controls(ImageWindow& window, Display* display, Size area, const std::string& userGeometry);
+    ~Controls();
+    Controls(const Controls&) = delete;
+    Controls& operator=(const Controls&) = delete;
+
+    void show(const std::string& title);
+    void setTitle(const std::string& title);
+    Widget shell() const { return topLevel; }
+    Window canvas() const { return XtWindow(canvasWidget); }
+    // Where the pointer is, in canvas pixels; nothing when it is elsewhere. One round trip to the server.
+    std::optional<XPoint> pointerOnCanvas() const;
+    Size areaSize() const;
+    // Puts canvas and scroll bars in their places.
+    void place(const Arrangement& arrangement);
+    // Before place(): the rows that it shows and hides take room from the area.
+    void showView(const View& view);
+    void showScaleBar(bool shown);
+    // Follows the image's numbers of sections, time points and positions.
+    void showSizes();
+    // Whether there is a scale for every dimension of another version of the image.
+    bool hasScalesFor(const image::ImageInfo& other) const;
+    // The three texts of the status lines.
+    void showPixel(const std::string& text);
+    void showStage(const std::string& text);
+    void showNote(const std::string& text);
+    // A button or motion event that no tool takes, in pixels of the area around the canvas.
+    void handlePort(XEvent& event);
+    // The user has switched a wavelength's toggle.
+    void toggled(Widget toggle, bool on);
+
+    struct SectionScale {
+        Widget row = nullptr, scale = nullptr, value = nullptr;
+        int count = 0;
+        bool present = false;
+    };
+
+private:
+    const image::ImageInfo& info() const;
+    void makeWidgets(Size area);
+    Widget makeToggles(Widget parent);
+    SectionScale makeScale(const char* name, const char* title, bool present);
+    void makeArea(Size area);
+    Widget makeStatus();
+    void turnWheel(const XButtonEvent& event, int step);
+    void showScale(SectionScale& scale, int index, int lastIndex, bool panelled);
+    void showToggles(const View& view);
+    int layOutAround(int width, int height);
+    void layOut();
+    void pressed(const XButtonEvent& press);
+    void postMenu(bool held);
+    void cancelMenu();
+
+    ImageWindow& window;
+    Widget topLevel = nullptr, form = nullptr, area = nullptr, port = nullptr, canvasWidget = nullptr;
+    Widget channels = nullptr, status = nullptr, horizontal = nullptr, vertical = nullptr, popup = nullptr;
+    Widget pixelLabel = nullptr, stageLabel = nullptr, noteLabel = nullptr;
+    MenuBar menus;
+    std::vector<Widget> toggles;
+    SectionScale zScale, tScale, pScale;
+    std::array<std::string, 3> statusTexts;
+    std::array<Pixel, palette.size()> colorPixels{}, textPixels{};
+    Pixel dimmedPixel = 0;
+    int dragX = 0, dragY = 0; // where the pointer was last while it drags the image
+    XButtonEvent menuPress{};
+    XtIntervalId menuTimer = 0; // runs from the press of the menu's button until the menu is posted
+};
+
+} // namespace viewer

@@ -1,0 +1,206 @@
+// The rows of an image window that choose what is shown of the image: the wavelengths' toggles, and the
+// scales of sections, time points and positions.
+#include "platform/imagewindow/controls/Controls.h"
+
+#include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/controls/LocalText.h"
+#include "platform/imagewindow/view/Readout.h"
+#include "platform/imagewindow/controls/Widgets.h"
+
+#include <Xm/Form.h>
+#include <Xm/Label.h>
+#include <Xm/RowColumn.h>
+#include <Xm/Scale.h>
+#include <Xm/ScrolledW.h>
+#include <Xm/ToggleB.h>
+
+#include <algorithm>
+
+namespace viewer {
+
+namespace {
+
+constexpr int fewWavelengths = 8; // more than these get a scroll bar of their own
+constexpr std::size_t maxNameLength = 24;
+constexpr int scrolledHeight = 50, toggleSpacing = 8, toggleMargin = 6, rowMargin = 2; // screen pixels
+
+void toggleChanged(Widget toggle, XtPointer client, XtPointer call)
+{
+    static_cast<Controls*>(client)->toggled(toggle,
+                                            static_cast<XmToggleButtonCallbackStruct*>(call)->set != 0);
+}
+
+// Shows section (time point, position) index of the dimension that the scale's name tells.
+void showIndex(ImageWindow& window, Widget scale, int index)
+{
+    const View& view = window.currentView();
+    const char kind = XtName(scale)[0];
+    window.showSection(kind == 'z' ? index : view.z, kind == 't' ? index : view.t,
+                       kind == 'p' ? index : view.p);
+}
+
+void scaleChanged(Widget scale, XtPointer client, XtPointer call)
+{
+    showIndex(*static_cast<ImageWindow*>(client), scale,
+              static_cast<XmScaleCallbackStruct*>(call)->value - 1);
+}
+
+// The wheel goes one on or back, as with Shift on the image, and not the scroll bar's way.
+void wheelOnScale(Widget row, XtPointer client, XEvent* event, Boolean*)
+{
+    const unsigned button = event->xbutton.button;
+    if (event->type != ButtonPress || (button != Button4 && button != Button5))
+        return;
+    Widget scale = static_cast<Widget>(client);
+    XtPointer window = nullptr;
+    XtVaGetValues(row, XmNuserData, &window, nullptr);
+    int value = 1;
+    XmScaleGetValue(scale, &value);
+    showIndex(*static_cast<ImageWindow*>(window), scale, value - 1 + (button == Button4 ? 1 : -1));
+}
+
+void setManaged(Widget widget, bool managed)
+{
+    if (managed)
+        XtManageChild(widget);
+    else
+        XtUnmanageChild(widget);
+}
+
+} // namespace
+
+Widget Controls::makeToggles(Widget parent)
+{
+    const bool many = info().sizeW > fewWavelengths;
+    Widget holder = parent;
+    if (many)
+        holder =
+            XtVaCreateManagedWidget("channelScroll", xmScrolledWindowWidgetClass, parent, XmNscrollingPolicy,
+                                    XmAUTOMATIC, XmNheight, scrolledHeight, XmNshadowThickness, 0, nullptr);
+    Widget row = XtVaCreateWidget("channels", xmRowColumnWidgetClass, holder, XmNorientation, XmHORIZONTAL,
+                                  XmNpacking, XmPACK_TIGHT, XmNspacing, toggleSpacing, XmNmarginHeight,
+                                  rowMargin, XmNmarginWidth, toggleMargin, XmNadjustLast, False, nullptr);
+    for (std::size_t color = 0; color < palette.size(); ++color) {
+        colorPixels[color] = allocateColor(row, palette[color]);
+        textPixels[color] = allocateColor(row, textPalette[color]);
+    }
+    dimmedPixel = allocateColor(row, dimmedText);
+    for (int w = 0; w < info().sizeW; ++w) {
+        const LabelText name(shortened(wavelengthName(info(), w), maxNameLength));
+        Widget toggle = XtVaCreateManagedWidget(("wavelength" + std::to_string(w + 1)).c_str(),
+                                                xmToggleButtonWidgetClass, row, XmNlabelString,
+                                                static_cast<XmString>(name), XmNindicatorOn, XmINDICATOR_FILL,
+                                                XmNtraversalOn, False, XmNhighlightThickness, 0, nullptr);
+        XtAddCallback(toggle, XmNvalueChangedCallback, toggleChanged, this);
+        toggles.push_back(toggle);
+    }
+    XtManageChild(row);
+    return many ? holder : row;
+}
+
+void Controls::toggled(Widget toggle, bool on)
+{
+    const auto place = std::find(toggles.begin(), toggles.end(), toggle);
+    if (place != toggles.end())
+        window.setWavelengthShown(static_cast<int>(place - toggles.begin()), on);
+}
+
+void Controls::showToggles(const View& view)
+{
+    for (std::size_t w = 0; w < toggles.size(); ++w) {
+        const auto color = static_cast<std::size_t>(view.colors[w]);
+        const Pixel text = view.displayed[w] ? textPixels[color] : dimmedPixel;
+        Pixel shownText = 0, shownColor = 0;
+        XtVaGetValues(toggles[w], XmNforeground, &shownText, XmNselectColor, &shownColor, nullptr);
+        if (shownText != text || shownColor != colorPixels[color])
+            XtVaSetValues(toggles[w], XmNforeground, text, XmNselectColor, colorPixels[color], nullptr);
+        XmToggleButtonSetState(toggles[w], view.displayed[w] ? True : False, False);
+    }
+}
+
+Controls::SectionScale Controls::makeScale(const char* name, const char* title, bool present)
+{
+    SectionScale result;
+    result.present = present;
+    result.row = XtVaCreateWidget("scaleRow", xmFormWidgetClass, form, XmNuserData, &window, nullptr);
+    const LabelText text(title);
+    Widget label = XtVaCreateManagedWidget("title", xmLabelWidgetClass, result.row, XmNlabelString,
+                                           static_cast<XmString>(text), XmNleftAttachment, XmATTACH_FORM,
+                                           XmNleftOffset, 8, XmNtopAttachment, XmATTACH_FORM,
+                                           XmNbottomAttachment, XmATTACH_FORM, XmNwidth, 30, XmNrecomputeSize,
+                                           False, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+    result.value = XtVaCreateManagedWidget("value", xmLabelWidgetClass, result.row, XmNrightAttachment,
+                                           XmATTACH_FORM, XmNrightOffset, 8, XmNtopAttachment, XmATTACH_FORM,
+                                           XmNbottomAttachment, XmATTACH_FORM, XmNwidth, 80, XmNrecomputeSize,
+                                           False, XmNalignment, XmALIGNMENT_END, nullptr);
+    result.scale = XtVaCreateManagedWidget(
+        name, xmScaleWidgetClass, result.row, XmNorientation, XmHORIZONTAL, XmNminimum, 1, XmNmaximum, 2,
+        XmNvalue, 1, XmNscaleMultiple, 1, XmNshowArrows, XmEACH_SIDE, XmNscaleHeight, 15, XmNleftAttachment,
+        XmATTACH_WIDGET, XmNleftWidget, label, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
+        result.value, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 3, XmNbottomAttachment, XmATTACH_FORM,
+        XmNbottomOffset, 3, nullptr);
+    XtAddCallback(result.scale, XmNvalueChangedCallback, scaleChanged, &window);
+    XtAddCallback(result.scale, XmNdragCallback, scaleChanged, &window);
+    XtAddEventHandler(result.row, ButtonPressMask, False, wheelOnScale, result.scale);
+    // The toolkit must see the release, or it goes on taking presses for the row's.
+    for (int button : {Button4, Button5})
+        XtGrabButton(result.row, button, AnyModifier, False, ButtonPressMask | ButtonReleaseMask,
+                     GrabModeAsync, GrabModeAsync, None, None);
+    return result;
+}
+
+void Controls::showSizes()
+{
+    const int counts[] = {info().sizeZ, info().sizeT, info().sizeP};
+    SectionScale* const scales[] = {&zScale, &tScale, &pScale};
+    for (std::size_t i = 0; i < std::size(scales); ++i) {
+        scales[i]->count = counts[i];
+        if (scales[i]->present) // a scale needs two values at least
+            XtVaSetValues(scales[i]->scale, XmNmaximum, std::max(2, counts[i]), nullptr);
+    }
+    const std::array several{true, info().sizeZ > 1, info().sizeW > 1, info().sizeT > 1}; // by PanelStyle
+    for (std::size_t style = 0; style < several.size(); ++style)
+        XtSetSensitive(menus.panelToggles[style], several[style] ? True : False);
+}
+
+bool Controls::hasScalesFor(const image::ImageInfo& other) const
+{
+    const auto fits = [](const SectionScale& scale, int count) { return scale.present || count < 2; };
+    return fits(zScale, other.sizeZ) && fits(tScale, other.sizeT) && fits(pScale, other.sizeP);
+}
+
+// There is no scale where there is nothing to choose: the panels show the whole dimension, or more sections
+// have yet to come.
+void Controls::showScale(SectionScale& section, int index, int lastIndex, bool panelled)
+{
+    if (!section.present)
+        return;
+    if (lastIndex > 0) // the user may have moved the scale to where the view cannot follow
+        XmScaleSetValue(section.scale, index + 1);
+    setManaged(section.scale, lastIndex > 0);
+    setManaged(section.row, lastIndex > 0 || !panelled);
+    const int last = panelled ? section.count - lastIndex + index : index + 1;
+    const std::string shown = std::to_string(index + 1) + (panelled ? " - " + std::to_string(last) : "");
+    setLabel(section.value, shown + " / " + std::to_string(section.count));
+}
+
+void Controls::showScaleBar(bool shown)
+{
+    XmToggleButtonSetState(menus.scaleBarToggle, shown ? True : False, False);
+    XtSetSensitive(menus.scaleBarToggle, info().calibrated ? True : False);
+}
+
+void Controls::showView(const View& view)
+{
+    const View last = lastSection(info(), view);
+    showScale(zScale, view.z, last.z, view.style == protocol::ZPanels);
+    showScale(tScale, view.t, last.t, view.style == protocol::TimePanels);
+    showScale(pScale, view.p, last.p, false);
+    showToggles(view);
+    for (std::size_t style = 0; style < menus.panelToggles.size(); ++style)
+        XmToggleButtonSetState(menus.panelToggles[style],
+                               static_cast<int>(style) == view.style ? True : False, False);
+    layOut();
+}
+
+} // namespace viewer

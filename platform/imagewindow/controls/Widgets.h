@@ -1,0 +1,18 @@
+// Small helpers for Motif widgets that several parts of the window share.
+#pragma once
+
+#include "platform/imagewindow/view/Palette.h"
+
+#include <X11/Intrinsic.h>
+
+#include <string>
+
+namespace viewer {
+
+// The pixel of a colour in the widget's colormap; white when none is free.
+Pixel allocateColor(Widget widget, const Rgb& color);
+
+// Sets the text of a label, button or toggle.
+void setLabel(Widget label, const std::string& utf8);
+
+} // namespace viewer

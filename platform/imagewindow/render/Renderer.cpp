@@ -1,0 +1,192 @@
+#include "platform/imagewindow/render/Renderer.h"
+
+#include "platform/image/WorkerPool.h"
+#include "platform/imagewindow/render/Contrast.h"
+
+#include <algorithm>
+#include <set>
+
+namespace viewer {
+
+namespace {
+
+constexpr long contrastSamples = 1L << 18; // of one wavelength, over all panels
+constexpr int bandRows = 64;               // tile rows that one work item composes
+
+image::SectionIndex sectionOf(const PanelContent& panel, int wavelength)
+{
+    return {panel.z, wavelength, panel.t, panel.p};
+}
+
+std::array<int, 4> keyOf(const image::SectionIndex& section)
+{
+    return {section.z, section.w, section.t, section.p};
+}
+
+// Copies one composed tile row to a canvas row.
+void expandRow(const std::uint32_t* row, const std::vector<int>& columns, std::uint32_t* out)
+{
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        out[i] = row[columns[i]];
+}
+
+} // namespace
+
+void Renderer::setFile(image::ImageFile& newFile)
+{
+    file = &newFile;
+    tiles.clear();
+    fitted.clear();
+}
+
+std::string Renderer::load(const protocol::Geometry& newGeometry, const std::vector<PanelContent>& newPanels)
+{
+    geometry = newGeometry;
+    panels = newPanels;
+    const TileFrame newFrame = tileFrame(geometry);
+    if (newFrame != frame)
+        tiles.clear();
+    frame = newFrame;
+    std::string error = loadTiles();
+    fitMissingLimits();
+    return error;
+}
+
+std::string Renderer::loadTiles()
+{
+    std::string firstError;
+    std::map<SectionKey, std::vector<float>> kept;
+    for (const PanelContent& panel : panels)
+        for (int w : panel.wavelengths) {
+            const image::SectionIndex section = sectionOf(panel, w);
+            if (const auto found = tiles.find(keyOf(section)); found != tiles.end()) {
+                kept[keyOf(section)] = std::move(found->second);
+                continue;
+            }
+            std::string error;
+            if (auto values = readTile(*file, section, frame, error))
+                kept[keyOf(section)] = std::move(*values);
+            else if (firstError.empty())
+                firstError = error;
+        }
+    tiles = std::move(kept);
+    return firstError;
+}
+
+void Renderer::fitMissingLimits()
+{
+    std::set<int> wavelengths;
+    for (const PanelContent& panel : panels)
+        wavelengths.insert(panel.wavelengths.begin(), panel.wavelengths.end());
+    std::vector<int> missing;
+    std::copy_if(wavelengths.begin(), wavelengths.end(), std::back_inserter(missing),
+                 [&](int w) { return !fitted.contains(w); });
+    std::vector<std::optional<ContrastLimits>> found(missing.size());
+    image::parallelFor(static_cast<int>(missing.size()), [&](int i) {
+        const auto index = static_cast<std::size_t>(i);
+        found[index] = limitsOfSections(missing[index]);
+    });
+    for (std::size_t i = 0; i < missing.size(); ++i)
+        if (found[i])
+            fitted[missing[i]] = *found[i];
+}
+
+void Renderer::setAutomatic()
+{
+    manual.clear();
+    fitted.clear();
+    fitMissingLimits();
+}
+
+// One pair of limits for all panels, or they could not be compared. Nothing when none of the sections can be
+// read.
+std::optional<ContrastLimits> Renderer::limitsOfSections(int wavelength) const
+{
+    if (const auto fixed = fixedLimits(file->info(), wavelength))
+        return *fixed;
+    std::vector<float> values;
+    std::set<SectionKey> seen;
+    for (const PanelContent& panel : panels) {
+        const image::SectionIndex section = sectionOf(panel, wavelength);
+        if (!seen.insert(keyOf(section)).second)
+            continue;
+        const auto sample = sampleSection(*file, section, contrastSamples / static_cast<long>(panels.size()));
+        values.insert(values.end(), sample.begin(), sample.end());
+    }
+    return values.empty() ? std::nullopt : std::optional(automaticLimits(values));
+}
+
+ContrastLimits Renderer::limits(int wavelength) const
+{
+    if (const auto found = manual.find(wavelength); found != manual.end())
+        return found->second;
+    const auto found = fitted.find(wavelength);
+    return found != fitted.end() ? found->second : ContrastLimits{0, 1};
+}
+
+std::vector<CompositeChannel> Renderer::channelsOf(const PanelContent& panel) const
+{
+    std::vector<CompositeChannel> channels;
+    for (std::size_t i = 0; i < panel.wavelengths.size(); ++i) {
+        const int w = panel.wavelengths[i];
+        const auto tile = tiles.find(keyOf(sectionOf(panel, w)));
+        if (tile != tiles.end())
+            channels.push_back({tile->second, limits(w), palette[static_cast<std::size_t>(panel.colors[i])]});
+    }
+    return channels;
+}
+
+void Renderer::drawPanel(int index, std::span<std::uint32_t> pixels, int width, int height) const
+{
+    const int left = index % geometry.columns * (geometry.panelWidth + geometry.gap);
+    const int top = index / geometry.columns * (geometry.panelHeight + geometry.gap);
+    const int columnCount = std::min(geometry.panelWidth, width - left);
+    const int rowCount = std::min(geometry.panelHeight, height - top);
+    if (columnCount <= 0 || rowCount <= 0)
+        return;
+    const std::vector<CompositeChannel> channels = channelsOf(panels[static_cast<std::size_t>(index)]);
+    const std::vector<int> columns = tileColumns(frame, columnCount), rows = tileRows(frame, rowCount);
+    image::parallelFor((frame.height + bandRows - 1) / bandRows, [&](int band) {
+        const int first = band * bandRows, last = std::min(first + bandRows, frame.height);
+        const std::size_t offset = static_cast<std::size_t>(first) * static_cast<std::size_t>(frame.width);
+        std::vector<std::uint32_t> composed(static_cast<std::size_t>(last - first) *
+                                            static_cast<std::size_t>(frame.width));
+        std::vector<CompositeChannel> slices = channels;
+        for (CompositeChannel& slice : slices)
+            slice.values = slice.values.subspan(offset, composed.size());
+        compose(slices, composed);
+        for (auto row = std::lower_bound(rows.begin(), rows.end(), first); row != rows.end() && *row < last;
+             ++row) {
+            const std::size_t y = static_cast<std::size_t>(top + (row - rows.begin()));
+            expandRow(composed.data() + static_cast<std::size_t>(*row - first) * frame.width, columns,
+                      pixels.data() + y * static_cast<std::size_t>(width) + left);
+        }
+    });
+}
+
+void Renderer::draw(std::span<std::uint32_t> pixels, int width, int height) const
+{
+    if (panels.size() > 1)
+        std::fill(pixels.begin(), pixels.end(), surroundPixel);
+    for (int panel = 0; panel < static_cast<int>(panels.size()); ++panel)
+        drawPanel(panel, pixels, width, height);
+}
+
+std::optional<float> Renderer::valueAt(int panel, int wavelength, int x, int y) const
+{
+    if (panel < 0 || panel >= static_cast<int>(panels.size()))
+        return std::nullopt;
+    const image::SectionIndex section = sectionOf(panels[static_cast<std::size_t>(panel)], wavelength);
+    const auto tile = tiles.find(keyOf(section));
+    const int column = x - frame.xFirst, row = y - frame.yFirst;
+    if (frame.magnified && tile != tiles.end() && column >= 0 && row >= 0 && column < frame.width &&
+        row < frame.height)
+        return tile->second[static_cast<std::size_t>(row) * static_cast<std::size_t>(frame.width) +
+                            static_cast<std::size_t>(column)];
+    float value = 0;
+    if (!file->hasSection(section) || !file->read(section, {x, y, x, y}, std::span(&value, 1)))
+        return std::nullopt;
+    return value;
+}
+
+} // namespace viewer

@@ -1,0 +1,66 @@
+// Turns the image file and the view into the pixels of the canvas. Keeps the floats of the visible region and
+// the contrast limits, so that showing a wavelength again or moving a limit reads nothing. No X; one per
+// window, used from the window's thread.
+#pragma once
+
+#include "platform/imagewindow/render/Composite.h"
+#include "platform/imagewindow/render/Tile.h"
+#include "platform/imagewindow/view/View.h"
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace viewer {
+
+constexpr std::uint32_t surroundPixel = 0x16181B; // gaps between panels and places without a panel
+
+class Renderer {
+public:
+    // The file must outlive the renderer or be replaced by setFile().
+    explicit Renderer(image::ImageFile& file) : file(&file) {}
+
+    // Forgets what was read from the previous file (a growing file that was opened anew); limits that were
+    // set by hand stay.
+    void setFile(image::ImageFile& newFile);
+
+    // Reads what the panels need and is not at hand yet. Returns the sentence of the first failure, empty
+    // when all is there. What cannot be read stays black and is tried again by the next load().
+    std::string load(const protocol::Geometry& newGeometry, const std::vector<PanelContent>& newPanels);
+
+    // Fills pixels, width * height of the canvas row by row, with what load() has prepared.
+    void draw(std::span<std::uint32_t> pixels, int width, int height) const;
+
+    // The value of data pixel (x, y) in a panel, from memory when the zoom shows data pixels, else from the
+    // file.
+    std::optional<float> valueAt(int panel, int wavelength, int x, int y) const;
+
+    // Contrast of a wavelength: set by hand, or fitted to the sections on display when it was first shown and
+    // kept from then on, so that sections can be compared.
+    ContrastLimits limits(int wavelength) const;
+    void setLimits(int wavelength, const ContrastLimits& limits) { manual[wavelength] = limits; }
+    // Fits all limits to what is on display; drops those that were set by hand.
+    void setAutomatic();
+
+private:
+    using SectionKey = std::array<int, 4>; // z, w, t, p
+
+    std::string loadTiles();
+    void fitMissingLimits();
+    std::optional<ContrastLimits> limitsOfSections(int wavelength) const;
+    std::vector<CompositeChannel> channelsOf(const PanelContent& panel) const;
+    void drawPanel(int index, std::span<std::uint32_t> pixels, int width, int height) const;
+
+    image::ImageFile* file;
+    protocol::Geometry geometry;
+    std::vector<PanelContent> panels;
+    TileFrame frame;
+    std::map<SectionKey, std::vector<float>> tiles; // of this frame
+    std::map<int, ContrastLimits> fitted, manual;   // by wavelength
+};
+
+} // namespace viewer

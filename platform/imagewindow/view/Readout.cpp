@@ -1,0 +1,57 @@
+#include "platform/imagewindow/view/Readout.h"
+
+#include <cstdio>
+
+namespace viewer {
+
+namespace {
+
+template<typename... Values> std::string format(const char* pattern, Values... values)
+{
+    char text[256];
+    std::snprintf(text, sizeof text, pattern, values...);
+    return text;
+}
+
+} // namespace
+
+std::string wavelengthName(const image::ImageInfo& info, int wavelength)
+{
+    const image::Wavelength& wave = info.wavelengths[static_cast<std::size_t>(wavelength)];
+    if (!wave.name.empty())
+        return wave.name;
+    return wave.nanometres > 0 ? format("%g nm", static_cast<double>(wave.nanometres))
+                               : format("w %d", wavelength + 1);
+}
+
+std::string pixelText(const std::string& caption, int x, int y, const std::vector<WavelengthValue>& values)
+{
+    std::string text = caption.empty() ? "" : caption + "   ";
+    text += format("x %d  y %d", x, y);
+    for (const WavelengthValue& entry : values)
+        text += "   " + entry.name + " " +
+                (entry.value ? format("%.7g", static_cast<double>(*entry.value)) : std::string("-"));
+    return text;
+}
+
+std::string stageText(const image::ImageFile& file, const image::SectionIndex& section, double x, double y)
+{
+    const image::ImageInfo& info = file.info();
+    if (!info.calibrated)
+        return "";
+    const auto header = [&](int field) { return file.extendedHeader(section, field); };
+    const auto stageX = header(image::StageXMicrons), stageY = header(image::StageYMicrons);
+    std::string text =
+        format("%s %.2f, %.2f", stageX && stageY ? "stage" : "position",
+               stageX.value_or(0) + x * info.spacing[0], stageY.value_or(0) + y * info.spacing[1]);
+    if (const auto z = header(image::StageZMicrons))
+        text += format(", %.2f", *z);
+    else if (info.sizeZ > 1)
+        text += format(", %.2f", section.z * static_cast<double>(info.spacing[2]));
+    text += " µm";
+    if (const auto time = header(image::TimeStampSeconds); time && info.sizeT > 1)
+        text += format("   %.7g s", *time);
+    return text;
+}
+
+} // namespace viewer

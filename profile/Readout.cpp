@@ -1,0 +1,42 @@
+#include "profile/Mapping.h"
+#include "profile/Plot.h"
+#include "profile/Profile.h"
+
+#include <Xm/DrawingA.h>
+
+static int insidePlot(int x, int y, Dimension W, Dimension H)
+{
+    return x >= 0 && x < W && y >= 0 && y < H;
+}
+
+// Draws the readout for row y straight onto the window: the next redraw of the plot wipes it.
+static void drawReadout(Widget area, int x, int y, Dimension W, Dimension H, const char* text)
+{
+    Display* display = XtDisplay(area);
+    XSetForeground(display, plot.plotGC, plot.plotColors[colorYellow]);
+    XSetLineAttributes(display, plot.plotGC, 1, LineOnOffDash, CapButt, JoinMiter);
+    XDrawLine(display, XtWindow(area), plot.plotGC, 0, y, W - 1, y);
+    TextPosition at = placeReadout(x, y, W, H, plot.lineHeight);
+    drawPlotText(XtWindow(area), at.x, at.y, text);
+}
+
+static void readOutAt(Widget area, int x, int y)
+{
+    Dimension W = 0, H = 0;
+    XtVaGetValues(area, XmNwidth, &W, XmNheight, &H, nullptr);
+    float range = profile.scaleMax - profile.scaleMin;
+    if (!insidePlot(x, y, W, H) || profile.sampleCount <= 0 || !(range > 0.0f))
+        return;
+    char text[64];
+    formatReadout(valueAtRow(profile.scaleMin, profile.scaleMax, H, y), range, text, sizeof text);
+    drawProfile(1);
+    drawReadout(area, x, y, W, H, text);
+}
+
+void plotInput(Widget widget, XtPointer, XtPointer callData)
+{
+    // Button, motion and key events, the only ones that come here, have the pointer position in the same
+    // place.
+    const XEvent* event = static_cast<XmDrawingAreaCallbackStruct*>(callData)->event;
+    readOutAt(widget, event->xbutton.x, event->xbutton.y);
+}

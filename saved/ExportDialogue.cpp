@@ -1,0 +1,84 @@
+#include "saved/SavedProfiles.h"
+#include "saved/Sylk.h"
+#include "shell/Message.h"
+
+#include <OrUtils.h>
+#include <WMEnh.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <libgen.h>
+#include <unistd.h>
+
+// Module state: what the file chooser proposes. Made from the first saved profile at the first export; after
+// that, whatever the chooser has left.
+constexpr int pathCapacity = 256;
+static_assert(pathCapacity == ORVEL_NAME_SIZE);
+static int exportFirstUse = 1;
+static char exportDirectory[pathCapacity];
+static char exportFilter[pathCapacity];
+static char exportDefaultName[pathCapacity];
+static char exportPath[pathCapacity];
+static char exportSourceName[pathCapacity];
+
+// target has pathCapacity bytes; what is longer is cut.
+static void copyPath(char* target, const char* source)
+{
+    std::strncpy(target, source, pathCapacity - 1);
+    target[pathCapacity - 1] = '\0';
+}
+
+static void prepareDefaults()
+{
+    copyPath(exportSourceName, savedProfiles[0]->imageName);
+    OrvelGenerateFileName(exportSourceName, "PRF", "slk", exportDefaultName);
+    copyPath(exportFilter, "*.slk");
+    if (OrvelIsADatabaseURI(exportSourceName)) {
+        copyPath(exportDirectory, OrvelGetVerifyDataDirectory());
+    } else {
+        char* duplicate = strdup(exportSourceName);
+        copyPath(exportDirectory, dirname(duplicate));
+        std::free(duplicate);
+    }
+    exportFirstUse = 0;
+}
+
+static int choosePath()
+{
+    WMSetGetFileSrc("ZVE_DEF_DIR:", "SYLK_EXT:");
+    WMSetCenterOnScreen(1);
+    return WMInlineFileChooser("Save as SYLK Spreadsheet", exportDirectory, exportFilter, pathCapacity, 12,
+                               exportDefaultName, exportPath, 0, 0, 0);
+}
+
+// An existing file is removed once the user agrees. 0 when the user declines.
+static int makeWay()
+{
+    if (access(exportPath, F_OK) != 0)
+        return 1;
+    WMSetCenterOnScreen(1);
+    if (!WMConfirm("File already exists.\nDo you want to Overwrite it?"))
+        return 0;
+    unlink(exportPath);
+    return 1;
+}
+
+void writeSavedProfiles(Widget, XtPointer, XtPointer)
+{
+    if (savedCount < 1) {
+        WMShowWarning("No profiles have been saved");
+        return;
+    }
+    if (exportFirstUse)
+        prepareDefaults();
+    if (!choosePath() || !makeWay())
+        return;
+    FILE* file = fopen64(exportPath, "w");
+    if (!file)
+        return;
+    writeSylk(file, savedProfiles, savedCount, settings.showFwhm);
+    std::fclose(file);
+    showMessage("File %s saved.", exportPath);
+    clearSavedProfiles(nullptr, nullptr, nullptr);
+}

@@ -1,0 +1,59 @@
+#include "shell/Shutdown.h"
+
+#include "profile/Plot.h"
+#include "segment/Segment.h"
+#include "shell/InputLock.h"
+#include "shell/ToolWindow.h"
+
+#include <IWL.h>
+#include <WMEnh.h>
+
+#include <cstdlib>
+
+static void releaseInputLock()
+{
+    if (lockId != 0)
+        WMReleaseMonitorLock(lockId);
+}
+
+static void releasePlotPixmap()
+{
+    if (plot.plotPixmap != None)
+        freePlotPixmap(XtDisplay(toolWindow.toolShell));
+}
+
+void quitTool(Widget, XtPointer, XtPointer)
+{
+    WMCancelDisplayChange(imageSlot);
+    WMCancelEventHandler(imageSlot, ButtonPressMask);
+    WMCancelEventHandler(imageSlot, EnterWindowMask);
+    IWGrRmAllGrID(imageSlot);
+    IWDisplay(imageSlot);
+    releaseInputLock();
+    IMClose(imageSlot);
+    releasePlotPixmap();
+    std::exit(0);
+}
+
+// The image window is going away, and with it all that the other ending acts on: graphics, image, enter
+// events.
+static void endWithImageWindow()
+{
+    WMCancelDisplayChange(imageSlot);
+    WMCancelEventHandler(imageSlot, ButtonPressMask);
+    releaseInputLock();
+    releasePlotPixmap();
+    std::exit(0);
+}
+
+int ProcDisChange(int, WMDisplayChange* change, void*)
+{
+    if (change->code == WM_DISPLAY_CLOSED)
+        endWithImageWindow();
+    return drawProfile(1);
+}
+
+int EnterWindow(XEvent*, void*)
+{
+    return acquireInputLock();
+}
