@@ -1,5 +1,6 @@
 #include "profile/Profile.h"
 
+#include "profile/Patch.h"
 #include "profile/Truncation.h"
 #include "segment/Segment.h"
 
@@ -19,12 +20,6 @@ int32_t channelColorIndex[maxChannels];
 ProfileSettings settings;
 static float* passSamples[maxChannels];
 static PixelPoint* passPoints;
-
-// Up to this many pixels the segment's whole bounding rectangle is read at once; above, the samples are read
-// in consecutive rectangles of at most patchPixels along the walk, so that a long diagonal doesn't need
-// gigabytes.
-constexpr int64_t wholePatchPixels = int64_t{16} << 20;
-constexpr int64_t patchPixels = int64_t{1} << 20;
 
 struct Section {
     int z, t, p;
@@ -120,21 +115,17 @@ static int hasArrived(int w, int z)
     return top > 0 && top > z;
 }
 
-// Reads the samples of one wavelength from the positioned section, run by run. 0 when a read fails.
+// Reads the samples of one wavelength from the positioned section, patch by patch. 0 when a read fails.
 static int readSamples(const Pass& pass, float* samples)
 {
-    int64_t limit = pass.pixels <= wholePatchPixels ? wholePatchPixels : patchPixels;
     for (int32_t first = 0; first < pass.points;) {
-        int32_t end = runEnd(passPoints, pass.points, first, limit);
-        PixelRect rect = boundingRect(passPoints[first], passPoints[end - 1]);
-        int nx = rect.width();
-        if (IMRdPas(imageSlot, pass.patch, nx, rect.height(), rect.xFirst, rect.xLast, rect.yFirst,
+        Patch patch = patchAt(passPoints, pass.points, first, pass.pixels);
+        const PixelRect& rect = patch.rect;
+        if (IMRdPas(imageSlot, pass.patch, rect.width(), rect.height(), rect.xFirst, rect.xLast, rect.yFirst,
                     rect.yLast) != 0)
             return 0;
-        for (int32_t i = first; i < end; i++)
-            samples[i] =
-                pass.patch[(passPoints[i].x - rect.xFirst) + int64_t{passPoints[i].y - rect.yFirst} * nx];
-        first = end;
+        pickSamples(patch, passPoints, pass.patch, samples);
+        first = patch.end;
     }
     return 1;
 }
@@ -194,8 +185,8 @@ int sampleProfile()
         emptyProfile();
         return 0;
     }
-    int64_t room = pass.pixels <= wholePatchPixels ? pass.pixels : patchPixels;
-    pass.patch = static_cast<float*>(std::malloc(static_cast<size_t>(room) * sizeof(float)));
+    pass.patch =
+        static_cast<float*>(std::malloc(static_cast<size_t>(patchRoom(pass.pixels)) * sizeof(float)));
     Section section = displayedSection();
     pass.range = startRange(nw);
     int complete = takeChannels(&pass, nw, colors, section);
