@@ -1,6 +1,7 @@
 #include "platform/image/Dataset.h"
 
 #include "platform/image/Error.h"
+#include "platform/image/Plausible.h"
 
 #include <algorithm>
 
@@ -101,6 +102,19 @@ static std::string sampleName(const std::string& channel, int sample)
     return channel.empty() ? colors[sample] : channel + " " + colors[sample];
 }
 
+void setSpacing(ImageInfo& info, const std::array<std::optional<double>, 3>& microns)
+{
+    const std::optional<float> x = plausibleSpacing(microns[0]), y = plausibleSpacing(microns[1]),
+                               z = plausibleSpacing(microns[2]);
+    info.calibrated = x || y;
+    if (!info.calibrated)
+        return;
+    info.zCalibrated = z.has_value();
+    info.spacing[0] = x ? *x : *y;
+    info.spacing[1] = y ? *y : *x;
+    info.spacing[2] = z.value_or(1);
+}
+
 void setWavelengths(Dataset& dataset, const Plane& plane, std::span<ColorHint> hints,
                     std::span<const std::string> channelNames)
 {
@@ -111,7 +125,8 @@ void setWavelengths(Dataset& dataset, const Plane& plane, std::span<ColorHint> h
         const int sample = w % dataset.samplesPerPlane;
         const std::string name = channel < channelNames.size() ? channelNames[channel] : std::string();
         const bool rgb = isRgb(plane) && dataset.samplesPerPlane >= 3 && sample < 3;
-        dataset.info.wavelengths[static_cast<std::size_t>(w)].name = rgb ? sampleName(name, sample) : name;
+        dataset.info.wavelengths[static_cast<std::size_t>(w)].name =
+            plausibleText(rgb ? sampleName(name, sample) : name);
         if (rgb)
             hints[static_cast<std::size_t>(w)].color =
                 displayColors[static_cast<std::size_t>(colors[sample])];

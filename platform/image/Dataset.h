@@ -54,6 +54,10 @@ void setSizes(Dataset& dataset, std::int64_t z, std::int64_t wavelengths, std::i
 // Sets width, height and pixel type from a plane of the file.
 void setGeometry(Dataset& dataset, const Plane& plane);
 
+// Sets the pixel spacing and what is calibrated: x and y take each other's where one is not to be had; without
+// both, z is none either.
+void setSpacing(ImageInfo& info, const std::array<std::optional<double>, 3>& microns);
+
 // Whether the samples of a pixel are red, green and blue.
 bool isRgb(const Plane& plane);
 

@@ -51,9 +51,11 @@ struct ImageInfo {
     int sizeZ = 1, sizeW = 1, sizeT = 1, sizeP = 1;
     PixelType pixelType = PixelType::UInt8;
     float spacing[3] = {1, 1, 1};        // pixel spacing x, y, z in microns
-    bool calibrated = false;             // false: spacing is the default of 1.0
+    bool calibrated = false;             // false: the spacing of x and y is the default of 1.0
+    bool zCalibrated = false;            // false: that of z is; true only where calibrated is
     std::vector<Wavelength> wavelengths; // sizeW entries
     std::string format;                  // for the user, e.g. "OME-TIFF, 3 files" or "ImageJ hyperstack"
+    std::vector<std::string> remarks;    // for the user: what the file has and the image lacks, a sentence each
 };
 
 // Fields of the extended header of a section.

@@ -3,6 +3,7 @@
 #include "platform/image/Dataset.h"
 #include "platform/image/Error.h"
 #include "platform/image/ImageJMetadata.h"
+#include "platform/image/Plausible.h"
 
 #include <algorithm>
 
@@ -56,21 +57,23 @@ static void placePlanes(Dataset& dataset, const OpenedFile& opened, const Plane&
     }
 }
 
-static void setSpacing(Dataset& dataset, const ImageJMetadata& metadata, const OpenedFile& opened)
+// The resolution tags give pixels per unit; the description gives the unit and the spacing of z.
+static std::array<std::optional<double>, 3> spacingOf(const ImageJMetadata& metadata,
+                                                      const OpenedFile& opened)
 {
     const std::uint64_t page = opened.tiff->pages()[0].offset;
-    const std::optional<double> x = opened.tiff->tags().rational(page, TagXResolution);
-    const std::optional<double> y = opened.tiff->tags().rational(page, TagYResolution);
-    if (!metadata.unitMicrons[0] || !x || *x <= 0)
-        return;
-    ImageInfo& info = dataset.info;
-    info.calibrated = true;
-    info.spacing[0] = static_cast<float>(*metadata.unitMicrons[0] / *x);
-    info.spacing[1] = y && *y > 0 && metadata.unitMicrons[1]
-                          ? static_cast<float>(*metadata.unitMicrons[1] / *y)
-                          : info.spacing[0];
+    std::array<std::optional<double>, 3> microns;
+    for (const int axis : {0, 1}) {
+        const TiffTag tag = axis == 0 ? TagXResolution : TagYResolution;
+        const std::optional<double> pixelsPerUnit = opened.tiff->tags().rational(page, tag);
+        if (pixelsPerUnit && *pixelsPerUnit > 0 && metadata.unitMicrons[axis])
+            microns[static_cast<std::size_t>(axis)] = *metadata.unitMicrons[axis] / *pixelsPerUnit;
+    }
+    if (!microns[0])
+        return {};
     if (metadata.zSpacing && metadata.unitMicrons[2])
-        info.spacing[2] = static_cast<float>(*metadata.zSpacing * *metadata.unitMicrons[2]);
+        microns[2] = *metadata.zSpacing * *metadata.unitMicrons[2];
+    return microns;
 }
 
 static void setDisplay(Dataset& dataset, const ImageJMetadata& metadata, const Plane& plane)
@@ -84,14 +87,16 @@ static void setDisplay(Dataset& dataset, const ImageJMetadata& metadata, const P
     setWavelengths(dataset, plane, hints);
     if (metadata.signed16 || isRgb(plane))
         return; // ranges refer to other values than those that are read
-    for (std::size_t w = 0; w < hints.size() && w < metadata.ranges.size(); ++w) {
-        dataset.info.wavelengths[w].displayMin = static_cast<float>(metadata.ranges[w].first);
-        dataset.info.wavelengths[w].displayMax = static_cast<float>(metadata.ranges[w].second);
-    }
-    if (metadata.ranges.empty() && hints.size() == 1 && metadata.min && metadata.max) {
-        dataset.info.wavelengths[0].displayMin = static_cast<float>(*metadata.min);
-        dataset.info.wavelengths[0].displayMax = static_cast<float>(*metadata.max);
-    }
+    const auto setRange = [&](std::size_t w, std::optional<double> min, std::optional<double> max) {
+        if (!plausible(min) || !plausible(max))
+            return;
+        dataset.info.wavelengths[w].displayMin = static_cast<float>(*min);
+        dataset.info.wavelengths[w].displayMax = static_cast<float>(*max);
+    };
+    for (std::size_t w = 0; w < hints.size() && w < metadata.ranges.size(); ++w)
+        setRange(w, metadata.ranges[w].first, metadata.ranges[w].second);
+    if (metadata.ranges.empty() && hints.size() == 1)
+        setRange(0, metadata.min, metadata.max);
 }
 
 Dataset readImageJDataset(const OpenedFile& opened)
@@ -106,7 +111,7 @@ Dataset readImageJDataset(const OpenedFile& opened)
     setImageJSizes(dataset, metadata, static_cast<std::int64_t>(pages.size()));
     setGeometry(dataset, *plane);
     placePlanes(dataset, opened, *plane, metadata.images);
-    setSpacing(dataset, metadata, opened);
+    setSpacing(dataset.info, spacingOf(metadata, opened));
     setDisplay(dataset, metadata, *plane);
     if (metadata.signed16 && plane->type == SampleType::U16) {
         dataset.valueOffset = -32768;

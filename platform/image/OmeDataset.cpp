@@ -34,7 +34,6 @@ private:
     void place(const OmeImage& image, std::int64_t raster, int p, Place where);
     void checkPage(Place where);
     void setValues(int p);
-    void setSpacing();
     void setChannels(const Plane& plane);
     const OmeChannel* channelOf(const OmeImage& image, int wavelength) const;
     std::string format() const;
@@ -241,18 +240,6 @@ void OmeReader::setValues(int p)
     }
 }
 
-void OmeReader::setSpacing()
-{
-    const auto& spacing = reference->spacing;
-    ImageInfo& info = dataset.info;
-    info.calibrated = spacing[0] || spacing[1];
-    if (!info.calibrated)
-        return;
-    info.spacing[0] = static_cast<float>(spacing[0] ? *spacing[0] : *spacing[1]);
-    info.spacing[1] = static_cast<float>(spacing[1] ? *spacing[1] : *spacing[0]);
-    info.spacing[2] = static_cast<float>(spacing[2].value_or(1.0));
-}
-
 // The Channel element of a wavelength: one for each plane, or (with some writers) one for each sample.
 const OmeChannel* OmeReader::channelOf(const OmeImage& image, int wavelength) const
 {
@@ -315,7 +302,7 @@ Dataset OmeReader::read()
     }
     if (dataset.places.empty())
         throw FormatError("it holds none of the planes that its metadata name");
-    setSpacing();
+    setSpacing(dataset.info, reference->spacing);
     setChannels(*plane);
     dataset.info.format = format();
     return std::move(dataset);

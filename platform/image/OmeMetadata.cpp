@@ -1,6 +1,7 @@
 #include "platform/image/OmeMetadata.h"
 
 #include "platform/image/Error.h"
+#include "platform/image/Plausible.h"
 #include "platform/image/Units.h"
 
 #include <algorithm>
@@ -84,7 +85,7 @@ static std::optional<double> nanometresPer(std::string_view unit)
 static std::optional<double> wavelength(xml_node node, const char* attribute)
 {
     const std::optional<double> value = quantity(node, attribute, nanometresPer);
-    return value && *value > 0 && *value < 1e6 ? value : std::nullopt;
+    return value && *value > 1 && *value < 1e6 ? value : std::nullopt;
 }
 
 static std::optional<SampleType> sampleType(std::string_view name)
@@ -114,7 +115,7 @@ static Detectors detectors(xml_node root)
     Detectors result;
     forEachChild(root, "Instrument", [&](xml_node instrument) {
         forEachChild(instrument, "Detector", [&](xml_node detector) {
-            if (const auto offset = number(detector, "Offset"))
+            if (const auto offset = plausible(number(detector, "Offset")))
                 result[detector.attribute("ID").value()] = *offset;
         });
     });
@@ -125,7 +126,7 @@ static Detectors detectors(xml_node root)
 static OmeChannel channel(xml_node node, const Detectors& known)
 {
     OmeChannel result;
-    result.name = node.attribute("Name").value();
+    result.name = plausibleText(node.attribute("Name").value());
     result.samples =
         static_cast<int>(std::clamp<std::int64_t>(integer(node, "SamplesPerPixel").value_or(0), 0, 4096));
     result.hint.emission = wavelength(node, "EmissionWavelength");
@@ -140,7 +141,7 @@ static OmeChannel channel(xml_node node, const Detectors& known)
                                 static_cast<std::uint8_t>(rgba >> 8)};
     }
     const xml_node settings = child(node, "DetectorSettings");
-    result.detectorOffset = number(settings, "Offset");
+    result.detectorOffset = plausible(number(settings, "Offset"));
     const auto detector = known.find(settings.attribute("ID").value());
     if (!result.detectorOffset && detector != known.end())
         result.detectorOffset = detector->second;
@@ -156,8 +157,8 @@ static OmeTiffData tiffData(xml_node node)
     result.firstC = integer(node, "FirstC").value_or(0);
     result.firstT = integer(node, "FirstT").value_or(0);
     const xml_node uuid = child(node, "UUID");
-    result.fileName = uuid.attribute("FileName").value();
-    result.uuid = uuid.text().get();
+    result.fileName = plausibleText(uuid.attribute("FileName").value());
+    result.uuid = plausibleText(uuid.text().get());
     return result;
 }
 
@@ -167,16 +168,16 @@ static OmePlane plane(xml_node node)
     result.z = integer(node, "TheZ").value_or(0);
     result.c = integer(node, "TheC").value_or(0);
     result.t = integer(node, "TheT").value_or(0);
-    result.deltaT = quantity(node, "DeltaT", secondsPer);
+    result.deltaT = plausible(quantity(node, "DeltaT", secondsPer));
     // Before 2010 these stood in elements of their own.
     if (const xml_node timing = child(node, "PlaneTiming"); timing && !result.deltaT)
-        result.deltaT = quantity(timing, "DeltaT", secondsPer);
+        result.deltaT = plausible(quantity(timing, "DeltaT", secondsPer));
     static const char* const names[3] = {"PositionX", "PositionY", "PositionZ"};
     const xml_node stage = child(node, "StagePosition");
     for (int axis = 0; axis < 3; ++axis) {
-        result.position[axis] = quantity(node, names[axis], micronsPer);
+        result.position[axis] = plausible(quantity(node, names[axis], micronsPer));
         if (stage && !result.position[axis])
-            result.position[axis] = quantity(stage, names[axis], micronsPer);
+            result.position[axis] = plausible(quantity(stage, names[axis], micronsPer));
     }
     return result;
 }
@@ -232,9 +233,9 @@ OmeDocument parseOme(std::string text)
         throw FormatError(std::string("its OME metadata is damaged: ") + parsed.description());
     const xml_node root = child(xml, "OME");
     OmeDocument result;
-    result.uuid = root.attribute("UUID").value();
+    result.uuid = plausibleText(root.attribute("UUID").value());
     if (const xml_node binaryOnly = child(root, "BinaryOnly")) {
-        result.metadataFile = binaryOnly.attribute("MetadataFile").value();
+        result.metadataFile = plausibleText(binaryOnly.attribute("MetadataFile").value());
         return result;
     }
     const Detectors known = detectors(root);

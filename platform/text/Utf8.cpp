@@ -59,4 +59,16 @@ void appendUtf8(std::string& out, char32_t code)
         out += static_cast<char>(0x80 | (code >> (6 * i) & 0x3F));
 }
 
+std::string shortened(std::string_view text, size_t maxCharacters)
+{
+    size_t end = 0, cut = 0; // after the last character looked at, and after the last that leaves room
+    for (size_t count = 0; end < text.size(); ++count) {
+        if (count == maxCharacters)
+            return std::string(text.substr(0, cut)) + "\u2026";
+        end += decodeUtf8(text, end).length;
+        cut = count + 1 < maxCharacters ? end : cut;
+    }
+    return std::string(text);
+}
+
 } // namespace text

@@ -18,4 +18,8 @@ Character decodeUtf8(std::string_view text, size_t start);
 
 void appendUtf8(std::string& out, char32_t code);
 
+// The text, or its first characters and an ellipsis, maxCharacters (1 or more) in all. Cuts between
+// characters; a byte that belongs to no sequence counts as one.
+std::string shortened(std::string_view text, size_t maxCharacters);
+
 } // namespace text
