@@ -96,6 +96,7 @@ void ImageWindow::show()
     else
         std::fprintf(stderr, "imagewindow: no window number is free: tools cannot attach to %s.\n",
                      record.path.c_str());
+    controls->showCommands(); // some need the number
     pollScan();
     pollFile();
 }
@@ -121,7 +122,7 @@ void ImageWindow::update()
 void ImageWindow::layOutCanvas()
 {
     controls->showView(view);
-    controls->showScaleBar(scaleBarShown);
+    controls->showCommands();
     layoutStale = false;
     arrangement = arrange(image().info(), view, controls->areaSize(), scrollBarThickness);
     controls->place(arrangement);

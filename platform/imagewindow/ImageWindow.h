@@ -60,6 +60,10 @@ public:
     void setContrast(int wavelength, const ContrastLimits& limits);
     void setAutomaticContrast();
     void showContrast();
+    void showHelp();
+    void showAbout();
+    // Asks for a file and opens it in a new window.
+    void chooseAnother();
     // False when it cannot be opened; the user has been told.
     bool openAnother(const std::string& path);
     // Brings the one that is attached to the front.
@@ -77,6 +81,7 @@ public:
     const image::ImageFile& image() const { return *source.file; }
     bool growing() const { return source.growing; }
     const View& currentView() const { return view; }
+    bool showsScaleBar() const { return scaleBarShown; }
     // Whether its pixels are whole numbers.
     bool holdsIntegers() const;
     ContrastLimits contrast(int wavelength) const { return renderer.limits(wavelength); }

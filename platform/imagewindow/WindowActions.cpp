@@ -1,5 +1,6 @@
 // What the user does to an image window, and what the status lines say.
 #include "platform/imagewindow/controls/Dialogs.h"
+#include "platform/imagewindow/controls/HelpPage.h"
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/view/Readout.h"
 
@@ -15,6 +16,10 @@ extern char** environ;
 namespace viewer {
 
 namespace {
+
+constexpr const char* aboutText = "Image window " PROJECT_VERSION "\n\n"
+                                  "Shows microscope images: OME-TIFF, hyperstacks and plain TIFF.\n"
+                                  "Tools attach to an image window by its number.";
 
 constexpr const char* lineProfileTitle = "Arbitrary Profile"; // as the tool announces itself
 
@@ -196,6 +201,21 @@ void ImageWindow::showContrast()
     if (!contrastDialogue)
         contrastDialogue = std::make_unique<ContrastDialogue>(controls->shell(), *this);
     contrastDialogue->show();
+}
+
+void ImageWindow::showHelp()
+{
+    showHelpPage(controls->shell());
+}
+
+void ImageWindow::showAbout()
+{
+    showInformation(controls->shell(), "About the image window", aboutText);
+}
+
+void ImageWindow::chooseAnother()
+{
+    chooseFile(controls->shell(), *this);
 }
 
 bool ImageWindow::holdsIntegers() const

@@ -34,6 +34,8 @@ constexpr const char* looks[] = {
     "*XmToggleButton.selectColor: #d9dbdd",
     "*port.background: #16181b",
     "*area.background: #16181b",
+    "*helpPage*heading.foreground: #8fb4e6",
+    "*helpPage*inputs.foreground: #ffffff",
     "*status.background: #232527",
     "*status*background: #232527",
 };

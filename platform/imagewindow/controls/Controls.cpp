@@ -101,7 +101,7 @@ void Controls::makeWidgets(Size size)
 {
     form = XtVaCreateWidget("form", xmDrawingAreaWidgetClass, topLevel, XmNmarginWidth, 0, XmNmarginHeight, 0,
                             XmNresizePolicy, XmRESIZE_NONE, nullptr);
-    menus = makeMenuBar(form, window);
+    makeMenuBar(menus, form, window);
     channels = makeToggles(form);
     makeArea(size);
     pScale = makeScale("position", "pos", info().sizeP > 1);
@@ -217,7 +217,7 @@ void Controls::makeArea(Size size)
     for (int button : {Button2, Button3, Button4, Button5})
         XtGrabButton(port, button, AnyModifier, False, ButtonPressMask | dragMask, GrabModeAsync,
                      GrabModeAsync, None, None);
-    popup = makePopupMenu(port, window);
+    makePopupMenu(menus, port, window);
     XtManageChild(area);
 }
 
@@ -369,10 +369,7 @@ void Controls::postMenu(bool held)
     if (!menuTimer)
         return;
     cancelMenu();
-    XmMenuPosition(popup, &menuPress);
-    XtManageChild(popup);
-    if (!held) // for the arrow keys
-        XmProcessTraversal(XtNameToWidget(popup, firstMenuEntry), XmTRAVERSE_CURRENT);
+    postPopupMenu(menus, menuPress, !held);
 }
 
 void Controls::cancelMenu()

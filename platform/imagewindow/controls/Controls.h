@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/image/ImageFile.h"
+#include "platform/imagewindow/controls/Menus.h"
 #include "platform/imagewindow/view/Palette.h"
 #include "platform/imagewindow/view/View.h"
 
@@ -19,17 +20,6 @@ namespace viewer {
 class ImageWindow;
 
 constexpr int scrollBarThickness = 15; // screen pixels
-
-// Widgets of the menus that change.
-struct MenuBar {
-    Widget bar = nullptr;
-    std::array<Widget, 4> panelToggles{}; // by PanelStyle
-    Widget scaleBarToggle = nullptr, toolsMenu = nullptr;
-};
-MenuBar makeMenuBar(Widget parent, ImageWindow& window);
-constexpr const char* firstMenuEntry = "Zoom in";
-// The menu of button 3; never posted by the toolkit itself, or it would take the button from a tool.
-Widget makePopupMenu(Widget parent, ImageWindow& window);
 
 class Controls {
 public:
@@ -50,7 +40,8 @@ public:
     void place(const Arrangement& arrangement);
     // Before place(): the rows that it shows and hides take room from the area.
     void showView(const View& view);
-    void showScaleBar(bool shown);
+    // The menus follow the window's state.
+    void showCommands() { showEntries(menus, window); }
     // Follows the image's numbers of sections, time points and positions.
     void showSizes();
     // Whether there is a scale for every dimension of another version of the image.
@@ -88,9 +79,9 @@ private:
 
     ImageWindow& window;
     Widget topLevel = nullptr, form = nullptr, area = nullptr, port = nullptr, canvasWidget = nullptr;
-    Widget channels = nullptr, status = nullptr, horizontal = nullptr, vertical = nullptr, popup = nullptr;
+    Widget channels = nullptr, status = nullptr, horizontal = nullptr, vertical = nullptr;
     Widget pixelLabel = nullptr, stageLabel = nullptr, noteLabel = nullptr;
-    MenuBar menus;
+    Menus menus;
     std::vector<Widget> toggles;
     SectionScale zScale, tScale, pScale;
     std::array<std::string, 3> statusTexts;

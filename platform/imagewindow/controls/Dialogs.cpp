@@ -4,9 +4,7 @@
 #include "platform/imagewindow/controls/LocalText.h"
 
 #include <Xm/FileSB.h>
-#include <Xm/Label.h>
 #include <Xm/MessageB.h>
-#include <Xm/RowColumn.h>
 #include <Xm/ToggleB.h>
 
 #include <filesystem>
@@ -94,19 +92,6 @@ void showError(Widget parent, const std::string& title, const std::string& text)
 void showInformation(Widget parent, const std::string& title, const std::string& text)
 {
     XtManageChild(makeMessage(parent, XmCreateInformationDialog, title, LabelText(text, LineFeeds::Kept)));
-}
-
-void showTable(Widget parent, const std::string& title, const std::string& left, const std::string& right)
-{
-    Widget dialogue = makeMessage(parent, XmCreateInformationDialog, title, LabelText(title));
-    Widget columns = XtVaCreateManagedWidget("columns", xmRowColumnWidgetClass, dialogue, XmNorientation,
-                                             XmHORIZONTAL, XmNspacing, 24, nullptr);
-    for (const std::string& text : {left, right}) {
-        const LabelText lines(text, LineFeeds::Kept);
-        XtVaCreateManagedWidget("lines", xmLabelWidgetClass, columns, XmNlabelString,
-                                static_cast<XmString>(lines), XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
-    }
-    XtManageChild(dialogue);
 }
 
 void chooseFile(Widget parent, ImageWindow& window)

@@ -12,8 +12,6 @@ class ImageWindow;
 void showError(Widget parent, const std::string& title, const std::string& text);
 // The program's own text; line feeds break its lines.
 void showInformation(Widget parent, const std::string& title, const std::string& text);
-// The same in two columns of as many lines.
-void showTable(Widget parent, const std::string& title, const std::string& left, const std::string& right);
 // Asks for a file and opens it in a new window. Stays until one could be opened; the next time it starts in
 // the same folder.
 void chooseFile(Widget parent, ImageWindow& window);

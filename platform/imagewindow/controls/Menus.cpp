@@ -1,10 +1,9 @@
-#include "platform/imagewindow/controls/Controls.h"
-#include "platform/imagewindow/controls/Dialogs.h"
+#include "platform/imagewindow/controls/Menus.h"
+
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/controls/LocalText.h"
 
 #include <Xm/CascadeB.h>
-#include <Xm/Label.h>
 #include <Xm/PushB.h>
 #include <Xm/RowColumn.h>
 #include <Xm/Separator.h>
@@ -17,110 +16,6 @@ namespace viewer {
 
 namespace {
 
-using Action = void (*)(ImageWindow&, Widget);
-
-// One row per menu entry.
-struct Entry {
-    const char* label;
-    KeySym mnemonic;
-    const char* accelerator;     // null: none
-    const char* acceleratorText; // as shown
-    Action action;
-    int panelStyle = -1;   // an entry that is one of the panel styles
-    bool scaleBar = false; // the entry that shows and hides the scale bar
-};
-
-const Entry separator{nullptr, NoSymbol, nullptr, nullptr, nullptr}; // has no label
-
-constexpr const char* aboutText = "Image window " PROJECT_VERSION "\n\n"
-                                  "Shows microscope images: OME-TIFF, hyperstacks and plain TIFF.\n"
-                                  "Tools attach to an image window by its number.";
-
-// Two columns, line by line.
-constexpr const char* keysText = "Wheel\n"
-                                 "Shift + wheel\n"
-                                 "Control + wheel\n"
-                                 "Drag button 1 or 2\n"
-                                 "Button 3\n"
-                                 "=   -   1   F\n"
-                                 "Page Down, Page Up\n"
-                                 "Control + Page Down, Page Up\n"
-                                 "Wheel on a slider\n"
-                                 "C\n"
-                                 "A\n"
-                                 "S\n"
-                                 "Control + L\n"
-                                 "Control + O, W, Q\n"
-                                 "Escape";
-constexpr const char* meaningsText = "zoom around the pointer\n"
-                                     "next or previous z section\n"
-                                     "next or previous time point\n"
-                                     "move the image (a tool may take button 1)\n"
-                                     "menu: a click leaves it up, a drag chooses\n"
-                                     "zoom in, out, one to one, fit to the window\n"
-                                     "next, previous z section\n"
-                                     "next, previous time point\n"
-                                     "one section or time point on or back\n"
-                                     "contrast and colours\n"
-                                     "automatic contrast\n"
-                                     "scale bar\n"
-                                     "line profile tool, or bring it to the front\n"
-                                     "open, close, quit\n"
-                                     "close a dialogue or menu";
-
-const Entry fileEntries[] = {
-    {"Open...", 'O', "Ctrl<Key>o", "Ctrl+O", [](ImageWindow& w, Widget shell) { chooseFile(shell, w); }},
-    separator,
-    {"Close", 'C', "Ctrl<Key>w", "Ctrl+W", [](ImageWindow& w, Widget) { w.close(); }},
-    {"Quit", 'Q', "Ctrl<Key>q", "Ctrl+Q", [](ImageWindow& w, Widget) { w.quitProgram(); }},
-};
-
-const Entry viewEntries[] = {
-    {firstMenuEntry, 'i', "<Key>equal", "=", [](ImageWindow& w, Widget) { w.zoomSteps(1); }},
-    {"Zoom out", 'o', "<Key>minus", "-", [](ImageWindow& w, Widget) { w.zoomSteps(-1); }},
-    {"One to one", '1', "<Key>1", "1", [](ImageWindow& w, Widget) { w.zoomTo(1.0); }},
-    {"Fit to window", 'F', "<Key>f", "F", [](ImageWindow& w, Widget) { w.zoomToFit(); }},
-    separator,
-    {"Single panel", 'S', nullptr, nullptr,
-     [](ImageWindow& w, Widget) { w.setPanels(protocol::SinglePanel); }, protocol::SinglePanel},
-    {"Z panels", 'Z', nullptr, nullptr, [](ImageWindow& w, Widget) { w.setPanels(protocol::ZPanels); },
-     protocol::ZPanels},
-    {"Wavelength panels", 'W', nullptr, nullptr,
-     [](ImageWindow& w, Widget) { w.setPanels(protocol::WavelengthPanels); }, protocol::WavelengthPanels},
-    {"Time panels", 'T', nullptr, nullptr, [](ImageWindow& w, Widget) { w.setPanels(protocol::TimePanels); },
-     protocol::TimePanels},
-    separator,
-    {"Scale bar", 'b', "<Key>s", "S", [](ImageWindow& w, Widget) { w.toggleScaleBar(); }, -1, true},
-    separator,
-    {"Next section", 'N', "<Key>osfPageDown", "Page Down", [](ImageWindow& w, Widget) { w.stepZ(1); }},
-    {"Previous section", 'P', "<Key>osfPageUp", "Page Up", [](ImageWindow& w, Widget) { w.stepZ(-1); }},
-    {"Next time point", 'x', "Ctrl<Key>osfPageDown", "Ctrl+Page Down",
-     [](ImageWindow& w, Widget) { w.stepTime(1); }},
-    {"Previous time point", 'v', "Ctrl<Key>osfPageUp", "Ctrl+Page Up",
-     [](ImageWindow& w, Widget) { w.stepTime(-1); }},
-    separator,
-    {"Contrast and colours...", 'C', "<Key>c", "C", [](ImageWindow& w, Widget) { w.showContrast(); }},
-    {"Automatic contrast", 'A', "<Key>a", "A", [](ImageWindow& w, Widget) { w.setAutomaticContrast(); }},
-};
-
-const Entry toolEntries[] = {
-    {"Line profile", 'L', "Ctrl<Key>l", "Ctrl+L", [](ImageWindow& w, Widget) { w.startLineProfile(); }},
-};
-
-const Entry helpEntries[] = {
-    {"Mouse and keys", 'M', nullptr, nullptr,
-     [](ImageWindow&, Widget shell) { showTable(shell, "Mouse and keys", keysText, meaningsText); }},
-    {"About", 'A', nullptr, nullptr,
-     [](ImageWindow&, Widget shell) { showInformation(shell, "About the image window", aboutText); }},
-};
-
-Widget shellOf(Widget widget)
-{
-    while (XtParent(widget))
-        widget = XtParent(widget);
-    return widget;
-}
-
 ImageWindow& windowOf(Widget item)
 {
     XtPointer window = nullptr;
@@ -130,48 +25,60 @@ ImageWindow& windowOf(Widget item)
 
 void entryChosen(Widget item, XtPointer client, XtPointer)
 {
-    static_cast<const Entry*>(client)->action(windowOf(item), shellOf(item));
+    static_cast<const Command*>(client)->action(windowOf(item));
 }
 
-Widget addEntry(Widget menu, const Entry& entry, ImageWindow& window, bool accelerated)
+std::span<Widget> entriesOf(Widget menu)
 {
-    if (!entry.label)
-        return XtVaCreateManagedWidget("separator", xmSeparatorWidgetClass, menu, nullptr);
-    const bool toggle = entry.panelStyle >= 0 || entry.scaleBar;
-    const LabelText label(entry.label);
-    Widget item = XtVaCreateManagedWidget(
-        entry.label, toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass, menu, XmNlabelString,
-        static_cast<XmString>(label), XmNmnemonic, entry.mnemonic, XmNuserData, &window, nullptr);
+    WidgetList children = nullptr;
+    Cardinal count = 0;
+    XtVaGetValues(menu, XmNchildren, &children, XmNnumChildren, &count, nullptr);
+    return {children, count};
+}
+
+Widget makeEntry(Widget menu, const Command& command, ImageWindow& window)
+{
+    const bool toggle = command.kind != EntryKind::Push;
+    const LabelText label(command.label);
+    Widget item =
+        XtVaCreateManagedWidget(command.name, toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass,
+                                menu, XmNlabelString, static_cast<XmString>(label), XmNmnemonic,
+                                static_cast<KeySym>(command.mnemonic), XmNuserData, &window, nullptr);
     if (toggle)
-        XtVaSetValues(item, XmNindicatorType, entry.scaleBar ? XmN_OF_MANY : XmONE_OF_MANY, XmNvisibleWhenOff,
-                      True, nullptr);
-    if (entry.accelerator && accelerated) {
-        const LabelText text(entry.acceleratorText);
-        XtVaSetValues(item, XmNaccelerator, entry.accelerator, XmNacceleratorText,
-                      static_cast<XmString>(text), nullptr);
-    }
+        XtVaSetValues(item, XmNindicatorType, command.kind == EntryKind::Switch ? XmN_OF_MANY : XmONE_OF_MANY,
+                      XmNvisibleWhenOff, True, nullptr);
     XtAddCallback(item, toggle ? XmNvalueChangedCallback : XmNactivateCallback, entryChosen,
-                  const_cast<Entry*>(&entry));
+                  const_cast<Command*>(&command));
     return item;
 }
 
-Widget addMenu(Widget bar, const char* label, char mnemonic, std::span<const Entry> entries,
-               ImageWindow& window, MenuBar& menus)
+void addSeparator(Widget menu)
 {
-    Widget menu = XmCreatePulldownMenu(bar, const_cast<char*>(label), nullptr, 0);
-    for (const Entry& entry : entries) {
-        Widget item = addEntry(menu, entry, window, true);
-        if (entry.panelStyle >= 0)
-            menus.panelToggles[static_cast<std::size_t>(entry.panelStyle)] = item;
-        if (entry.scaleBar)
-            menus.scaleBarToggle = item;
+    XtVaCreateManagedWidget("separator", xmSeparatorWidgetClass, menu, nullptr);
+}
+
+Widget addMenu(Menus& menus, Menu which, ImageWindow& window)
+{
+    const char* title = titleOf(which);
+    Widget menu = XmCreatePulldownMenu(menus.bar, const_cast<char*>(title), nullptr, 0);
+    for (const Command& command : commands()) {
+        if (command.menu != which)
+            continue;
+        if (command.newGroup)
+            addSeparator(menu);
+        Widget item = makeEntry(menu, command, window);
+        const LabelText keys(command.keys);
+        if (*command.accelerator)
+            XtVaSetValues(item, XmNaccelerator, command.accelerator, XmNacceleratorText,
+                          static_cast<XmString>(keys), nullptr);
+        menus.entries.push_back({&command, item});
     }
-    const LabelText text(label);
-    Widget cascade = XtVaCreateManagedWidget(label, xmCascadeButtonWidgetClass, bar, XmNlabelString,
+    const LabelText text(title);
+    Widget cascade = XtVaCreateManagedWidget(title, xmCascadeButtonWidgetClass, menus.bar, XmNlabelString,
                                              static_cast<XmString>(text), XmNmnemonic,
-                                             static_cast<KeySym>(mnemonic), XmNsubMenuId, menu, nullptr);
-    if (mnemonic == 'H')
-        XtVaSetValues(bar, XmNmenuHelpWidget, cascade, nullptr);
+                                             static_cast<KeySym>(*title), XmNsubMenuId, menu, nullptr);
+    if (which == Menu::Help)
+        XtVaSetValues(menus.bar, XmNmenuHelpWidget, cascade, nullptr);
     return menu;
 }
 
@@ -184,10 +91,8 @@ constexpr const char* toolItemName = "runningTool";
 
 void removeToolItems(Widget menu)
 {
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(menu, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    const std::vector<Widget> present(children, children + count);
+    const std::span<Widget> entries = entriesOf(menu);
+    const std::vector<Widget> present(entries.begin(), entries.end());
     for (Widget child : present)
         if (std::string(XtName(child)) == toolItemName) {
             XtUnmanageChild(child);
@@ -211,36 +116,20 @@ void listTools(Widget menu, XtPointer client, XtPointer)
     }
 }
 
-} // namespace
-
-MenuBar makeMenuBar(Widget parent, ImageWindow& window)
-{
-    MenuBar menus;
-    menus.bar = XmCreateMenuBar(parent, const_cast<char*>("menuBar"), nullptr, 0);
-    addMenu(menus.bar, "File", 'F', fileEntries, window, menus);
-    addMenu(menus.bar, "View", 'V', viewEntries, window, menus);
-    menus.toolsMenu = addMenu(menus.bar, "Tools", 'T', toolEntries, window, menus);
-    addMenu(menus.bar, "Help", 'H', helpEntries, window, menus);
-    XtAddCallback(menus.toolsMenu, XmNmapCallback, listTools, &window);
-    XtManageChild(menus.bar);
-    return menus;
-}
-
-namespace {
-
 // Moves to the next entry (parameter 1) or the previous one (-1), around the ends. The toolkit's own actions
 // do so only in a menu that it has posted itself.
 void stepEntry(Widget entry, XEvent*, String* parameters, Cardinal* count)
 {
-    WidgetList children = nullptr;
-    Cardinal childCount = 0;
-    XtVaGetValues(XtParent(entry), XmNchildren, &children, XmNnumChildren, &childCount, nullptr);
-    const int number = static_cast<int>(childCount), step = *count == 1 && *parameters[0] == '-' ? -1 : 1;
-    int place = static_cast<int>(std::find(children, children + number, entry) - children);
+    const std::span<Widget> entries = entriesOf(XtParent(entry));
+    const int number = static_cast<int>(entries.size());
+    const int step = *count == 1 && *parameters[0] == '-' ? -1 : 1;
+    const int from = static_cast<int>(std::find(entries.begin(), entries.end(), entry) - entries.begin());
+    int place = from;
     do
         place = (place + step + number) % number;
-    while (XmIsSeparator(children[place]));
-    XmProcessTraversal(children[place], XmTRAVERSE_CURRENT);
+    while (place != from && (XmIsSeparator(entries[static_cast<std::size_t>(place)]) ||
+                             !XtIsSensitive(entries[static_cast<std::size_t>(place)])));
+    XmProcessTraversal(entries[static_cast<std::size_t>(place)], XmTRAVERSE_CURRENT);
 }
 
 void stepWithArrows(Widget menu)
@@ -249,27 +138,60 @@ void stepWithArrows(Widget menu)
     XtAppAddActions(XtWidgetToApplicationContext(menu), actions, XtNumber(actions));
     const XtTranslations keys =
         XtParseTranslationTable("<Key>osfDown: stepEntry(1)\n<Key>osfUp: stepEntry(-1)");
-    WidgetList children = nullptr;
-    Cardinal count = 0;
-    XtVaGetValues(menu, XmNchildren, &children, XmNnumChildren, &count, nullptr);
-    for (Cardinal i = 0; i < count; ++i)
-        XtOverrideTranslations(children[i], keys);
+    for (Widget entry : entriesOf(menu))
+        XtOverrideTranslations(entry, keys);
 }
 
 } // namespace
 
-Widget makePopupMenu(Widget parent, ImageWindow& window)
+void makeMenuBar(Menus& menus, Widget parent, ImageWindow& window)
+{
+    menus.bar = XmCreateMenuBar(parent, const_cast<char*>("menuBar"), nullptr, 0);
+    for (const Menu menu : {Menu::File, Menu::View, Menu::Tools, Menu::Help}) {
+        Widget made = addMenu(menus, menu, window);
+        if (menu == Menu::Tools)
+            XtAddCallback(made, XmNmapCallback, listTools, &window);
+    }
+    XtManageChild(menus.bar);
+}
+
+// A separator stands where commands of several groups meet.
+void makePopupMenu(Menus& menus, Widget parent, ImageWindow& window)
 {
     Arg disabled{const_cast<char*>(XmNpopupEnabled), XmPOPUP_DISABLED};
-    Widget menu = XmCreatePopupMenu(parent, const_cast<char*>("popup"), &disabled, 1);
-    for (const Entry& entry : std::span(viewEntries).first(5)) // the zoom entries and the separator
-        addEntry(menu, entry, window, false);
-    for (const Entry& entry : std::span(viewEntries).last(2)) // those of contrast
-        addEntry(menu, entry, window, false);
-    addEntry(menu, separator, window, false);
-    addEntry(menu, toolEntries[0], window, false);
-    stepWithArrows(menu);
-    return menu;
+    menus.popup = XmCreatePopupMenu(parent, const_cast<char*>("popup"), &disabled, 1);
+    bool newGroup = false;
+    const Command* before = nullptr;
+    for (const Command& command : commands()) {
+        newGroup |= command.newGroup || (before && before->menu != command.menu);
+        if (!command.inPopup)
+            continue;
+        if (before && newGroup)
+            addSeparator(menus.popup);
+        newGroup = false;
+        before = &command;
+        menus.entries.push_back({&command, makeEntry(menus.popup, command, window)});
+    }
+    stepWithArrows(menus.popup);
+}
+
+void postPopupMenu(const Menus& menus, XButtonEvent& press, bool keyboard)
+{
+    XmMenuPosition(menus.popup, &press);
+    XtManageChild(menus.popup);
+    const std::span<Widget> entries = entriesOf(menus.popup);
+    const auto first = std::find_if(entries.begin(), entries.end(), XtIsSensitive);
+    if (keyboard && first != entries.end())
+        XmProcessTraversal(*first, XmTRAVERSE_CURRENT);
+}
+
+void showEntries(const Menus& menus, const ImageWindow& window)
+{
+    for (const Menus::Entry& entry : menus.entries) {
+        XtSetSensitive(entry.widget, isEnabled(*entry.command, window) ? True : False);
+        if (entry.command->on)
+            XmToggleButtonSetState(entry.widget, entry.command->on(window) ? True : False, False);
+    }
 }
 
 } // namespace viewer

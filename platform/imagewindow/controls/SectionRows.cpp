@@ -158,9 +158,6 @@ void Controls::showSizes()
         if (scales[i]->present) // a scale needs two values at least
             XtVaSetValues(scales[i]->scale, XmNmaximum, std::max(2, counts[i]), nullptr);
     }
-    const std::array several{true, info().sizeZ > 1, info().sizeW > 1, info().sizeT > 1}; // by PanelStyle
-    for (std::size_t style = 0; style < several.size(); ++style)
-        XtSetSensitive(menus.panelToggles[style], several[style] ? True : False);
 }
 
 bool Controls::hasScalesFor(const image::ImageInfo& other) const
@@ -184,12 +181,6 @@ void Controls::showScale(SectionScale& section, int index, int lastIndex, bool p
     setLabel(section.value, shown + " / " + std::to_string(section.count));
 }
 
-void Controls::showScaleBar(bool shown)
-{
-    XmToggleButtonSetState(menus.scaleBarToggle, shown ? True : False, False);
-    XtSetSensitive(menus.scaleBarToggle, info().calibrated ? True : False);
-}
-
 void Controls::showView(const View& view)
 {
     const View last = lastSection(info(), view);
@@ -197,9 +188,6 @@ void Controls::showView(const View& view)
     showScale(tScale, view.t, last.t, view.style == protocol::TimePanels);
     showScale(pScale, view.p, last.p, false);
     showToggles(view);
-    for (std::size_t style = 0; style < menus.panelToggles.size(); ++style)
-        XmToggleButtonSetState(menus.panelToggles[style],
-                               static_cast<int>(style) == view.style ? True : False, False);
     layOut();
 }
 
