@@ -46,14 +46,14 @@ static void endWithImageWindow()
     std::exit(0);
 }
 
-int ProcDisChange(int, WMDisplayChange* change, void*)
+[[gnu::visibility("default")]] int ProcDisChange(int, WMDisplayChange* change, void*)
 {
     if (change->code == WM_DISPLAY_CLOSED)
         endWithImageWindow();
     return drawProfile(1);
 }
 
-int EnterWindow(XEvent*, void*)
+[[gnu::visibility("default")]] int EnterWindow(XEvent*, void*)
 {
     return acquireInputLock();
 }
