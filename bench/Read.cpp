@@ -56,17 +56,17 @@ void measure(image::ImageFile& file, const Shape& shape)
 
 int main(int argc, char** argv)
 {
-    for (int i = 1; i < argc; ++i) {
-        try {
+    try {
+        for (int i = 1; i < argc; ++i) {
             const auto file = image::ImageFile::open(argv[i]);
             const image::ImageInfo& info = file->info();
             std::printf("%s: %d x %d, %d channels\n", argv[i], info.width, info.height, info.sizeW);
             for (const Shape& shape : shapes(info))
                 measure(*file, shape);
-        } catch (const image::ImageError& error) {
-            std::fprintf(stderr, "%s\n", error.what());
-            return 1;
         }
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
     }
-    return 0;
 }

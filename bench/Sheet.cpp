@@ -4,10 +4,13 @@
 #include "saved/Sylk.h"
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <memory>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -44,16 +47,11 @@ File create(const std::filesystem::path& path)
     return {std::fopen(path.c_str(), "w"), &std::fclose};
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+void measure(const std::filesystem::path& folder)
 {
-    const std::filesystem::path folder = argc > 1 ? argv[1] : ".";
     const auto sheet = folder / "sheet.slk", plain = folder / "plain.bytes";
-    if (!create(sheet) || !create(plain)) {
-        std::fprintf(stderr, "%s: cannot write into %s\n", argv[0], folder.c_str());
-        return 1;
-    }
+    if (!create(sheet) || !create(plain))
+        throw std::runtime_error("cannot write into " + folder.string());
     Record record;
     const std::vector<SavedProfile*> profiles(profileCount, &record.profile);
     const auto write = [&] { writeSylk(create(sheet).get(), profiles.data(), profileCount, 1); };
@@ -68,4 +66,17 @@ int main(int argc, char** argv)
                 times[1] / 1e3, times[0] / times[1]);
     std::filesystem::remove(sheet);
     std::filesystem::remove(plain);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        measure(argc > 1 ? argv[1] : ".");
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
+        return 1;
+    }
 }

@@ -211,9 +211,7 @@ void demonstrate(const Options& options)
     requireGoodEnd(pair.viewer, "imagewindow");
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int run(int argc, char** argv)
 {
     Options options;
     CLI::App app{"Shows imagewindow and lineprofile at work; leaves demo.png and demo.slk"};
@@ -221,9 +219,16 @@ int main(int argc, char** argv)
     app.add_option("--out", options.out, "Folder of the picture and the spreadsheet file");
     app.add_option("--segment", options.segment, "Segment to drag: x0 y0 x1 y1 in image pixels")->expected(4);
     CLI11_PARSE(app, argc, argv);
+    demonstrate(options);
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
     try {
-        demonstrate(options);
-        return 0;
+        return run(argc, argv);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
         return 1;

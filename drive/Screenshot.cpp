@@ -2,6 +2,33 @@
 #include "drive/Screen.h"
 
 #include <cstdio>
+#include <exception>
+
+namespace {
+
+// False, with a sentence on standard error, when there is no such window or the file can't be written.
+bool takePicture(const char* path, const char* title)
+{
+    drive::Screen screen;
+    drive::Picture picture;
+    if (!title) {
+        picture = screen.captureScreen();
+    } else {
+        const Window window = screen.findTitle(title, drive::Milliseconds{3000});
+        if (window == None) {
+            std::fprintf(stderr, "There is no window titled \"%s\".\n", title);
+            return false;
+        }
+        picture = screen.capture(screen.frameGeometry(window));
+    }
+    if (!picture.save(path)) {
+        std::fprintf(stderr, "%s can't be written.\n", path);
+        return false;
+    }
+    return true;
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -9,17 +36,10 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "Usage: %s FILE.png [TITLE]\n", argv[0]);
         return 2;
     }
-    drive::Screen screen;
-    drive::Picture picture;
-    if (argc == 2) {
-        picture = screen.captureScreen();
-    } else {
-        const Window window = screen.findTitle(argv[2], drive::Milliseconds{3000});
-        if (window == None) {
-            std::fprintf(stderr, "%s: there is no window titled \"%s\".\n", argv[0], argv[2]);
-            return 1;
-        }
-        picture = screen.capture(screen.frameGeometry(window));
+    try {
+        return takePicture(argv[1], argc == 3 ? argv[2] : nullptr) ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
+        return 1;
     }
-    return picture.save(argv[1]) ? 0 : 1;
 }

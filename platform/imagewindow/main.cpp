@@ -24,26 +24,31 @@ int openAll(viewer::Application& application, const viewer::Options& options)
     return opened;
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int run(int argc, char** argv)
 {
-    std::signal(SIGCHLD, SIG_IGN);
-    std::signal(SIGPIPE, SIG_IGN);
     const viewer::ParsedOptions parsed =
         viewer::parseOptions(std::vector<std::string>(argv + 1, argv + argc));
     if (!parsed.options) {
         std::fputs(parsed.text.c_str(), parsed.status == 0 ? stdout : stderr);
         return parsed.status;
     }
+    viewer::Application application(parsed.options->display);
+    if (openAll(application, *parsed.options) == 0)
+        return nothingOpenedStatus;
+    application.run();
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::signal(SIGCHLD, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
     try {
-        viewer::Application application(parsed.options->display);
-        if (openAll(application, *parsed.options) == 0)
-            return nothingOpenedStatus;
-        application.run();
+        return run(argc, argv);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "imagewindow: %s.\n", error.what());
         return noDisplayStatus;
     }
-    return 0;
 }

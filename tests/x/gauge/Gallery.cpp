@@ -47,9 +47,7 @@ void addSample(Widget board, int x, int y, const Sample& sample)
                            sample.length, sample.width);
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int run(int argc, char** argv)
 {
     XtAppContext app;
     Widget shell = XtVaOpenApplication(&app, "Gallery", nullptr, 0, &argc, argv, nullptr,
@@ -72,4 +70,16 @@ int main(int argc, char** argv)
         return calm && screen.viewable(XtWindow(shell));
     });
     return screen.capture(XtWindow(shell)).save(argv[1]) ? 0 : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
+        return 1;
+    }
 }
