@@ -62,11 +62,18 @@ std::vector<char*> pointers(std::vector<std::string>& texts)
     return result;
 }
 
+// The sanitizers slow every program down, so that every wait takes longer.
+#ifdef __SANITIZE_ADDRESS__
+constexpr int slowness = 4;
+#else
+constexpr int slowness = 1;
+#endif
+
 } // namespace
 
 bool waitUntil(const std::function<bool()>& condition, Milliseconds timeout)
 {
-    const auto end = std::chrono::steady_clock::now() + timeout;
+    const auto end = std::chrono::steady_clock::now() + slowness * timeout;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > end)
             return false;
