@@ -1,5 +1,5 @@
-#include "gauge/LinearGaugeP.h"
 #include "gauge/ClassRecord.h"
+#include "gauge/LinearGaugeP.h"
 
 #include <algorithm>
 #include <charconv>

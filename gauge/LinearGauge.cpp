@@ -71,6 +71,7 @@ void resize(Widget widget);
 void expose(Widget widget, XEvent* event, Region region);
 Boolean setValues(Widget old, Widget request, Widget changed, ArgList args, Cardinal* count);
 void getValuesHook(Widget widget, ArgList args, Cardinal* count);
+XtGeometryResult queryGeometry(Widget widget, XtWidgetGeometry* proposed, XtWidgetGeometry* wish);
 
 } // namespace
 
@@ -104,7 +105,7 @@ LinearGaugeClassRec linearGaugeClassRec = {
                    .version = XtVersion,
                    .callback_private = nullptr,
                    .tm_table = nullptr,
-                   .query_geometry = XtInheritQueryGeometry,
+                   .query_geometry = queryGeometry,
                    .display_accelerator = nullptr,
                    .extension = nullptr},
     .primitive_class = {.border_highlight = XmInheritBorderHighlight,
@@ -333,13 +334,14 @@ void takeRenderTable(LinearGaugeRec* gauge)
     gauge->gauge.renderTable = XmRenderTableCopy(table, nullptr, 0);
 }
 
-void initialize(Widget, Widget created, ArgList, Cardinal*)
+// The primitive class has already given a size to a gauge that asked for none; hence the request.
+void initialize(Widget request, Widget created, ArgList, Cardinal*)
 {
     LinearGaugeRec* gauge = asGauge(created);
     LinearGaugePart& part = gauge->gauge;
-    if (gauge->core.width == 0)
+    if (request->core.width == 0)
         gauge->core.width = defaultWidth;
-    if (gauge->core.height == 0)
+    if (request->core.height == 0)
         gauge->core.height = defaultHeight;
     part.scales = nullptr; // a list that came with the creation holds nothing of ours
     part.ticks = nullptr;
@@ -436,6 +438,25 @@ void getValuesHook(Widget widget, ArgList args, Cardinal* count)
         if (isRangeResource(args[i].name) && part.scales)
             XtGetValues(part.scales[0], &args[i], 1);
     }
+}
+
+// A gauge wishes to be as thick as the labels of its ticks need; it is content with any length.
+XtGeometryResult queryGeometry(Widget widget, XtWidgetGeometry*, XtWidgetGeometry* wish)
+{
+    const LinearGaugeRec* gauge = asGauge(widget);
+    *wish = {};
+    for (WidgetList item = gauge->gauge.ticks; item && *item; ++item) {
+        const auto* tick = reinterpret_cast<const TickRec*>(*item);
+        const auto* scale = reinterpret_cast<const LinearScaleRec*>(tick->tick.scale);
+        const int thickness = scale ? wantedThickness(tick, gauge) : 0;
+        if (thickness == 0)
+            continue;
+        const bool vertical = scale->scale.orientation == XRTGA_VERTICAL;
+        Dimension& side = vertical ? wish->width : wish->height;
+        side = std::max(side, static_cast<Dimension>(thickness));
+        wish->request_mode |= vertical ? CWWidth : CWHeight;
+    }
+    return wish->request_mode ? XtGeometryAlmost : XtGeometryYes;
 }
 
 } // namespace

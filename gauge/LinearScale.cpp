@@ -1,7 +1,6 @@
 #include "gauge/ClassRecord.h"
 #include "gauge/LinearScaleP.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -56,13 +55,3 @@ LinearScaleClassRec linearScaleClassRec = {
 };
 
 WidgetClass xmXrtGaLinearScaleObjectClass = reinterpret_cast<WidgetClass>(&linearScaleClassRec);
-
-XRectangle scaleArea(const LinearScaleRec* scale, const LinearGaugeRec* gauge)
-{
-    const LinearScalePart& part = scale->scale;
-    auto filled = [](Dimension size, Position start, Dimension whole) {
-        return size != 0 ? size : static_cast<Dimension>(std::max(0, whole - start));
-    };
-    return {part.x, part.y, filled(part.width, part.x, gauge->core.width),
-            filled(part.height, part.y, gauge->core.height)};
-}

@@ -37,7 +37,4 @@ struct LinearScaleRec {
 
 extern LinearScaleClassRec linearScaleClassRec;
 
-// The scale's rectangle in gauge pixels, with the sizes of 0 filled in.
-XRectangle scaleArea(const LinearScaleRec* scale, const LinearGaugeRec* gauge);
-
 #endif

@@ -1,133 +1,16 @@
 #include "gauge/TickLayout.h"
 
+#include "gauge/TickNumbers.h"
+#include "gauge/TickTexts.h"
+
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 
 namespace gauge {
 
 namespace {
 
-constexpr int largestPower = 16;
-constexpr int firstTickSteps = 2000;
-constexpr int mostDecimals = 350; // a double has no more that say anything
-constexpr int longestDecimals = 12; // beyond it a label is written with an exponent
-
-constexpr std::array<double, 2 * largestPower + 1> powersOfTen = {
-    1e-16, 1e-15, 1e-14, 1e-13, 1e-12, 1e-11, 1e-10, 1e-9, 1e-8, 1e-7, 1e-6,
-    1e-5,  1e-4,  1e-3,  1e-2,  1e-1,  1e0,   1e1,   1e2,  1e3,  1e4,  1e5,
-    1e6,   1e7,   1e8,   1e9,   1e10,  1e11,  1e12,  1e13, 1e14, 1e15, 1e16};
-
-double powerOfTen(int exponent)
-{
-    if (std::abs(exponent) > largestPower)
-        return std::pow(10.0, exponent);
-    return powersOfTen.at(exponent + largestPower);
-}
-
-// The exponent of a positive value in scientific notation; a power of ten that suffered rounding counts as
-// itself.
-int exponentOf(double value)
-{
-    return static_cast<int>(std::floor(std::log10(value) + 1e-9));
-}
-
-int clampPrecision(int precision)
-{
-    return std::clamp(precision, -largestPower, largestPower);
-}
-
-// Like printf in the C locale, whatever the locale is.
-std::string formatted(double value, std::chars_format format, int decimals)
-{
-    std::array<char, 700> text; // the largest double has 309 digits before the point
-    auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value, format, decimals);
-    return error == std::errc() ? std::string(text.data(), end) : std::string();
-}
-
-// 1.5e9 rather than 1.50e+09.
-std::string exponentText(double value, int mantissaDecimals)
-{
-    std::string text = formatted(value, std::chars_format::scientific, mantissaDecimals);
-    std::size_t e = text.find('e');
-    if (value == 0.0 || e == std::string::npos)
-        return "0";
-    std::string mantissa = text.substr(0, e);
-    if (mantissa.find('.') != std::string::npos) {
-        mantissa.erase(mantissa.find_last_not_of('0') + 1);
-        if (mantissa.back() == '.')
-            mantissa.pop_back();
-    }
-    return mantissa + "e" + std::to_string(std::stoi(text.substr(e + 1)));
-}
-
-} // namespace
-
-std::string labelText(double value, int precision)
-{
-    if (precision >= 0)
-        return formatted(value, std::chars_format::fixed, std::min(precision, mostDecimals));
-    precision = clampPrecision(precision);
-    double units = std::floor(value / powerOfTen(-precision) + 0.5);
-    if (units + 1.0 == 1.0)
-        return "0";
-    return formatted(units, std::chars_format::fixed, 0) +
-           std::string(static_cast<std::size_t>(-precision), '0');
-}
-
-double roundToPrecision(double value, int precision)
-{
-    double unit = powerOfTen(-clampPrecision(precision));
-    return std::floor(value / unit + 0.5) * unit;
-}
-
-double niceNumber(double value, int exponent)
-{
-    double unit = powerOfTen(exponent);
-    double size = std::fabs(value) / unit;
-    return (size < 1.5 ? 1.0 : size < 3.0 ? 2.0 : size < 7.0 ? 5.0 : 10.0) * unit;
-}
-
-double niceNumberAbove(double value, int exponent)
-{
-    double unit = powerOfTen(exponent);
-    double size = std::fabs(value) / unit;
-    return (size <= 1.0 ? 1.0 : size <= 2.0 ? 2.0 : size <= 5.0 ? 5.0 : 10.0) * unit;
-}
-
-int rangeDecimals(double range)
-{
-    if (!(range > 0.0) || !std::isfinite(range))
-        return 0;
-    int exponent = exponentOf(range);
-    return range / powerOfTen(exponent) < 3.0 ? 1 - exponent : -exponent;
-}
-
-double firstTick(const TickSeries& series, double min, bool align)
-{
-    const double increment = series.increment;
-    if (increment == 0.0 || !std::isfinite(increment))
-        return min;
-    double start = align ? std::floor(series.start / increment) * increment : series.start;
-    for (int step = 0; step < firstTickSteps; ++step) {
-        if (start + step * increment > min)
-            return start + step * increment;
-    }
-    return min;
-}
-
-namespace {
-
-// The scale's range in label values. Values closer to an end than `slack` count as being at that end: callers
-// work in single precision, and the sum of a length and an offset is not exact.
-struct Range {
-    double low;
-    double high;
-    double slack;
-
-    double size() const { return high - low; }
-};
+enum class Form { Whole, Based };
 
 Range rangeOf(const AxisRequest& request)
 {
@@ -152,18 +35,10 @@ double nextBelow(double increment)
     return niceNumber(0.45 * increment, exponentOf(0.45 * increment));
 }
 
-// The number of decimals that shows the value's leading digits up to the last that is not 0: 1 for 0.5, -2
-// for 300.
-int decimalsNeeded(double value)
+// Whether a label of that size may be shown at all.
+bool hasRoom(const AxisRequest& request, const LabelSize& size)
 {
-    constexpr int mostDigits = 7;
-    int first = -exponentOf(std::fabs(value));
-    for (int decimals = first; decimals < first + mostDigits; ++decimals) {
-        double shifted = value * powerOfTen(decimals);
-        if (std::fabs(shifted - std::round(shifted)) <= 1e-9 * std::fabs(shifted))
-            return decimals;
-    }
-    return first + mostDigits - 1;
+    return size.along <= request.length && (request.vertical ? size.across : size.along) <= request.labelRoom;
 }
 
 int axisSize(const AxisRequest& request, const std::string& label)
@@ -194,90 +69,82 @@ double incrementAtPrecision(const AxisRequest& request, const Range& range)
     return niceNumber((max - min) / intervals, -decimals);
 }
 
-double incrementByRange(const AxisRequest& request, const Range& range)
+// With a base the labels tell no more than the range.
+double incrementByRange(const AxisRequest& request, const Range& range, Form form)
 {
-    int size = intervalSize(request, range.low, range.high, std::max(0, rangeDecimals(range.size())));
+    const double least = form == Form::Based ? 0.0 : range.low;
+    const double largest = form == Form::Based ? range.size() : range.high;
+    int size = intervalSize(request, least, largest, std::max(0, rangeDecimals(range.size())));
     if (request.labels)
         size += request.vertical ? request.gap : 2 * request.gap;
     int intervals = request.length / std::max(1, size);
     if (intervals == 0)
         return 0.0;
-    double increment = range.size() / intervals;
-    return niceNumber(increment, exponentOf(increment));
+    const double wanted = range.size() / intervals, finest = finestIncrement(range);
+    const double increment = niceNumber(wanted, exponentOf(wanted));
+    return increment >= finest ? increment : niceNumberAbove(finest, exponentOf(finest));
 }
 
-// What is unset of start and stop goes to the whole multiples around the range. The range is not measured
-// again with these: ticks outside the scale are never drawn, and a second look at the wider range only thins
-// out the axis.
-TickSeries completed(TickSeries series, const Range& range, double increment)
+// The lines on which a number can stand: one, or where it is too long one before and one from its exponent
+// on, or as few as its characters need.
+std::vector<std::string> baseLines(const AxisRequest& request, const std::string& text)
 {
-    series.increment = increment;
-    bool stepped = increment > 0.0;
-    if (series.start == unsetValue)
-        series.start = stepped ? std::floor(range.low / increment) * increment : range.low;
-    if (series.stop == unsetValue)
-        series.stop = stepped ? std::ceil(range.high / increment) * increment : range.high;
-    return series;
-}
-
-std::vector<double> tickValues(const AxisRequest& request, const Range& range, const TickSeries& series)
-{
-    double first = firstTick(series, range.low, request.align);
-    if (series.increment > 0.0 && first > range.low && first - range.low <= range.slack)
-        first += series.increment;
-    const double last = std::min(series.stop, range.high) + range.slack;
-    if (!(first <= last))
-        return {};
-    if (!(series.increment > 0.0))
-        return {first};
-    const double pixel = range.size() / request.length;
-    double step =
-        std::max(1.0, std::ceil(pixel / series.increment)) * series.increment; // a mark per pixel at most
-    if (!std::isfinite(step) || first + step == first)
-        return {first};
-    std::vector<double> values;
-    for (int k = 0; first + k * step <= last; ++k) {
-        double value = first + k * step;
-        values.push_back(std::fabs(value) < step * 1e-6 ? 0.0 : value);
+    constexpr std::size_t mostLines = 3;
+    auto fits = [&](const std::string& part) {
+        LabelSize size = request.measure(part);
+        return (request.vertical ? size.across : size.along) <= request.baseRoom;
+    };
+    if (fits(text))
+        return {text};
+    const std::size_t e = std::min(text.find('e'), text.size());
+    if (request.vertical && fits(text.substr(0, e)) && fits(text.substr(e)))
+        return {text.substr(0, e), text.substr(e)};
+    std::vector<std::string> lines(1);
+    for (char character : text) {
+        if (!fits(lines.back() + character))
+            lines.emplace_back();
+        lines.back() += character;
     }
-    return values;
+    return request.vertical && lines.size() <= mostLines ? lines : std::vector<std::string>();
 }
 
-// Whether a label of that size may be shown at all.
-bool hasRoom(const AxisRequest& request, const LabelSize& size)
+int baseLineStart(const AxisRequest& request, std::size_t line)
 {
-    return size.along <= request.length && (request.vertical ? size.across : size.along) <= request.labelRoom;
+    const int pitch = request.measure("0").along + std::max(1, request.gap / 3);
+    return static_cast<int>(line) * pitch;
 }
 
-// Texts at the default precision: with the decimals that the row needs, or all with exponents where one of
-// them would be too long.
-std::vector<std::string> textsByRange(const AxisRequest& request, const TickSeries& series,
-                                      const std::vector<double>& values)
+// The first pixel behind the base; 0 without one.
+int baseEnd(const AxisRequest& request, const LabelBase& base)
 {
-    int decimals = series.increment > 0.0 ? decimalsNeeded(series.increment) : -largestPower;
-    if (values.front() != 0.0)
-        decimals = std::max(decimals, decimalsNeeded(values.front()));
-    std::vector<std::string> texts;
-    bool shortEnough = decimals <= longestDecimals;
-    for (std::size_t i = 0; i < values.size() && shortEnough; ++i) {
-        texts.push_back(labelText(values[i], std::max(0, decimals)));
-        shortEnough = hasRoom(request, request.measure(texts.back()));
+    if (base.lines.empty())
+        return 0;
+    return base.starts.back() + request.measure(base.lines.back()).along;
+}
+
+// Empty where it would take more than half the axis.
+LabelBase baseOf(const AxisRequest& request, const std::string& text)
+{
+    LabelBase base;
+    base.lines = baseLines(request, text);
+    for (std::size_t line = 0; line < base.lines.size(); ++line)
+        base.starts.push_back(baseLineStart(request, line));
+    return baseEnd(request, base) <= request.length / 2 ? base : LabelBase();
+}
+
+std::vector<std::string> labelTexts(const AxisRequest& request, double increment,
+                                    const std::vector<double>& values, Form form, LabelBase& base)
+{
+    auto fits = [&](const std::string& text) { return hasRoom(request, request.measure(text)); };
+    if (form == Form::Based) {
+        BasedTexts texts = basedTexts(values, increment, fits, [&](const std::string& text) {
+            return static_cast<int>(baseOf(request, text).lines.size());
+        });
+        base = texts.base.empty() ? LabelBase() : baseOf(request, texts.base);
+        return texts.base.empty() ? std::vector<std::string>(values.size()) : texts.labels;
     }
-    if (shortEnough)
-        return texts;
-    texts.clear();
-    for (double value : values) {
-        int exponent = value == 0.0 ? 0 : exponentOf(std::fabs(value));
-        texts.push_back(exponentText(value, std::clamp(exponent + decimals, 0, 15)));
-    }
-    return texts;
-}
-
-std::vector<std::string> labelTexts(const AxisRequest& request, const TickSeries& series,
-                                    const std::vector<double>& values)
-{
     if (request.rangePrecision && !request.labelFunc)
-        return textsByRange(request, series, values);
+        return wholeTexts(values, increment, fits);
     std::vector<std::string> texts;
     texts.reserve(values.size());
     for (double value : values)
@@ -292,62 +159,39 @@ int pixelAt(const AxisRequest& request, const Range& range, double value)
     return std::clamp(request.flipped ? request.length - pixel : pixel, 0, request.length - 1);
 }
 
-std::vector<Tick> ticksOf(const AxisRequest& request, const Range& range, const TickSeries& series)
+// All ticks of a series with their labels, by value; labels have no place yet.
+TickLayout unplaced(const AxisRequest& request, const Range& range, const TickSeries& series, Form form)
 {
-    std::vector<Tick> ticks;
-    std::vector<double> values = tickValues(request, range, series);
+    TickLayout layout{series, {}, {}};
+    const std::vector<double> values = tickValues(series, range, request.align, request.length);
     std::vector<std::string> texts(values.size());
     if (request.labels && !values.empty())
-        texts = labelTexts(request, series, values);
+        texts = labelTexts(request, series.increment, values, form, layout.base);
     for (std::size_t i = 0; i < values.size(); ++i) {
         LabelSize size = texts[i].empty() ? LabelSize{0, 0} : request.measure(texts[i]);
-        ticks.push_back({values[i], pixelAt(request, range, values[i]), texts[i], 0, size});
+        layout.ticks.push_back({values[i], pixelAt(request, range, values[i]), texts[i], 0, size});
     }
-    return ticks;
+    return layout;
 }
 
-// Whether every tick can have its label, apart from the ends of the axis.
-bool isReadable(const AxisRequest& request, const Range& range, const TickSeries& series,
-                const std::vector<Tick>& ticks)
+// Whether every tick can have its label at that distance from the next, apart from the ends of the axis.
+bool isReadable(const AxisRequest& request, const Range& range, const TickLayout& layout, int gap)
 {
     int widest = 0;
-    for (const Tick& tick : ticks) {
+    for (const Tick& tick : layout.ticks) {
         if (!tick.label.empty() && !hasRoom(request, tick.size))
             return false;
         widest = std::max(widest, tick.size.along);
     }
-    double spacing = series.increment / range.size() * request.length;
-    int needed = request.labels ? widest + request.gap : 3 * request.tickWidth;
-    return !ticks.empty() && (ticks.size() == 1 || spacing >= needed);
+    double spacing = layout.series.increment / range.size() * request.length;
+    int needed = request.labels ? widest + gap : 3 * request.tickWidth;
+    return !layout.ticks.empty() && (layout.ticks.size() == 1 || spacing >= needed);
 }
 
-// Starts from the given increment and takes the next larger one until the labels have room; where that leaves
-// less than two ticks, a smaller one that has room too.
-TickLayout searchLayout(const AxisRequest& request, const Range& range, double increment)
+// The least distance of a label that has been moved inwards from its neighbour, or from a base.
+int endGap(const AxisRequest& request)
 {
-    auto attempt = [&](double step) {
-        TickSeries series = completed(request.series, range, step);
-        return TickLayout{series, ticksOf(request, range, series)};
-    };
-    auto readable = [&](const TickLayout& layout) {
-        return isReadable(request, range, layout.series, layout.ticks);
-    };
-    constexpr int tries = 6;
-    TickLayout first = attempt(increment);
-    TickLayout layout = first;
-    for (int i = 0; i < tries && layout.ticks.size() > 1 && !readable(layout); ++i)
-        layout = attempt(nextAbove(layout.series.increment));
-    const double finest = request.rangePrecision ? 0.0 : powerOfTen(-clampPrecision(request.precision));
-    double step = layout.series.increment;
-    for (int i = 0; i < tries && layout.ticks.size() < 2; ++i) {
-        step = nextBelow(step);
-        if (!(step > finest * 0.9) || std::fabs(range.high) + step == std::fabs(range.high))
-            break;
-        TickLayout finer = attempt(step);
-        if (layout.ticks.empty() || readable(finer))
-            layout = finer;
-    }
-    return layout.ticks.empty() ? first : layout;
+    return request.gap * 2 / 3;
 }
 
 int wantedStart(const Tick& tick)
@@ -355,19 +199,20 @@ int wantedStart(const Tick& tick)
     return tick.pixel - tick.size.along / 2;
 }
 
-// Puts a label beside its tick and inside the scale, or drops it.
-void placeLabel(const AxisRequest& request, Tick& tick)
+// Puts a label beside its tick and between the base and the end of the scale, or drops it.
+void placeLabel(const AxisRequest& request, int begin, Tick& tick)
 {
-    if (tick.label.empty() || !hasRoom(request, tick.size))
+    const int latest = request.length - tick.size.along;
+    if (tick.label.empty() || !hasRoom(request, tick.size) || tick.pixel < begin || latest < begin)
         tick.label.clear();
     else
-        tick.labelStart = std::clamp(wantedStart(tick), 0, request.length - tick.size.along);
+        tick.labelStart = std::clamp(wantedStart(tick), begin, latest);
 }
 
 // Of two labels that come too close the one goes that had to be moved inwards, else the second.
 void dropCloseLabels(const AxisRequest& request, std::vector<Tick>& ticks)
 {
-    const int gap = request.gap * 2 / 3; // a label at an end has been moved nearer
+    const int gap = endGap(request);
     Tick* previous = nullptr;
     for (Tick& tick : ticks) {
         if (tick.label.empty())
@@ -385,30 +230,109 @@ void dropCloseLabels(const AxisRequest& request, std::vector<Tick>& ticks)
     }
 }
 
+// The first pixel that a label may have: a base stands apart, but not as far as labels from each other.
+int labelsBegin(const AxisRequest& request, const LabelBase& base)
+{
+    return base.lines.empty() ? 0 : baseEnd(request, base) + endGap(request);
+}
+
+// Takes away the ticks beside a base, which would seem to be the label of theirs.
+void clearBase(const AxisRequest& request, TickLayout& layout)
+{
+    if (layout.base.lines.empty())
+        return;
+    const int end = baseEnd(request, layout.base) + request.tickWidth;
+    std::erase_if(layout.ticks, [&](const Tick& tick) { return tick.label.empty() && tick.pixel <= end; });
+}
+
+void place(const AxisRequest& request, TickLayout& layout)
+{
+    const int begin = labelsBegin(request, layout.base);
+    for (Tick& tick : layout.ticks)
+        placeLabel(request, begin, tick);
+    if (request.flipped)
+        std::reverse(layout.ticks.begin(), layout.ticks.end());
+    dropCloseLabels(request, layout.ticks);
+    clearBase(request, layout);
+}
+
+struct Attempt {
+    TickLayout layout;
+    bool readable;
+    std::size_t useful; // labels, or ticks where there are to be no labels or they have a precision
+};
+
+Attempt attempt(const AxisRequest& request, const Range& range, double increment, Form form, int gap)
+{
+    Attempt made{};
+    made.layout = unplaced(request, range, completed(request.series, range, increment), form);
+    made.readable = isReadable(request, range, made.layout, gap) &&
+                    (form == Form::Whole || !made.layout.base.lines.empty());
+    place(request, made.layout);
+    const std::vector<Tick>& ticks = made.layout.ticks;
+    made.useful = request.labels && request.rangePrecision
+                      ? static_cast<std::size_t>(std::ranges::count_if(
+                            ticks, [](const Tick& tick) { return !tick.label.empty(); }))
+                      : ticks.size();
+    return made;
+}
+
+// Starts from the given increment and takes the next larger one until the labels have room; where that leaves
+// less than two of use, a smaller one that has room too, if need be at the distance that the ends of the axis
+// know.
+Attempt search(const AxisRequest& request, const Range& range, double increment, Form form)
+{
+    constexpr int tries = 6;
+    const Attempt first = attempt(request, range, increment, form, request.gap);
+    Attempt best = first;
+    for (int i = 0; i < tries && best.layout.ticks.size() > 1 && !best.readable; ++i)
+        best = attempt(request, range, nextAbove(best.layout.series.increment), form, request.gap);
+    const double finest = request.rangePrecision ? finestIncrement(range)
+                                                 : 0.9 * powerOfTen(-clampPrecision(request.precision));
+    const int gap = request.rangePrecision ? endGap(request) : request.gap;
+    double step = best.layout.series.increment;
+    for (int i = 0; i < tries && best.useful < 2; ++i) {
+        step = nextBelow(step);
+        if (!(step > finest) || std::fabs(range.high) + step == std::fabs(range.high))
+            break;
+        Attempt finer = attempt(request, range, step, form, gap);
+        if (best.layout.ticks.empty() || (finer.readable && finer.useful >= best.useful))
+            best = std::move(finer);
+    }
+    return best.layout.ticks.empty() ? first : best;
+}
+
+Attempt searchOrNone(const AxisRequest& request, const Range& range, double increment, Form form)
+{
+    return increment > 0.0 ? search(request, range, increment, form)
+                           : attempt(request, range, increment, form, request.gap);
+}
+
+TickLayout automaticLayout(const AxisRequest& request, const Range& range)
+{
+    if (!request.rangePrecision)
+        return searchOrNone(request, range, incrementAtPrecision(request, range), Form::Whole).layout;
+    constexpr std::size_t enough = 3;
+    auto searched = [&](Form form) {
+        return searchOrNone(request, range, incrementByRange(request, range, form), form);
+    };
+    Attempt whole = searched(Form::Whole);
+    if (!request.labels || request.labelFunc || whole.useful >= enough)
+        return whole.layout;
+    Attempt based = searched(Form::Based);
+    return based.useful > std::max<std::size_t>(whole.useful, 1) ? based.layout : whole.layout;
+}
+
 } // namespace
 
 TickLayout layoutTicks(const AxisRequest& request)
 {
     const Range range = rangeOf(request);
-    if (!isDrawable(request, range))
-        return {request.series, {}};
-    TickLayout layout;
-    double increment = request.series.increment;
-    if (increment == unsetValue)
-        increment =
-            request.rangePrecision ? incrementByRange(request, range) : incrementAtPrecision(request, range);
-    if (request.series.increment == unsetValue && increment > 0.0) {
-        layout = searchLayout(request, range, increment);
-    } else {
-        layout.series = completed(request.series, range, increment);
-        layout.ticks = ticksOf(request, range, layout.series);
-    }
-    for (Tick& tick : layout.ticks)
-        placeLabel(request, tick);
-    if (request.flipped)
-        std::reverse(layout.ticks.begin(), layout.ticks.end());
-    dropCloseLabels(request, layout.ticks);
-    return layout;
+    if (!isDrawable(request, range) || range.size() < finestIncrement(range))
+        return {request.series, {}, {}};
+    if (request.series.increment == unsetValue)
+        return automaticLayout(request, range);
+    return attempt(request, range, request.series.increment, Form::Whole, request.gap).layout;
 }
 
 } // namespace gauge

@@ -62,4 +62,8 @@ void drawTicks(TickRec* tick, const LinearGaugeRec* gauge, Drawable drawable, GC
 // Increment, start and stop as they are drawn.
 gauge::TickSeries computedSeries(const TickRec* tick);
 
+// The width of the gauge where the tick's axis is vertical, else its height, that the tick's labels need; 0
+// when it has none. The tick must have a scale.
+int wantedThickness(const TickRec* tick, const LinearGaugeRec* gauge);
+
 #endif

@@ -114,8 +114,8 @@ enum {
 
 /* Widget, default NULL: a scale of the same gauge. */
 #define XmNxrtGaScale "xrtGaScale"
-/* Boolean, default True: increment, start and stop are computed from the scale's range, and the start value is
- * aligned down to a multiple of the increment. */
+/* Boolean, default True: increment, start and stop are computed from the scale's range, and the start value
+ * is aligned down to a multiple of the increment. */
 #define XmNxrtGaAutomatic "xrtGaAutomatic"
 /* Doubles. They hold where XmNxrtGaAutomatic is off and all three are set; otherwise all three are computed,
  * and reading them gives the computed values (the largest finite double when there are none, as on an empty

@@ -13,12 +13,14 @@
 #include <Xm/DrawingA.h>
 #include <Xm/Form.h>
 
+#include <algorithm>
 #include <bit>
 
 // Module state.
 ToolWindow toolWindow;
 
-constexpr int intensityGaugeWidth = 60, distanceGaugeHeight = 24;
+// Large fonts make them larger.
+constexpr Dimension leastIntensityGaugeWidth = 60, leastDistanceGaugeHeight = 24;
 
 static const WMMenuItem scalingItems[] = {{"Autoscale"}, {"Constant Min/Max"}};
 
@@ -44,12 +46,23 @@ static void addSettingsRow()
     WMSetOffset(0, 0, 0, 0);
 }
 
+// Gives a gauge the room that the labels of its font need.
+static void fitToLabels(Widget gauge)
+{
+    XtWidgetGeometry wish;
+    XtQueryGeometry(gauge, nullptr, &wish);
+    if (wish.request_mode & CWWidth)
+        XtVaSetValues(gauge, XmNwidth, std::max(wish.width, leastIntensityGaugeWidth), nullptr);
+    if (wish.request_mode & CWHeight)
+        XtVaSetValues(gauge, XmNheight, std::max(wish.height, leastDistanceGaugeHeight), nullptr);
+}
+
 static void addIntensityGauge()
 {
     ToolWindow& w = toolWindow;
     w.intensityGauge = WMAddCustom("tick_gauge", xmXrtGaLinearGaugeWidgetClass, nullptr, 0);
-    XtVaSetValues(w.intensityGauge, XmNwidth, intensityGaugeWidth, XmNheight, plot.plotHeight, XmNresizable,
-                  1, nullptr);
+    XtVaSetValues(w.intensityGauge, XmNwidth, leastIntensityGaugeWidth, XmNheight, plot.plotHeight,
+                  XmNresizable, 1, nullptr);
     w.intensityScale = XtVaCreateWidget("tick_scale", xmXrtGaLinearScaleObjectClass, w.intensityGauge,
                                         XmNxrtGaMax, doubleValue(0.0), XmNxrtGaMin, doubleValue(0.0),
                                         XmNxrtGaOrientation, 1, XmNxrtGaDirection, 0, nullptr);
@@ -58,6 +71,7 @@ static void addIntensityGauge()
         XmNxrtGaAutomatic, True, XmNxrtGaDrawLabels, True, XmNxrtGaLabelExtent, doubleValue(0.4),
         XmNxrtGaInnerExtent, doubleValue(1.0), XmNxrtGaOuterExtent, doubleValue(0.85), XtVaTypedArg,
         XmNbackground, XmRString, "black", sizeof "black", nullptr);
+    fitToLabels(w.intensityGauge);
 }
 
 static void addPlotArea()
@@ -78,10 +92,10 @@ static void addDistanceGauge()
     w.distanceGauge = WMAddCustom("tick_gauge", xmXrtGaLinearGaugeWidgetClass, nullptr, 0);
     // Attached beside the other gauge from the start: moved there only in attachAxes, it would widen the
     // window.
-    XtVaSetValues(w.distanceGauge, XmNwidth, plot.plotWidth, XmNheight, distanceGaugeHeight, XmNresizable, 0,
-                  XmNtopAttachment, XmATTACH_NONE, XmNbottomAttachment, XmATTACH_FORM, XmNrightAttachment,
-                  XmATTACH_FORM, XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, w.intensityGauge,
-                  nullptr);
+    XtVaSetValues(w.distanceGauge, XmNwidth, plot.plotWidth, XmNheight, leastDistanceGaugeHeight,
+                  XmNresizable, 0, XmNtopAttachment, XmATTACH_NONE, XmNbottomAttachment, XmATTACH_FORM,
+                  XmNrightAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget,
+                  w.intensityGauge, nullptr);
     w.distanceScale =
         XtVaCreateWidget("tick_scale", xmXrtGaLinearScaleObjectClass, w.distanceGauge, XmNwidth, 0, XmNx, 0,
                          XmNheight, 8, XmNy, 0, XmNxrtGaMax, doubleValue(0.0), nullptr);
@@ -90,6 +104,7 @@ static void addDistanceGauge()
         XmNxrtGaAutomatic, True, XmNxrtGaDrawLabels, True, XmNxrtGaLabelExtent, doubleValue(1.5),
         XmNxrtGaInnerExtent, doubleValue(0.0), XmNxrtGaOuterExtent, doubleValue(0.8), XtVaTypedArg,
         XmNbackground, XmRString, "black", sizeof "black", nullptr);
+    fitToLabels(w.distanceGauge);
 }
 
 static void addSavedCount()
@@ -154,6 +169,8 @@ void buildToolWindow()
 void attachAxes()
 {
     const ToolWindow& w = toolWindow;
+    Dimension distanceGaugeHeight;
+    XtVaGetValues(w.distanceGauge, XmNheight, &distanceGaugeHeight, nullptr);
     XtVaSetValues(w.distanceGauge, XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, w.intensityGauge,
                   nullptr);
     XtVaSetValues(w.intensityGauge, XmNbottomAttachment, XmATTACH_FORM, XmNbottomOffset, distanceGaugeHeight,

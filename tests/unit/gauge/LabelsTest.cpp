@@ -1,5 +1,6 @@
 // The arithmetic under the layout: label text, rounding, nice numbers, decimals of a range, the first tick.
-#include "gauge/TickLayout.h"
+#include "gauge/TickNumbers.h"
+#include "gauge/TickSeries.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,7 @@ TEST(LabelText, followsTheRule)
         {0, 0, "0"},
         {1e21, 0, "1000000000000000000000"},
         {1.5, 20, "1.50000000000000000000"},
-        {1250, -2, "1300"},                      // halves up
+        {1250, -2, "1300"}, // halves up
         {-1250, -2, "-1200"},
         {-1234, -2, "-1200"},
         {-40, -2, "0"},

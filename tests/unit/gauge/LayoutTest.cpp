@@ -1,5 +1,6 @@
 // Whole axes: properties that hold at every range and size, and figures for some that are known.
 #include "gauge/TickLayout.h"
+#include "gauge/TickNumbers.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,6 +9,8 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <random>
+#include <utility>
 
 namespace {
 
@@ -31,9 +34,26 @@ AxisRequest axis(double min, double max, int length, bool vertical)
     request.flipped = vertical;
     request.gap = vertical ? digitHeight : digitWidth;
     request.labelRoom = vertical ? 49 : length / 3;
+    request.baseRoom = vertical ? 60 : length / 3;
     request.measure = [vertical](const std::string& text) {
         int width = digitWidth * static_cast<int>(text.size());
         return vertical ? gauge::LabelSize{digitHeight, width} : gauge::LabelSize{width, digitHeight};
+    };
+    return request;
+}
+
+// As in the tool, whose font has wider digits, on a plain screen or on one of twice its resolution.
+AxisRequest intensityAxis(double min, double max, int scale = 1)
+{
+    AxisRequest request = axis(min, max, 200, true);
+    request.labelRoom = 50 * scale;
+    request.baseRoom = 60 * scale;
+    request.gap = digitHeight * scale;
+    request.measure = [scale](const std::string& text) {
+        int width = 0;
+        for (char character : text)
+            width += character == '+' ? 10 : character == '-' || character == '.' ? 4 : 8;
+        return gauge::LabelSize{digitHeight * scale, width * scale};
     };
     return request;
 }
@@ -94,18 +114,35 @@ void expectRoundSteps(const TickLayout& layout)
     }
 }
 
+// The value that a reader takes from a label and the base.
+double readBack(const TickLayout& layout, const std::string& label)
+{
+    std::string base;
+    for (const std::string& line : layout.base.lines)
+        base += line;
+    EXPECT_EQ(base.empty(), label[0] != '+' && (label[0] != '-' || base.empty())) << base << " and " << label;
+    return (base.empty() ? 0.0 : std::strtod(base.c_str(), nullptr)) + std::strtod(label.c_str(), nullptr);
+}
+
+int baseEnd(const AxisRequest& request, const TickLayout& layout)
+{
+    return layout.base.lines.empty() ? 0 : layout.base.starts.back() + request.measure("0").along;
+}
+
 void expectCleanLabels(const AxisRequest& request, const TickLayout& layout)
 {
-    int end = 0;
+    int end = request.vertical ? baseEnd(request, layout) : 0;
+    std::string previous;
     for (const Tick& tick : layout.ticks) {
         if (tick.label.empty())
             continue;
+        EXPECT_NE(tick.label, std::exchange(previous, tick.label));
         EXPECT_GE(tick.labelStart, end == 0 ? 0 : end + 4) << tick.label;
         end = tick.labelStart + tick.size.along;
         EXPECT_LE(end, request.length) << tick.label;
         EXPECT_LE(std::abs(tick.labelStart + tick.size.along / 2 - tick.pixel), (tick.size.along + 1) / 2);
         EXPECT_LE(request.vertical ? tick.size.across : tick.size.along, request.labelRoom);
-        EXPECT_NEAR(std::strtod(tick.label.c_str(), nullptr), tick.value, layout.series.increment * 1e-3);
+        EXPECT_NEAR(readBack(layout, tick.label), tick.value, layout.series.increment * 1e-3);
     }
 }
 
@@ -143,6 +180,77 @@ TEST(Layout, holdsItsPropertiesAtEveryRangeAndSize)
                 expectCleanLabels(request, layout);
                 expectTwoTicks(request, layout);
             }
+}
+
+std::size_t labelled(const TickLayout& layout)
+{
+    return static_cast<std::size_t>(
+        std::ranges::count_if(layout.ticks, [](const Tick& tick) { return !tick.label.empty(); }));
+}
+
+void expectTwoLabels(float min, float max)
+{
+    SCOPED_TRACE(testing::Message() << std::hexfloat << min << " to " << max << std::defaultfloat << ", "
+                                    << min);
+    for (int scale : {1, 2}) {
+        AxisRequest request = intensityAxis(min, max, scale);
+        TickLayout layout = layoutTicks(request);
+        EXPECT_GE(labelled(layout), 2u) << scale;
+        expectInside(request, layout);
+        expectRoundSteps(layout);
+        expectCleanLabels(request, layout);
+    }
+}
+
+// Samples of a float image, of every size, that are as far apart as floats can be and as close.
+TEST(Layout, labelsTwoTicksInEveryRangeOfFloats)
+{
+    const std::pair<float, float> known[] = {
+        {1000000.0f, 1000100.0f}, {-1234567.0f, -1234000.0f},     {1e7f, 1e7f + 8},
+        {12345.01f, 12345.09f},   {999999.0f, 1000001.0f},        {16777216.0f, 16777218.0f},
+        {-1e-45f, 1e-45f},        {3.4028233e38f, 3.4028235e38f}, {-3.4028235e38f, 1e-45f},
+        {-3e-38f, -2e-38f},       {-16777216.0f, 16777218.0f}};
+    for (auto [min, max] : known)
+        expectTwoLabels(min, max);
+    std::mt19937 random(20);
+    std::uniform_real_distribution<float> exponents(-45.0f, 38.4f), closeness(-8.0f, 1.0f);
+    for (int i = 0; i < 5000 && !testing::Test::HasFailure(); ++i) {
+        const float value = std::pow(10.0f, exponents(random)) * (i % 2 ? 1.0f : -1.0f);
+        const float other = value * (1.0f + std::pow(10.0f, closeness(random)));
+        if (!std::isfinite(value) || !std::isfinite(other))
+            continue;
+        const float next = other == value ? std::nextafter(value, INFINITY) : other;
+        if (std::isfinite(next))
+            expectTwoLabels(std::min(value, next), std::max(value, next));
+    }
+}
+
+TEST(Layout, writesWhatLabelsShareOnce)
+{
+    const struct {
+        double min, max;
+        std::vector<std::string> base;
+        const char* top;
+        const char* bottom;
+    } rows[] = {
+        {1000000, 1000100, {"1000000"}, "+90", "+10"},
+        {-1234567, -1234000, {"-1235000"}, "+900", "+500"},
+        {1e7, 1e7 + 8, {"1e7"}, "+7", "+1"},
+        {12345.01, 12345.09, {"12345"}, "+0.08", "+0.02"},
+        {999999, 1000001, {"1000000"}, "+0.8", "-0.8"},
+        {1e9, 1e9 + 64, {"1e9"}, "+50", "+10"},
+        {1.23456782e30, 1.23456789e30, {"1.234567", "8e30"}, "+8e22", "+3e22"},
+        {0.000012345, 0.000012346, {"1.234e-5"}, "+5.9e-9", "+5.1e-9"},
+        {165000, 165000.5, {"165000"}, "+0.45", "+0.05"},
+        {60000, 65000.5, {}, "65000", "60500"}, // whole values have room
+    };
+    for (const auto& row : rows) {
+        TickLayout layout = layoutTicks(intensityAxis(row.min, row.max));
+        std::erase_if(layout.ticks, [](const Tick& tick) { return tick.label.empty(); });
+        EXPECT_EQ(layout.base.lines, row.base);
+        EXPECT_EQ(layout.ticks.front().label, row.top) << row.min;
+        EXPECT_EQ(layout.ticks.back().label, row.bottom) << row.min;
+    }
 }
 
 TEST(Layout, isEmptyWithoutARange)
@@ -239,15 +347,54 @@ TEST(Layout, takesWhatTheApplicationSets)
     }
 }
 
+constexpr double largest = std::numeric_limits<double>::max();
+const double hostile[] = {0.0,  -0.0, 1.0,      -1.0,      1e-300,  1e300,    5e-324,
+                          -7e9, NAN,  INFINITY, -INFINITY, largest, -largest, std::nextafter(largest, 0.0)};
+
+void expectBounded(const AxisRequest& request)
+{
+    const TickLayout layout = layoutTicks(request);
+    EXPECT_LE(layout.ticks.size(), 201u);
+    for (const Tick& tick : layout.ticks) {
+        EXPECT_TRUE(std::isfinite(tick.value)) << tick.value;
+        EXPECT_GE(tick.pixel, 0);
+        EXPECT_LT(tick.pixel, 200);
+    }
+}
+
 TEST(Layout, survivesHostileSettings)
 {
-    const double odd[] = {0.0, -1.0, 1e-300, 1e300, NAN, INFINITY, -INFINITY, 5e-324};
-    for (double increment : odd)
-        for (double start : odd) {
-            AxisRequest request = axis(0, 1000, 200, true);
-            request.series = {increment, start, gauge::unsetValue};
-            EXPECT_LE(layoutTicks(request).ticks.size(), 201u) << increment << " from " << start;
-        }
+    for (double increment : hostile)
+        for (double start : hostile)
+            for (double stop : hostile)
+                for (double max : {1000.0, largest}) {
+                    SCOPED_TRACE(testing::Message() << increment << " from " << start << " to " << stop);
+                    AxisRequest request = axis(0, max, 200, true);
+                    request.series = {increment, start, stop};
+                    for (bool byRange : {true, false}) {
+                        request.rangePrecision = request.align = byRange;
+                        expectBounded(request);
+                    }
+                }
+}
+
+TEST(Layout, survivesHostileRanges)
+{
+    for (double min : hostile)
+        for (double max : hostile)
+            for (double offset : hostile)
+                for (int precision :
+                     {std::numeric_limits<int>::min(), -16, -15, 0, 2, 16, std::numeric_limits<int>::max()}) {
+                    SCOPED_TRACE(testing::Message()
+                                 << min << " to " << max << " offset " << offset << " at " << precision);
+                    AxisRequest request = axis(min, max, 200, true);
+                    request.offset = offset;
+                    request.precision = precision;
+                    for (bool byRange : {true, false}) {
+                        request.rangePrecision = byRange;
+                        expectBounded(request);
+                    }
+                }
 }
 
 TEST(Layout, asksTheLabelFunction)

@@ -1,0 +1,46 @@
+// The values at which an axis has its ticks. For the layout of ticks, and for tests.
+#pragma once
+
+#include <limits>
+#include <vector>
+
+namespace gauge {
+
+// A value that nobody has set.
+inline constexpr double unsetValue = std::numeric_limits<double>::max();
+
+// Increment, first and last candidate of a row of ticks.
+struct TickSeries {
+    double increment = unsetValue;
+    double start = unsetValue;
+    double stop = unsetValue;
+};
+
+// The scale's range in label values. Values closer to an end than `slack` count as being at that end: callers
+// work in single precision, and the sum of a length and an offset is not exact.
+struct Range {
+    double low;
+    double high;
+    double slack;
+
+    double size() const { return high - low; }
+};
+
+// The first tick above min: series.start, aligned down to a multiple of the increment first if `align`, plus
+// as many increments as needed. It is min itself when the increment is 0 or 2000 increments were not enough.
+double firstTick(const TickSeries& series, double min, bool align);
+
+// The series with its increment; what is unset of start and stop goes to the whole multiples around the
+// range, or to its ends where there is no increment to speak of. The range is not measured again with these:
+// ticks outside the scale are never drawn, and a second look at the wider range only thins out the axis.
+TickSeries completed(TickSeries series, const Range& range, double increment);
+
+// The ticks of a series within a range that `pixels` pixels show: above its low end, up to its high end, and
+// no more than one to a pixel.
+std::vector<double> tickValues(const TickSeries& series, const Range& range, bool align, int pixels);
+
+// The smallest increment at which the ticks of a range are told apart for certain. Doubles near the range are
+// no closer to each other than an eighth of it.
+double finestIncrement(const Range& range);
+
+} // namespace gauge
