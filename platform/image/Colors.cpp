@@ -7,7 +7,8 @@
 
 namespace image {
 
-enum ColorIndex { White, Red, Green, Yellow, Blue, Magenta, Cyan };
+using base::Blue, base::Cyan, base::Green, base::Magenta, base::Red, base::White, base::Yellow;
+using base::displayColors;
 
 std::optional<int> nearestColor(Rgb color)
 {
@@ -18,8 +19,9 @@ std::optional<int> nearestColor(Rgb color)
         const auto part = [&](int a, int b) { return (a * 255 / brightest - b) * (a * 255 / brightest - b); };
         return part(color.red, other.red) + part(color.green, other.green) + part(color.blue, other.blue);
     };
-    const auto nearest = std::min_element(displayColors.begin(), displayColors.end(),
-                                          [&](auto& a, auto& b) { return distance(a) < distance(b); });
+    const auto nearest = std::min_element(displayColors.begin(), displayColors.end(), [&](auto& a, auto& b) {
+        return distance(a.rgb) < distance(b.rgb);
+    });
     return static_cast<int>(nearest - displayColors.begin());
 }
 
@@ -94,7 +96,7 @@ static int nextFreeColor(std::span<const Wavelength> wavelengths, std::span<cons
 
 static void setColor(Wavelength& wavelength, int index, std::optional<Rgb> own)
 {
-    const Rgb color = own.value_or(displayColors[static_cast<std::size_t>(index)]);
+    const Rgb color = own.value_or(displayColors[static_cast<std::size_t>(index)].rgb);
     wavelength.colorIndex = index;
     wavelength.red = color.red;
     wavelength.green = color.green;

@@ -1,22 +1,15 @@
 // Which of the seven display colours a wavelength gets.
 #pragma once
 
+#include "platform/base/DisplayColors.h"
 #include "platform/image/ImageFile.h"
 
-#include <array>
 #include <optional>
 #include <span>
 
 namespace image {
 
-struct Rgb {
-    std::uint8_t red = 255, green = 255, blue = 255;
-    friend bool operator==(const Rgb&, const Rgb&) = default;
-};
-
-// White, red, green, yellow, blue, magenta, cyan: the order of Wavelength::colorIndex.
-inline constexpr std::array<Rgb, 7> displayColors = {
-    {{255, 255, 255}, {255, 0, 0}, {0, 255, 0}, {255, 255, 0}, {0, 0, 255}, {255, 0, 255}, {0, 255, 255}}};
+using base::Rgb;
 
 // The display colour with the same hue: colours are compared at full brightness. Nothing for black.
 std::optional<int> nearestColor(Rgb color);

@@ -1,5 +1,7 @@
 #include "platform/image/Dataset.h"
 
+#include "platform/base/Limits.h"
+
 #include "platform/image/Error.h"
 #include "platform/image/Plausible.h"
 
@@ -31,9 +33,9 @@ void setSizes(Dataset& dataset, std::int64_t z, std::int64_t wavelengths, std::i
             throw FormatError("its metadata claims more than " + std::to_string(maxSections) + " sections");
         sections *= size;
     }
-    if (wavelengths > maxWavelengths)
+    if (wavelengths > base::maxWavelengths)
         throw FormatError("it has " + std::to_string(wavelengths) + " wavelengths, more than " +
-                          std::to_string(maxWavelengths));
+                          std::to_string(base::maxWavelengths));
     dataset.info.sizeZ = static_cast<int>(z);
     dataset.info.sizeW = static_cast<int>(wavelengths);
     dataset.info.sizeT = static_cast<int>(t);
@@ -118,7 +120,7 @@ void setSpacing(ImageInfo& info, const std::array<std::optional<double>, 3>& mic
 void setWavelengths(Dataset& dataset, const Plane& plane, std::span<ColorHint> hints,
                     std::span<const std::string> channelNames)
 {
-    static constexpr int colors[3] = {1, 2, 4}; // of displayColors
+    static constexpr int colors[3] = {base::Red, base::Green, base::Blue};
     dataset.info.wavelengths.resize(static_cast<std::size_t>(dataset.info.sizeW));
     for (int w = 0; w < dataset.info.sizeW; ++w) {
         const auto channel = static_cast<std::size_t>(w / dataset.samplesPerPlane);
@@ -129,7 +131,7 @@ void setWavelengths(Dataset& dataset, const Plane& plane, std::span<ColorHint> h
             plausibleText(rgb ? sampleName(name, sample) : name);
         if (rgb)
             hints[static_cast<std::size_t>(w)].color =
-                displayColors[static_cast<std::size_t>(colors[sample])];
+                base::displayColors[static_cast<std::size_t>(colors[sample])].rgb;
     }
     assignColors(dataset.info.wavelengths, hints);
 }

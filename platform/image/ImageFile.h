@@ -41,7 +41,7 @@ struct Wavelength {
     std::string name;                                // channel name, may be empty
     float nanometres = 0;                            // emission, else excitation, else 0
     std::uint8_t red = 255, green = 255, blue = 255; // the file's own colour, or the colour of colorIndex
-    int colorIndex = 0; // 0 white, 1 red, 2 green, 3 yellow, 4 blue, 5 magenta, 6 cyan
+    int colorIndex = 0; // of base::displayColors
     std::optional<float> displayMin, displayMax; // display range that the file asks for
 };
 
@@ -67,7 +67,6 @@ enum ExtendedHeaderField {
     KnownBias = 14
 };
 
-constexpr int maxWavelengths = 1024; // a file with more is refused
 
 class ImageFile {
 public:

@@ -12,13 +12,6 @@
 
 namespace image {
 
-static FileStamp stampFrom(const struct stat& status)
-{
-    constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
-    return {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size),
-            status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
-}
-
 InputFile::InputFile(const std::filesystem::path& path)
 {
     // O_NONBLOCK: opening a named pipe must not wait for a writer.
@@ -38,12 +31,6 @@ InputFile::InputFile(const std::filesystem::path& path)
 InputFile::~InputFile()
 {
     ::close(descriptor);
-}
-
-FileStamp InputFile::stamp() const
-{
-    struct stat status = {};
-    return fstat(descriptor, &status) == 0 ? stampFrom(status) : FileStamp{};
 }
 
 std::size_t InputFile::readSome(std::uint64_t offset, std::span<std::byte> out) const
@@ -69,12 +56,6 @@ void InputFile::read(std::uint64_t offset, std::span<std::byte> out) const
 {
     if (readSome(offset, out) != out.size())
         throw FormatError("the file is truncated or points beyond its own end");
-}
-
-FileStamp stampOf(const std::filesystem::path& path)
-{
-    struct stat status = {};
-    return stat(path.c_str(), &status) == 0 ? stampFrom(status) : FileStamp{};
 }
 
 } // namespace image

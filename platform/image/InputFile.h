@@ -2,6 +2,8 @@
 // SIGBUS. Reads of several threads at once are fine.
 #pragma once
 
+#include "platform/base/FileStamp.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -9,12 +11,7 @@
 
 namespace image {
 
-// Tells two states of a file apart.
-struct FileStamp {
-    std::uint64_t device = 0, inode = 0, size = 0;
-    std::int64_t modified = 0; // nanoseconds since 1970
-    friend bool operator==(const FileStamp&, const FileStamp&) = default;
-};
+using base::FileStamp;
 
 class InputFile {
 public:
@@ -24,7 +21,7 @@ public:
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
-    FileStamp stamp() const; // as the file is now; all zero when it cannot be told
+    FileStamp stamp() const { return base::stampOf(descriptor); }
     std::uint64_t size() const { return stamp().size; }
 
     // Returns how many bytes were read: fewer than asked for at the end of the file.
@@ -35,8 +32,5 @@ public:
 private:
     int descriptor = -1;
 };
-
-// The stamp of a path; all zero when there is no such file.
-FileStamp stampOf(const std::filesystem::path& path);
 
 } // namespace image

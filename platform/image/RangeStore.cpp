@@ -1,10 +1,10 @@
 #include "platform/image/RangeStore.h"
 
-#include "platform/image/InputFile.h"
+#include "platform/base/FileStamp.h"
+#include "platform/base/UserFolders.h"
 
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -33,7 +33,7 @@ std::string rangeIdentity(const ImageFile& image)
     std::ostringstream all;
     std::error_code error;
     for (const fs::path& path : image.files()) {
-        const FileStamp stamp = stampOf(path);
+        const base::FileStamp stamp = base::stampOf(path);
         all << fs::weakly_canonical(path, error).string() << '\t' << stamp.size << '\t' << stamp.modified
             << '\t';
     }
@@ -45,11 +45,8 @@ std::string rangeIdentity(const ImageFile& image)
 
 static fs::path folder()
 {
-    const char* const cache = std::getenv("XDG_CACHE_HOME");
-    const char* const home = std::getenv("HOME");
-    if (cache && cache[0] == '/')
-        return fs::path(cache) / "kelvora" / "ranges";
-    return home && *home ? fs::path(home) / ".cache" / "kelvora" / "ranges" : fs::path();
+    const fs::path cache = base::cacheFolder();
+    return cache.empty() ? cache : cache / "ranges";
 }
 
 std::optional<std::vector<ValueRange>> loadRanges(const std::string& identity, std::size_t count)

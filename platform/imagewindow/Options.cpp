@@ -1,6 +1,7 @@
 #include "platform/imagewindow/Options.h"
 
-#include "platform/imagewindow/view/Palette.h"
+#include "platform/base/DisplayColors.h"
+#include "platform/base/Limits.h"
 #include "platform/imagewindow/view/View.h"
 
 #include <CLI/CLI.hpp>
@@ -13,7 +14,6 @@ namespace viewer {
 
 namespace {
 
-constexpr std::size_t maxColors = 1024; // as many as an image has wavelengths
 
 constexpr const char* keys = R"(
 One window and one window number each; "window N: FILE" is written to standard output when a window is shown.
@@ -49,8 +49,8 @@ std::string checkZoom(const std::string& text)
 // Throw a sentence for what is none.
 int colorOf(const std::string& text)
 {
-    for (std::size_t i = 0; i < waveColorNames.size(); ++i)
-        if (text == waveColorNames[i] || text == std::to_string(i))
+    for (std::size_t i = 0; i < base::displayColors.size(); ++i)
+        if (text == base::displayColors[i].name || text == std::to_string(i))
             return static_cast<int>(i);
     throw std::invalid_argument("\"" + text + "\" is no colour: 0 to 6, or a name like magenta");
 }
@@ -65,7 +65,7 @@ int indexOf(const std::string& text)
 
 // An option with one word of items, commas between them: the word after it is a file already.
 void addList(CLI::App& app, const std::string& name, std::vector<int>& list, std::size_t most,
-             int (*item)(const std::string&), const char* help, const char* typeName)
+             int (*item)(const std::string&), const std::string& help, const char* typeName)
 {
     const auto take = [&list, name, most, item](const std::string& word) {
         try {
@@ -116,9 +116,8 @@ void declare(CLI::App& app, Options& options, Typed& typed)
             "Section to show first: z, or z and time point, counted from 1", "Z,T");
     addList(app, "--wavelengths", options.wavelengths, maxDisplayed, indexOf,
             "Wavelengths to show, at most five, counted from 1: 1,3", "LIST");
-    addList(app, "--colors", options.colors, maxColors, colorOf,
-            "Display colours of the wavelengths, by name or number: 0 white, 1 red, 2 green, 3 yellow, "
-            "4 blue, 5 magenta, 6 cyan",
+    addList(app, "--colors", options.colors, base::maxWavelengths, colorOf,
+            "Display colours of the wavelengths, by name or number: " + base::listOfDisplayColors(),
             "LIST");
     app.add_option("--panels", typed.panels, "Panels side by side: z, wavelength, time or single")
         ->check(CLI::IsMember({"single", "z", "wavelength", "time"}))

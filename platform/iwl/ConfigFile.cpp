@@ -1,5 +1,7 @@
 #include "platform/iwl/ConfigFile.h"
 
+#include "platform/base/UserFolders.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -7,7 +9,6 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
-#include <pwd.h>
 #include <set>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -241,15 +242,7 @@ std::string configKeyName(std::string_view key)
 
 std::string configPath()
 {
-    // The base directory convention: a relative path in the variable counts as unset.
-    const char* base = std::getenv("XDG_CONFIG_HOME");
-    if (base && base[0] == '/')
-        return std::string(base) + "/kelvora/config";
-    const char* home = std::getenv("HOME");
-    const passwd* user = home && *home ? nullptr : getpwuid(getuid());
-    if (user)
-        home = user->pw_dir;
-    return std::string(home ? home : "") + "/.config/kelvora/config";
+    return (base::configFolder() / "config").string();
 }
 
 ConfigText readConfig(const std::string& path)

@@ -82,8 +82,8 @@ int add(int slotNumber, OverlayCommand graphic)
     graphic.panel = std::max(graphic.panel, -1);
     graphic.width = std::clamp(graphic.width, 0, protocol::maxOverlayWidth);
     graphic.dash = std::clamp(graphic.dash, 0, protocol::maxOverlayDash);
-    if (graphic.color < 0 || graphic.color > protocol::annotationColor)
-        graphic.color = protocol::annotationColor;
+    if (!base::isGraphicsColor(graphic.color))
+        graphic.color = base::annotationColor;
     send(*slot, graphic);
     slot->graphics.emplace(graphic.id, graphic);
     return graphic.id;

@@ -1,5 +1,6 @@
 #include "platform/iwl/Session.h"
 
+#include "platform/base/Limits.h"
 #include "platform/iwl/Slots.h"
 #include "platform/protocol/XProtocol.h"
 
@@ -88,6 +89,10 @@ Change canvasClosed(Window canvas)
 } // namespace
 
 namespace iwl {
+
+// The tool's arrays are as long as the header says.
+static_assert(IW_MAX_WAVES == base::maxWavelengths);
+
 
 Slot* slotAt(int slot)
 {

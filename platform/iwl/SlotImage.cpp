@@ -3,20 +3,9 @@
 #include "platform/iwl/Session.h"
 
 #include <cstdio>
-#include <sys/stat.h>
 
 namespace iwl {
 namespace {
-
-// Nothing when there is no such file.
-std::optional<FileIdentity> identify(const std::string& path)
-{
-    struct stat status;
-    if (stat(path.c_str(), &status) != 0)
-        return std::nullopt;
-    return FileIdentity{status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size),
-                        status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
-}
 
 bool showsImage(const protocol::DisplayRecord& record, const image::ImageInfo& info)
 {
@@ -40,7 +29,7 @@ void SlotImage::load()
 {
     readable = false;
     positioned.reset();
-    identity = identify(shown.path).value_or(FileIdentity{});
+    stamp = base::stampOf(shown.path);
     auto opened = image::ImageFile::open(shown.path);
     if (!showsImage(shown, opened->info()))
         throw image::ImageError(shown.path +
@@ -72,8 +61,8 @@ void SlotImage::follow(const protocol::DisplayRecord& record)
 // Every other version of the file is opened once. A file that is gone is read through the descriptor.
 bool SlotImage::refresh()
 {
-    const auto now = identify(shown.path);
-    return !now || *now == identity ? readable : reload();
+    const base::FileStamp now = base::stampOf(shown.path);
+    return now == base::FileStamp{} || now == stamp ? readable : reload();
 }
 
 bool SlotImage::position(const image::SectionIndex& section)

@@ -3,23 +3,16 @@
 // as in ImageFile.h.
 #pragma once
 
+#include "platform/base/FileStamp.h"
 #include "platform/image/ImageFile.h"
 #include "platform/protocol/DisplayRecord.h"
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
 #include <string>
 
 namespace iwl {
-
-// What tells one version of a file from another.
-struct FileIdentity {
-    std::uint64_t device = 0, inode = 0, size = 0;
-    std::int64_t modifiedSeconds = 0, modifiedNanoseconds = 0;
-    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
-};
 
 class SlotImage {
 public:
@@ -51,7 +44,7 @@ private:
 
     protocol::DisplayRecord shown;
     std::unique_ptr<image::ImageFile> file;
-    FileIdentity identity; // of the version that was last tried
+    base::FileStamp stamp; // of the version that was last tried
     bool readable = false; // file is what the record shows
     std::optional<image::SectionIndex> positioned;
 };

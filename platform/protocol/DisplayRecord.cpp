@@ -1,5 +1,7 @@
 #include "platform/protocol/DisplayRecord.h"
 
+#include "platform/base/Limits.h"
+
 #include "platform/protocol/ByteStream.h"
 
 #include <climits>
@@ -142,7 +144,7 @@ std::optional<DisplayRecord> decodeDisplay(std::span<const std::byte> bytes)
     record.geometry = getGeometry(in);
     record.path = in.text(PATH_MAX);
     const std::size_t count = in.u32();
-    if (count > maxWavelengths || !in.enough(count * wavelengthBytes))
+    if (count > base::maxWavelengths || !in.enough(count * wavelengthBytes))
         return std::nullopt;
     record.wavelengths.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {

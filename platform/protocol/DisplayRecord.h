@@ -14,11 +14,10 @@
 namespace protocol {
 
 constexpr int maxWindowNumber = 9999;
-constexpr std::size_t maxWavelengths = 1024;
 
 struct WavelengthDisplay {
     bool displayed = false;
-    int colorIndex = 0;               // 0 white, 1 red, 2 green, 3 yellow, 4 blue, 5 magenta, 6 cyan
+    int colorIndex = 0;               // of base::displayColors
     bool rangeKnown = false;          // a section of the wavelength has been scanned
     float rangeMin = 0, rangeMax = 0; // over the sections scanned so far
     int topImage = 0; // scratch windows: number of z sections of this wavelength that have arrived

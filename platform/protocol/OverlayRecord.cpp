@@ -29,7 +29,7 @@ bool valid(const OverlayCommand& command)
     const bool id = namesGraphic(command.kind) ? command.id > 0 : command.id >= 0;
     return kind && id && command.client != 0 && command.timePoint >= -1 && command.panel >= -1 &&
            command.width >= 0 && command.width <= maxOverlayWidth && command.dash >= 0 &&
-           command.dash <= maxOverlayDash && command.color >= 0 && command.color <= annotationColor &&
+           command.dash <= maxOverlayDash && base::isGraphicsColor(command.color) &&
            validCoordinates(command);
 }
 

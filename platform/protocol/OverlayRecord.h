@@ -2,6 +2,8 @@
 // PropModeAppend) and the viewer drains. Every command is one record of fixed size. No X here.
 #pragma once
 
+#include "platform/base/DisplayColors.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -16,11 +18,11 @@ struct OverlayCommand {
     std::uint32_t client = 0; // the client's announcement window: ids are unique per client, and the viewer
                               // drops the graphics when this window is destroyed
     std::int32_t id = 0;      // > 0 for the kinds that name a graphic
-    std::int32_t timePoint = -1;   // shown at this time point only; -1: at every one
-    std::int32_t panel = -1;       // shown in this panel only; -1: in every panel
-    std::int32_t width = 1;        // line width in window pixels
-    std::int32_t dash = 0;         // 0 solid
-    std::int32_t color = 7;        // 0 to 6 as the display colours, 7 the annotation colour
+    std::int32_t timePoint = -1;                // shown at this time point only; -1: at every one
+    std::int32_t panel = -1;                    // shown in this panel only; -1: in every panel
+    std::int32_t width = 1;                     // line width in window pixels
+    std::int32_t dash = 0;                      // 0 solid
+    std::int32_t color = base::annotationColor; // of base::displayColors, or base::annotationColor
     float x0 = 0, y0 = 0, z0 = -1; // data coordinates; z < 0: on every section, else on section trunc(z) only
     float x1 = 0, y1 = 0, z1 = -1;
     friend bool operator==(const OverlayCommand&, const OverlayCommand&) = default;
@@ -29,7 +31,6 @@ struct OverlayCommand {
 constexpr std::size_t overlayRecordSize = 64;
 
 // What a valid command holds at most; a command beyond is skipped by the decoder.
-constexpr std::int32_t annotationColor = 7;
 constexpr std::int32_t maxOverlayWidth = 255;
 constexpr std::int32_t maxOverlayDash = 255;
 constexpr float maxOverlayCoordinate = 1e9F;

@@ -1,4 +1,5 @@
 // Names of files and folders. No X here.
+#include "platform/base/UserFolders.h"
 #include "platform/include/IWL.h"
 #include "platform/include/OrUtils.h"
 
@@ -70,8 +71,7 @@ std::string environment(const char* name)
 // The documents folder that the user's desktop configuration names ("XDG_DOCUMENTS_DIR=\"$HOME/Documents\"").
 std::string documentsFolder(const std::string& home)
 {
-    const std::string given = environment("XDG_CONFIG_HOME");
-    std::ifstream file((given.empty() ? home + "/.config" : given) + "/user-dirs.dirs");
+    std::ifstream file(base::configBase() / "user-dirs.dirs");
     constexpr std::string_view key = "XDG_DOCUMENTS_DIR=\"", homeMark = "$HOME";
     for (std::string line; std::getline(file, line);) {
         const size_t end = line.rfind('"');
@@ -112,7 +112,7 @@ const char* OrvelGetVerifyDataDirectory(void)
 {
     static std::string folder;
     const char* const configured = IWGetConfig("KV_DATA_DIR");
-    const std::string home = environment("HOME");
+    const std::string home = base::homeFolder().string();
     for (const std::string& candidate :
          {environment("KELVORA_DATA_DIR"), std::string(configured ? configured : ""), documentsFolder(home),
           home})

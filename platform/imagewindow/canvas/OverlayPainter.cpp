@@ -251,8 +251,7 @@ void OverlayPainter::drawGraphic(Drawable target, const Scene& scene, int panel,
     const auto part = visiblePart(scene.geometry, panel, command);
     if (!part)
         return;
-    const int index =
-        command.color >= 0 && command.color <= annotationColor ? command.color : annotationColor;
+    const int index = base::isGraphicsColor(command.color) ? command.color : base::annotationColor;
     XSetForeground(display, drawGC, colors[static_cast<std::size_t>(index)]);
     if (command.kind == OverlayKind::AddLine)
         strokeLine(target, *part, command);

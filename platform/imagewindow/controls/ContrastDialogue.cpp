@@ -141,8 +141,8 @@ void ContrastDialogue::addColorMenu(Row& row, Widget line)
                                          XmNrecomputeSize, False, nullptr);
     setLabel(row.swatch, " ");
     row.colors = XmCreatePulldownMenu(line, const_cast<char*>("colors"), nullptr, 0);
-    for (std::size_t color = 0; color < waveColorNames.size(); ++color) {
-        Widget button = XtVaCreateManagedWidget(waveColorNames[color], xmPushButtonWidgetClass, row.colors,
+    for (std::size_t color = 0; color < base::displayColors.size(); ++color) {
+        Widget button = XtVaCreateManagedWidget(base::displayColors[color].name, xmPushButtonWidgetClass, row.colors,
                                                 XmNforeground, allocateColor(line, textPalette[color]),
                                                 XmNuserData, reinterpret_cast<XtPointer>(color), nullptr);
         XtAddCallback(button, XmNactivateCallback, chosen, this);
@@ -176,7 +176,7 @@ void ContrastDialogue::showRow(Row& row)
     const auto color =
         static_cast<std::size_t>(window.currentView().colors[static_cast<std::size_t>(row.wavelength)]);
     XtVaSetValues(row.swatch, XmNbackground, allocateColor(row.swatch, palette[color]), nullptr);
-    XtVaSetValues(row.color, XmNmenuHistory, XtNameToWidget(row.colors, waveColorNames[color]), nullptr);
+    XtVaSetValues(row.color, XmNmenuHistory, XtNameToWidget(row.colors, base::displayColors[color].name), nullptr);
 }
 
 void ContrastDialogue::show()

@@ -1,5 +1,7 @@
 #include "platform/imagewindow/files/Scratch.h"
 
+#include "platform/base/UserFolders.h"
+
 #include <algorithm>
 #include <bit>
 #include <cerrno>
@@ -34,14 +36,8 @@ void removeAndEnd(int signal)
 
 std::filesystem::path scratchFolder()
 {
-    const char* cache = std::getenv("XDG_CACHE_HOME");
-    const char* home = std::getenv("HOME");
-    std::filesystem::path base = std::filesystem::temp_directory_path();
-    if (cache && cache[0] == '/')
-        base = cache;
-    else if (home && home[0] == '/')
-        base = std::filesystem::path(home) / ".cache";
-    return base / "kelvora" / "scratch";
+    const std::filesystem::path cache = base::cacheFolder();
+    return (cache.empty() ? std::filesystem::temp_directory_path() / "kelvora" : cache) / "scratch";
 }
 
 // A file of a process that was killed stays behind; it carries that process's number.
@@ -63,20 +59,11 @@ void swapBytes(std::vector<std::byte>& values)
 
 } // namespace
 
-FileWatch::FileWatch(std::filesystem::path path) : path(std::move(path)), last(look()) {}
-
-std::array<long long, 5> FileWatch::look() const
-{
-    struct stat status;
-    if (stat(path.c_str(), &status) != 0)
-        return {-1, -1, -1, -1, -1};
-    return {static_cast<long long>(status.st_dev), static_cast<long long>(status.st_ino), status.st_size,
-            status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
-}
+FileWatch::FileWatch(std::filesystem::path path) : path(std::move(path)), last(base::stampOf(this->path)) {}
 
 bool FileWatch::changed()
 {
-    const auto now = look();
+    const base::FileStamp now = base::stampOf(path);
     return std::exchange(last, now) != now;
 }
 

@@ -2,10 +2,10 @@
 // arrived, and a file of its own for the sections that come through standard input.
 #pragma once
 
+#include "platform/base/FileStamp.h"
 #include "platform/image/ImageFile.h"
 #include "platform/imagewindow/files/Netpbm.h"
 
-#include <array>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -22,9 +22,8 @@ public:
     bool changed();
 
 private:
-    std::array<long long, 5> look() const; // all -1: there is no such file
     std::filesystem::path path;
-    std::array<long long, 5> last;
+    base::FileStamp last;
 };
 
 // Number of z sections of a wavelength that have arrived at a time point and position: those from z = 0 on

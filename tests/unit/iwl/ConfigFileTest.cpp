@@ -57,22 +57,6 @@ TEST(ConfigMerge, ReplacesTheEntryAndKeepsEverythingElse)
         EXPECT_EQ(iwl::mergeConfig(row.text, row.changes), row.merged) << row.what;
 }
 
-TEST(ConfigPath, FollowsTheBaseDirectoryConvention)
-{
-    const struct {
-        const char *base, *home, *path;
-    } rows[] = {
-        {"/base", "/home/a", "/base/kelvora/config"},
-        {"relative", "/home/a", "/home/a/.config/kelvora/config"},
-        {"", "/home/a", "/home/a/.config/kelvora/config"},
-    };
-    for (const auto& row : rows) {
-        setenv("XDG_CONFIG_HOME", row.base, 1);
-        setenv("HOME", row.home, 1);
-        EXPECT_EQ(iwl::configPath(), row.path);
-    }
-}
-
 TEST_F(ConfigFile, SavingMergesKeepsTheModeAndLeavesNoScraps)
 {
     writeBytes(path, "! mine\nA: 1\n");

@@ -1,3 +1,4 @@
+#include "platform/base/Limits.h"
 #include "platform/protocol/DisplayRecord.h"
 #include "platform/protocol/OverlayRecord.h"
 
@@ -41,7 +42,7 @@ TEST(DisplayRecord, RoundTrip)
     EXPECT_EQ(decodeDisplay(encodeDisplay(record)), record);
     DisplayRecord largest = record;
     largest.path.resize(4096, 'x');
-    largest.wavelengths.resize(maxWavelengths, record.wavelengths[0]);
+    largest.wavelengths.resize(base::maxWavelengths, record.wavelengths[0]);
     EXPECT_EQ(decodeDisplay(encodeDisplay(largest)), largest);
 }
 

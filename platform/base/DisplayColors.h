@@ -1,0 +1,50 @@
+// The display colours that wavelengths and overlay graphics name by index.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace base {
+
+struct Rgb {
+    std::uint8_t red = 0, green = 0, blue = 0;
+    friend bool operator==(const Rgb&, const Rgb&) = default;
+};
+
+// Indices of displayColors.
+enum ColorIndex { White, Red, Green, Yellow, Blue, Magenta, Cyan };
+
+struct DisplayColor {
+    const char* name;
+    Rgb rgb;
+};
+inline constexpr std::array<DisplayColor, 7> displayColors{{{"white", {255, 255, 255}},
+                                                            {"red", {255, 0, 0}},
+                                                            {"green", {0, 255, 0}},
+                                                            {"yellow", {255, 255, 0}},
+                                                            {"blue", {0, 0, 255}},
+                                                            {"magenta", {255, 0, 255}},
+                                                            {"cyan", {0, 255, 255}}}};
+
+// Overlay graphics have one colour more: amber, which no wavelength is shown in.
+constexpr int annotationColor = static_cast<int>(displayColors.size());
+constexpr Rgb annotationRgb{255, 184, 28};
+
+// Whether an overlay graphic can have the colour.
+constexpr bool isGraphicsColor(int index)
+{
+    return index >= 0 && index <= annotationColor;
+}
+
+// "0 white, 1 red, ...": for help texts.
+inline std::string listOfDisplayColors()
+{
+    std::string list;
+    for (std::size_t i = 0; i < displayColors.size(); ++i)
+        list += (i > 0 ? ", " : "") + std::to_string(i) + " " + displayColors[i].name;
+    return list;
+}
+
+} // namespace base
