@@ -1,9 +1,10 @@
-// Parts of class records: the rows of a resource table by the kind of their value, and the part that scale
-// and tick objects have in common. For the gauge's three classes.
+// Parts of class records: resource rows of doubles, and the part that scale and tick objects have in common.
+// For the gauge's three classes.
 #ifndef GAUGE_CLASSRECORD_H
 #define GAUGE_CLASSRECORD_H
 
 #include "gauge/LinearGaugeP.h"
+#include "gauge/ResourceRows.h"
 
 #include <X11/IntrinsicP.h>
 #include <X11/ObjectP.h>
@@ -13,22 +14,6 @@
 
 // The resource type of doubles; see registerDoubleConverter().
 inline constexpr char XmRXrtGaDouble[] = "Double";
-
-inline XtResource immediateRow(const char* name, const char* className, const char* type, Cardinal size,
-                               Cardinal offset, XtArgVal standard)
-{
-    return {name, className, type, size, offset, XmRImmediate, reinterpret_cast<XtPointer>(standard)};
-}
-
-inline XtResource flagRow(const char* name, const char* className, Cardinal offset, bool standard)
-{
-    return immediateRow(name, className, XmRBoolean, sizeof(Boolean), offset, standard);
-}
-
-inline XtResource intRow(const char* name, const char* className, Cardinal offset, int standard)
-{
-    return immediateRow(name, className, XmRInt, sizeof(int), offset, static_cast<XtArgVal>(standard));
-}
 
 // standard is read when an object is created.
 inline XtResource doubleRow(const char* name, const char* className, Cardinal offset, const double* standard)
@@ -40,32 +25,6 @@ inline XtResource doubleRow(const char* name, const char* className, Cardinal of
             offset,
             XmRXrtGaDouble,
             const_cast<double*>(standard)};
-}
-
-inline XtResource dimensionRow(const char* name, const char* className, const char* type, Cardinal offset,
-                               Dimension standard)
-{
-    static_assert(sizeof(Dimension) == sizeof(Position));
-    return immediateRow(name, className, type, sizeof(Dimension), offset, standard);
-}
-
-// Null where nothing is set.
-inline XtResource pointerRow(const char* name, const char* className, const char* type, Cardinal offset)
-{
-    static_assert(sizeof(XtPointer) == sizeof(Pixmap));
-    return immediateRow(name, className, type, sizeof(XtPointer), offset, 0);
-}
-
-inline XtResource callbackRow(const char* name, Cardinal offset)
-{
-    return {name, XmCCallback, XmRCallback, sizeof(XtCallbackList), offset, XmRCallback, nullptr};
-}
-
-// The value comes from a procedure of type XtResourceDefaultProc.
-inline XtResource computedRow(const char* name, const char* className, const char* type, Cardinal size,
-                              Cardinal offset, XtResourceDefaultProc standard)
-{
-    return {name, className, type, size, offset, XmRCallProc, reinterpret_cast<XtPointer>(standard)};
 }
 
 // Of a class of child objects of the gauge. The procedures may be null.

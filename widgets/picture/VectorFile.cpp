@@ -142,7 +142,8 @@ void writeVector(const std::filesystem::path& path, PageSize size, const Drawing
         throw PictureError(problem);
 }
 
-void drawPicture(cairo_t* cairo, const Picture& picture, double x, double y, double width, double height)
+void drawPicture(cairo_t* cairo, const Picture& picture, double x, double y, double width, double height,
+                 Enlarging enlarging)
 {
     if (picture.pixelCount() == 0)
         return;
@@ -151,7 +152,8 @@ void drawPicture(cairo_t* cairo, const Picture& picture, double x, double y, dou
     cairo_translate(cairo, x, y);
     cairo_scale(cairo, width / picture.width, height / picture.height);
     cairo_set_source_surface(cairo, surface.get(), 0, 0);
-    cairo_pattern_set_filter(cairo_get_source(cairo), CAIRO_FILTER_NEAREST);
+    cairo_pattern_set_filter(cairo_get_source(cairo),
+                             enlarging == Enlarging::Squares ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);
     cairo_rectangle(cairo, 0, 0, picture.width, picture.height);
     cairo_fill(cairo);
     cairo_restore(cairo);

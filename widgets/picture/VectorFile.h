@@ -28,8 +28,12 @@ std::vector<std::byte> encodeVector(VectorFormat format, PageSize size, const Dr
 // The format is that of the name. Throws PictureError; on failure a file that was there before is unchanged.
 void writeVector(const std::filesystem::path& path, PageSize size, const Drawing& draw);
 
-// Draws a picture into the rectangle: its pixels stay squares of their own colour at every size.
-void drawPicture(cairo_t* cairo, const Picture& picture, double x, double y, double width, double height);
+// What becomes of a pixel that covers more than one pixel of the drawing.
+enum class Enlarging { Squares, Smooth };
+
+// Draws a picture into the rectangle.
+void drawPicture(cairo_t* cairo, const Picture& picture, double x, double y, double width, double height,
+                 Enlarging enlarging = Enlarging::Squares);
 
 // What the drawing function draws, in pixels: scale pixels for each point.
 Picture rasterize(PageSize size, double scale, const Drawing& draw);

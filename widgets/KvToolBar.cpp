@@ -1,0 +1,388 @@
+#include "widgets/KvToolBarP.h"
+
+#include "widgets/ClassRecord.h"
+#include "widgets/Scale.h"
+
+#include <Xm/ArrowB.h>
+#include <Xm/DrawP.h>
+#include <Xm/LabelP.h>
+#include <Xm/PushB.h>
+#include <Xm/RowColumn.h>
+#include <Xm/Separator.h>
+#include <Xm/ToggleB.h>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+constexpr int usualMargin = 2, usualSpacing = 2, groupGapInSpacings = 4;
+
+KvToolBarRec* asBar(Widget widget)
+{
+    return reinterpret_cast<KvToolBarRec*>(widget);
+}
+
+KvToolBarConstraintPart& constraintsOf(Widget child)
+{
+    return reinterpret_cast<KvToolBarConstraintRec*>(child->core.constraints)->kv;
+}
+
+template<int pixels> void scaledDimension(Widget widget, int, XrmValue* value)
+{
+    static Dimension size;
+    size = static_cast<Dimension>(widgets::scaled(widget, pixels));
+    value->size = sizeof size;
+    value->addr = reinterpret_cast<XPointer>(&size);
+}
+
+#define BAR_FIELD(name) XtOffsetOf(KvToolBarRec, kv.name)
+#define CHILD_FIELD(name) XtOffsetOf(KvToolBarConstraintRec, kv.name)
+
+XtResource resources[] = {
+    computedRow(XmNmarginWidth, XmCMarginWidth, XmRHorizontalDimension, sizeof(Dimension),
+                BAR_FIELD(marginWidth), scaledDimension<usualMargin>),
+    computedRow(XmNmarginHeight, XmCMarginHeight, XmRVerticalDimension, sizeof(Dimension),
+                BAR_FIELD(marginHeight), scaledDimension<usualMargin>),
+    computedRow(XmNspacing, XmCSpacing, XmRHorizontalDimension, sizeof(Dimension), BAR_FIELD(spacing),
+                scaledDimension<usualSpacing>),
+    intRow(XmNkvHiddenCount, "KvHiddenCount", BAR_FIELD(hiddenCount), 0),
+    dimensionRow(XmNshadowThickness, XmCShadowThickness, XmRHorizontalDimension,
+                 XtOffsetOf(KvToolBarRec, manager.shadow_thickness), 0),
+};
+
+XtResource constraints[] = {
+    intRow(XmNkvGroup, "KvGroup", CHILD_FIELD(group), 0),
+    widgets::textRow(XmNkvMenuText, "KvMenuText", CHILD_FIELD(menuText)),
+};
+
+std::vector<Widget> managedChildren(const KvToolBarRec* bar)
+{
+    std::vector<Widget> children;
+    for (Cardinal i = 0; i < bar->composite.num_children; ++i) {
+        const Widget child = bar->composite.children[i];
+        if (child != bar->kv.arrow && XtIsManaged(child))
+            children.push_back(child);
+    }
+    return children;
+}
+
+struct Size {
+    int width = 0, height = 0;
+};
+
+Size preferredSizeOf(Widget child)
+{
+    XtWidgetGeometry preferred;
+    XtQueryGeometry(child, nullptr, &preferred);
+    const int borders = 2 * child->core.border_width;
+    return {preferred.width + borders, preferred.height + borders};
+}
+
+struct Place {
+    Widget child;
+    int x; // of its left edge
+    Size size;
+};
+
+int gapBetween(const KvToolBarRec* bar, Widget left, Widget right)
+{
+    const bool parted = constraintsOf(left).group != constraintsOf(right).group;
+    return bar->kv.spacing * (parted ? groupGapInSpacings : 1);
+}
+
+// The whole row, as if there were room for all.
+std::vector<Place> placesOf(const KvToolBarRec* bar)
+{
+    std::vector<Place> places;
+    int x = bar->kv.marginWidth;
+    for (const Widget child : managedChildren(bar)) {
+        if (!places.empty())
+            x += gapBetween(bar, places.back().child, child);
+        places.push_back({child, x, preferredSizeOf(child)});
+        x += places.back().size.width;
+    }
+    return places;
+}
+
+Size preferredSize(const KvToolBarRec* bar)
+{
+    const std::vector<Place> places = placesOf(bar);
+    Size size{2 * bar->kv.marginWidth, 0};
+    for (const Place& place : places)
+        size.height = std::max(size.height, place.size.height);
+    if (!places.empty())
+        size.width = places.back().x + places.back().size.width + bar->kv.marginWidth;
+    return {std::max(size.width, 1), size.height + 2 * bar->kv.marginHeight};
+}
+
+// A child that asks for its size itself is configured by the toolkit from these fields.
+void configure(Widget child, int x, int y, Size size, Widget asking)
+{
+    const auto width = static_cast<Dimension>(std::max(1, size.width - 2 * child->core.border_width));
+    const auto height = static_cast<Dimension>(std::max(1, size.height - 2 * child->core.border_width));
+    if (child != asking)
+        return XmeConfigureObject(child, static_cast<Position>(x), static_cast<Position>(y), width, height,
+                                  child->core.border_width);
+    child->core.x = static_cast<Position>(x);
+    child->core.y = static_cast<Position>(y);
+    child->core.width = width;
+    child->core.height = height;
+}
+
+void setHidden(Widget child, bool hidden)
+{
+    if (constraintsOf(child).hidden == hidden)
+        return;
+    constraintsOf(child).hidden = hidden;
+    XtSetMappedWhenManaged(child, !hidden);
+}
+
+// Buttons fill the height of the row; other controls keep theirs and stand in the middle.
+void put(const KvToolBarRec* bar, const Place& place, Widget asking)
+{
+    const int room = std::max(1, bar->core.height - 2 * bar->kv.marginHeight);
+    const bool fills = XmIsLabel(place.child);
+    const int height = fills ? room : std::min(room, place.size.height);
+    configure(place.child, place.x, bar->kv.marginHeight + (room - height) / 2, {place.size.width, height},
+              asking);
+}
+
+void putArrow(KvToolBarRec* bar, int width)
+{
+    const int height = std::max(1, bar->core.height - 2 * bar->kv.marginHeight);
+    configure(bar->kv.arrow, std::max(0, bar->core.width - bar->kv.marginWidth - width), bar->kv.marginHeight,
+              {width, height}, nullptr);
+    XtSetMappedWhenManaged(bar->kv.arrow, bar->kv.hiddenCount > 0);
+}
+
+void layOut(KvToolBarRec* bar, Widget asking)
+{
+    const std::vector<Place> places = placesOf(bar);
+    const int arrowWidth = widgets::scaled(reinterpret_cast<Widget>(bar), 20);
+    int end = bar->core.width - bar->kv.marginWidth;
+    if (!places.empty() && places.back().x + places.back().size.width > end)
+        end -= arrowWidth + bar->kv.spacing;
+    bar->kv.hiddenCount = 0;
+    for (const Place& place : places) {
+        // Once one does not fit, none behind it is shown, so that the order stays.
+        const bool hidden = bar->kv.hiddenCount > 0 || place.x + place.size.width > end;
+        bar->kv.hiddenCount += hidden;
+        setHidden(place.child, hidden);
+        put(bar, place, asking);
+    }
+    putArrow(bar, arrowWidth);
+    if (XtIsRealized(reinterpret_cast<Widget>(bar)))
+        XClearArea(bar->core.screen->display, bar->core.window, 0, 0, 0, 0, True);
+}
+
+void askForSize(KvToolBarRec* bar)
+{
+    const Size size = preferredSize(bar);
+    auto width = static_cast<Dimension>(size.width);
+    auto height = static_cast<Dimension>(size.height);
+    if (XtMakeResizeRequest(reinterpret_cast<Widget>(bar), width, height, &width, &height) ==
+        XtGeometryAlmost)
+        XtMakeResizeRequest(reinterpret_cast<Widget>(bar), width, height, nullptr, nullptr);
+}
+
+void changeManaged(Widget widget)
+{
+    askForSize(asBar(widget));
+    layOut(asBar(widget), nullptr);
+    XmeNavigChangeManaged(widget);
+}
+
+XtGeometryResult manageGeometry(Widget child, XtWidgetGeometry* request, XtWidgetGeometry*)
+{
+    if (request->request_mode & XtCWQueryOnly)
+        return XtGeometryYes;
+    KvToolBarRec* bar = asBar(XtParent(child));
+    if (request->request_mode & CWBorderWidth)
+        child->core.border_width = request->border_width;
+    askForSize(bar);
+    layOut(bar, child);
+    return XtGeometryYes;
+}
+
+XtGeometryResult queryGeometry(Widget widget, XtWidgetGeometry* request, XtWidgetGeometry* reply)
+{
+    const Size size = preferredSize(asBar(widget));
+    reply->width = static_cast<Dimension>(size.width);
+    reply->height = static_cast<Dimension>(size.height);
+    return XmeReplyToQueryGeometry(widget, request, reply);
+}
+
+void drawPartingLine(KvToolBarRec* bar, Widget left, Widget right)
+{
+    const int middle = (left->core.x + left->core.width + right->core.x) / 2;
+    const int thickness = widgets::scaled(reinterpret_cast<Widget>(bar), 1);
+    const int inset = bar->kv.marginHeight + widgets::scaled(reinterpret_cast<Widget>(bar), 3);
+    const int height = std::max(1, bar->core.height - 2 * inset);
+    Display* display = bar->core.screen->display;
+    XFillRectangle(display, bar->core.window, bar->manager.bottom_shadow_GC, middle - thickness, inset,
+                   static_cast<unsigned>(thickness), static_cast<unsigned>(height));
+    XFillRectangle(display, bar->core.window, bar->manager.top_shadow_GC, middle, inset,
+                   static_cast<unsigned>(thickness), static_cast<unsigned>(height));
+}
+
+void expose(Widget widget, XEvent*, Region)
+{
+    KvToolBarRec* bar = asBar(widget);
+    const std::vector<Widget> children = managedChildren(bar);
+    for (std::size_t i = 1; i < children.size() && !constraintsOf(children[i]).hidden; ++i)
+        if (constraintsOf(children[i - 1]).group != constraintsOf(children[i]).group)
+            drawPartingLine(bar, children[i - 1], children[i]);
+}
+
+// The item does what the child would do: actions and callbacks are the child's own.
+void activateChild(Widget, XtPointer data, XtPointer callData)
+{
+    const auto child = static_cast<Widget>(data);
+    XEvent* event = static_cast<XmAnyCallbackStruct*>(callData)->event;
+    XtCallActionProc(child, "ArmAndActivate", event, nullptr, 0);
+}
+
+XmString menuTextOf(Widget child)
+{
+    if (const char* text = constraintsOf(child).menuText)
+        return XmStringCreateLocalized(const_cast<char*>(text));
+    XmString label = nullptr;
+    XtVaGetValues(child, XmNlabelString, &label, nullptr);
+    return label;
+}
+
+void addItem(Widget menu, Widget child)
+{
+    const bool toggle = XtIsSubclass(child, xmToggleButtonWidgetClass);
+    XmString text = menuTextOf(child);
+    const Widget item =
+        XtVaCreateManagedWidget(XtName(child), toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass,
+                                menu, XmNlabelString, text, XmNsensitive, XtIsSensitive(child), nullptr);
+    XmStringFree(text);
+    if (toggle)
+        XtVaSetValues(item, XmNset, XmToggleButtonGetState(child), XmNvisibleWhenOff, True, nullptr);
+    XtAddCallback(item, toggle ? XmNvalueChangedCallback : XmNactivateCallback, activateChild, child);
+}
+
+void fillMenu(const KvToolBarRec* bar)
+{
+    const Widget menu = bar->kv.menu;
+    const Widget* last = nullptr;
+    const std::vector<Widget> children = managedChildren(bar);
+    for (const Widget& child : children) {
+        const bool possible =
+            XtIsSubclass(child, xmPushButtonWidgetClass) || XtIsSubclass(child, xmToggleButtonWidgetClass);
+        if (!constraintsOf(child).hidden || !possible)
+            continue;
+        if (last && constraintsOf(*last).group != constraintsOf(child).group)
+            XtVaCreateManagedWidget("line", xmSeparatorWidgetClass, menu, nullptr);
+        addItem(menu, child);
+        last = &child;
+    }
+}
+
+void openMenu(Widget arrow, XtPointer, XtPointer)
+{
+    KvToolBarRec* bar = asBar(XtParent(arrow));
+    if (bar->kv.menu)
+        XtDestroyWidget(bar->kv.menu);
+    Arg args[] = {{const_cast<char*>(XmNpopupEnabled), XmPOPUP_DISABLED}};
+    bar->kv.menu = XmCreatePopupMenu(XtParent(arrow), const_cast<char*>("kvMenu"), args, XtNumber(args));
+    fillMenu(bar);
+    XButtonPressedEvent place{};
+    Window child = None;
+    XTranslateCoordinates(XtDisplay(arrow), XtWindow(arrow), RootWindowOfScreen(XtScreen(arrow)), 0,
+                          arrow->core.height, &place.x_root, &place.y_root, &child);
+    XmMenuPosition(bar->kv.menu, &place);
+    XtManageChild(bar->kv.menu);
+}
+
+void initialize(Widget, Widget created, ArgList, Cardinal*)
+{
+    KvToolBarRec* bar = asBar(created);
+    bar->kv.hiddenCount = 0;
+    bar->kv.menu = nullptr;
+    bar->kv.arrow = nullptr;
+    bar->kv.arrow =
+        XtVaCreateWidget("kvMore", xmArrowButtonWidgetClass, created, XmNarrowDirection, XmARROW_DOWN,
+                         XmNshadowThickness, 0, XmNmappedWhenManaged, False, nullptr);
+    XtAddCallback(bar->kv.arrow, XmNactivateCallback, openMenu, nullptr);
+    XtManageChild(bar->kv.arrow);
+}
+
+void resize(Widget widget)
+{
+    layOut(asBar(widget), nullptr);
+}
+
+bool sameMeasures(const KvToolBarPart& a, const KvToolBarPart& b)
+{
+    return a.marginWidth == b.marginWidth && a.marginHeight == b.marginHeight && a.spacing == b.spacing;
+}
+
+Boolean setValues(Widget oldWidget, Widget, Widget widget, ArgList, Cardinal*)
+{
+    asBar(widget)->kv.hiddenCount = asBar(oldWidget)->kv.hiddenCount;
+    if (sameMeasures(asBar(widget)->kv, asBar(oldWidget)->kv))
+        return False;
+    layOut(asBar(widget), nullptr);
+    return True;
+}
+
+void initializeChild(Widget, Widget child, ArgList, Cardinal*)
+{
+    constraintsOf(child).hidden = False;
+    widgets::keepCopy(constraintsOf(child).menuText);
+}
+
+void destroyChild(Widget child)
+{
+    XtFree(constraintsOf(child).menuText);
+}
+
+Boolean setChildValues(Widget oldChild, Widget, Widget child, ArgList, Cardinal*)
+{
+    widgets::takeText(constraintsOf(child).menuText, constraintsOf(oldChild).menuText);
+    if (constraintsOf(child).group != constraintsOf(oldChild).group && XtIsManaged(child))
+        layOut(asBar(XtParent(child)), child);
+    return False;
+}
+
+CoreClassPart core()
+{
+    CoreClassPart part = widgets::corePart(reinterpret_cast<WidgetClass>(&xmManagerClassRec), "XmKvToolBar",
+                                           sizeof(KvToolBarRec), resources);
+    part.initialize = initialize;
+    part.resize = resize;
+    part.expose = expose;
+    part.set_values = setValues;
+    part.query_geometry = queryGeometry;
+    return part;
+}
+
+ConstraintClassPart constraint()
+{
+    ConstraintClassPart part = widgets::constraintPart(constraints, sizeof(KvToolBarConstraintRec));
+    part.initialize = initializeChild;
+    part.destroy = destroyChild;
+    part.set_values = setChildValues;
+    return part;
+}
+
+} // namespace
+
+KvToolBarClassRec kvToolBarClassRec = {
+    .core_class = core(),
+    .composite_class = widgets::compositePart(manageGeometry, changeManaged),
+    .constraint_class = constraint(),
+    .manager_class = widgets::managerPart(),
+    .kv_class = {.extension = nullptr},
+};
+
+WidgetClass xmKvToolBarWidgetClass = reinterpret_cast<WidgetClass>(&kvToolBarClassRec);
+
+Widget XmCreateKvToolBar(Widget parent, const char* name, ArgList args, Cardinal count)
+{
+    return XtCreateWidget(name, xmKvToolBarWidgetClass, parent, args, count);
+}

@@ -1,0 +1,250 @@
+#include "widgets/Painter.h"
+
+#include <X11/IntrinsicP.h>
+#include <Xm/XmP.h>
+#include <cairo-xlib.h>
+
+#include <bit>
+#include <cmath>
+#include <numbers>
+
+namespace widgets {
+
+namespace {
+
+constexpr double full = 65535;
+
+Visual* visualOf(Widget widget)
+{
+    while (widget && !XtIsShell(widget))
+        widget = XtParent(widget);
+    Visual* visual = nullptr;
+    if (widget)
+        XtVaGetValues(widget, XmNvisual, &visual, nullptr);
+    return visual ? visual : DefaultVisualOfScreen(XtScreen(widget));
+}
+
+double part(Pixel pixel, Pixel mask)
+{
+    return mask ? static_cast<double>(pixel & mask) / static_cast<double>(mask) : 0;
+}
+
+Pixel pixelFor(Widget widget, const Color& color)
+{
+    XColor wanted{};
+    wanted.red = static_cast<unsigned short>(std::lround(color.red * full));
+    wanted.green = static_cast<unsigned short>(std::lround(color.green * full));
+    wanted.blue = static_cast<unsigned short>(std::lround(color.blue * full));
+    return XAllocColor(XtDisplay(widget), widget->core.colormap, &wanted)
+               ? wanted.pixel
+               : BlackPixelOfScreen(XtScreen(widget));
+}
+
+// A text in the encoding of the locale, freed at the end of its life.
+struct Line {
+    XmString string;
+    explicit Line(std::string_view text)
+        : string(XmStringCreateLocalized(const_cast<char*>(std::string(text).c_str())))
+    {
+    }
+    ~Line() { XmStringFree(string); }
+    Line(const Line&) = delete;
+    Line& operator=(const Line&) = delete;
+};
+
+XftFont* scalableFontOf(XmRenderTable table)
+{
+    XmFontContext context;
+    XftFont* font = nullptr;
+    if (!XmFontListInitFontContext(&context, table))
+        return nullptr;
+    if (XmFontListEntry entry = XmFontListNextEntry(context)) {
+        XmFontType type = XmFONT_IS_FONT;
+        XtPointer first = XmFontListEntryGetFont(entry, &type);
+        if (type == XmFONT_IS_XFT)
+            font = static_cast<XftFont*>(first);
+    }
+    XmFontListFreeFontContext(context);
+    return font;
+}
+
+const FcChar8* utf8(std::string_view text)
+{
+    return reinterpret_cast<const FcChar8*>(text.data());
+}
+
+} // namespace
+
+Color colorOf(Widget widget, Pixel pixel)
+{
+    const Visual* visual = visualOf(widget);
+    if (visual->c_class == TrueColor)
+        return {part(pixel, visual->red_mask), part(pixel, visual->green_mask),
+                part(pixel, visual->blue_mask)};
+    XColor color{};
+    color.pixel = pixel;
+    XQueryColor(XtDisplay(widget), widget->core.colormap, &color);
+    return {color.red / full, color.green / full, color.blue / full};
+}
+
+Color mix(const Color& first, const Color& second, double share)
+{
+    return {std::lerp(first.red, second.red, share), std::lerp(first.green, second.green, share),
+            std::lerp(first.blue, second.blue, share)};
+}
+
+XmRenderTable ownRenderTable(Widget widget, XmRenderTable given)
+{
+    return XmRenderTableCopy(given ? given : XmeGetDefaultRenderTable(widget, XmLABEL_FONTLIST), nullptr, 0);
+}
+
+TextFont::TextFont(Widget widget, XmRenderTable renderTable)
+    : display(XtDisplay(widget)), table(renderTable), scalable(scalableFontOf(renderTable))
+{
+    if (scalable) {
+        above = scalable->ascent;
+        below = scalable->descent;
+        return;
+    }
+    const Line sample("0");
+    above = XmStringBaseline(table, sample.string);
+    below = XmStringHeight(table, sample.string) - above;
+}
+
+int TextFont::width(std::string_view text) const
+{
+    if (!scalable)
+        return text.empty() ? 0 : XmStringWidth(table, Line(text).string);
+    XGlyphInfo extents;
+    XftTextExtentsUtf8(display, scalable, utf8(text), static_cast<int>(text.size()), &extents);
+    return extents.xOff;
+}
+
+std::string TextFont::fitted(std::string_view text, int room) const
+{
+    if (width(text) <= room)
+        return std::string(text);
+    const int dots = width("...");
+    while (!text.empty() && width(text) + dots > room) {
+        // A character of UTF-8 goes as a whole.
+        do
+            text.remove_suffix(1);
+        while (scalable && !text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0x80);
+        if (scalable && !text.empty() && static_cast<unsigned char>(text.back()) >= 0xC0)
+            text.remove_suffix(1);
+    }
+    return dots <= room ? std::string(text) + "..." : std::string();
+}
+
+Painter::Painter(Widget owner, const Color& ground)
+    : widget(owner), display(XtDisplay(owner)),
+      buffer(
+          XCreatePixmap(display, XtWindow(owner), owner->core.width, owner->core.height, owner->core.depth)),
+      context(nullptr, cairo_destroy),
+      draw(XftDrawCreate(display, buffer, visualOf(owner), owner->core.colormap), XftDrawDestroy)
+{
+    cairo_surface_t* surface =
+        cairo_xlib_surface_create(display, buffer, visualOf(owner), owner->core.width, owner->core.height);
+    context.reset(cairo_create(surface));
+    cairo_surface_destroy(surface);
+    fill(0, 0, owner->core.width, owner->core.height, ground);
+}
+
+Painter::~Painter()
+{
+    settle();
+    const GC gc = XtGetGC(widget, 0, nullptr);
+    XCopyArea(display, buffer, XtWindow(widget), gc, 0, 0, widget->core.width, widget->core.height, 0, 0);
+    XtReleaseGC(widget, gc);
+    cairo_surface_finish(cairo_get_target(context.get()));
+    draw.reset();
+    XFreePixmap(display, buffer);
+}
+
+cairo_t* Painter::cairo(const Color& source, double opacity)
+{
+    if (!shapesPending)
+        cairo_surface_mark_dirty(cairo_get_target(context.get()));
+    shapesPending = true;
+    cairo_set_source_rgba(context.get(), source.red, source.green, source.blue, opacity);
+    return context.get();
+}
+
+void Painter::settle()
+{
+    if (shapesPending)
+        cairo_surface_flush(cairo_get_target(context.get()));
+    shapesPending = false;
+}
+
+void Painter::text(const TextFont& font, std::string_view text, int x, int y, const Color& color)
+{
+    if (text.empty())
+        return;
+    settle();
+    if (!font.scalable) {
+        XGCValues values{};
+        values.foreground = pixelFor(widget, color);
+        const GC gc = XCreateGC(display, buffer, GCForeground, &values);
+        const Line line(text);
+        XmStringDraw(display, buffer, font.table, line.string, gc, static_cast<Position>(x),
+                     static_cast<Position>(y - font.above), widget->core.width, XmALIGNMENT_BEGINNING,
+                     XmSTRING_DIRECTION_L_TO_R, nullptr);
+        XFreeGC(display, gc);
+        return;
+    }
+    const auto level = [](double share) { return static_cast<unsigned short>(std::lround(share * full)); };
+    const XftColor ink{0, {level(color.red), level(color.green), level(color.blue), 0xFFFF}};
+    XftDrawStringUtf8(draw.get(), &ink, font.scalable, x, y, utf8(text), static_cast<int>(text.size()));
+}
+
+void Painter::fill(double x, double y, double width, double height, const Color& color)
+{
+    cairo_t* to = cairo(color);
+    cairo_rectangle(to, x, y, width, height);
+    cairo_fill(to);
+}
+
+void Painter::roundedBox(double x, double y, double width, double height, double radius, const Color& color)
+{
+    constexpr double quarter = std::numbers::pi / 2;
+    cairo_t* to = cairo(color);
+    cairo_new_sub_path(to);
+    cairo_arc(to, x + width - radius, y + radius, radius, -quarter, 0);
+    cairo_arc(to, x + width - radius, y + height - radius, radius, 0, quarter);
+    cairo_arc(to, x + radius, y + height - radius, radius, quarter, 2 * quarter);
+    cairo_arc(to, x + radius, y + radius, radius, 2 * quarter, 3 * quarter);
+    cairo_close_path(to);
+    cairo_fill(to);
+}
+
+void Painter::cross(double x, double y, double size, double thickness, const Color& color)
+{
+    cairo_t* to = cairo(color);
+    cairo_set_line_width(to, thickness);
+    cairo_set_line_cap(to, CAIRO_LINE_CAP_ROUND);
+    cairo_move_to(to, x, y);
+    cairo_line_to(to, x + size, y + size);
+    cairo_move_to(to, x + size, y);
+    cairo_line_to(to, x, y + size);
+    cairo_stroke(to);
+}
+
+void Painter::triangle(double x, double y, double size, bool pointsDown, const Color& color)
+{
+    cairo_t* to = cairo(color);
+    const double third = size / 4;
+    if (pointsDown) {
+        cairo_move_to(to, x, y + third);
+        cairo_line_to(to, x + size, y + third);
+        cairo_line_to(to, x + size / 2, y + size - third);
+    } else {
+        cairo_move_to(to, x + third, y);
+        cairo_line_to(to, x + size - third, y + size / 2);
+        cairo_line_to(to, x + third, y + size);
+    }
+    cairo_close_path(to);
+    cairo_fill(to);
+}
+
+} // namespace widgets

@@ -1,0 +1,78 @@
+// Drawing of the set's own primitives: a buffer of the widget's size with cairo for shapes and Xft for text,
+// copied to the window once.
+#pragma once
+
+#include <X11/Xft/Xft.h>
+#include <Xm/Xm.h>
+#include <cairo.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace widgets {
+
+// Parts from 0 to 1.
+struct Color {
+    double red = 0, green = 0, blue = 0;
+};
+
+// What a pixel value shows. No round trip on a screen of true colours.
+Color colorOf(Widget widget, Pixel pixel);
+// share 0: first, 1: second.
+Color mix(const Color& first, const Color& second, double share);
+
+// The first font of a render table, which stays its owner.
+class TextFont {
+public:
+    TextFont(Widget widget, XmRenderTable renderTable);
+    int width(std::string_view text) const;
+    int ascent() const { return above; }
+    int height() const { return above + below; }
+    // The text, or as much of its beginning as fits with "..." behind it.
+    std::string fitted(std::string_view text, int width) const;
+
+private:
+    friend class Painter;
+    Display* display;
+    XmRenderTable table;
+    XftFont* scalable = nullptr; // null for a font that the server draws
+    int above = 0, below = 0;    // of the baseline, pixels
+};
+
+// The table that a widget was given, else the one of its surroundings; a copy that the caller frees.
+XmRenderTable ownRenderTable(Widget widget, XmRenderTable given);
+
+class Painter {
+public:
+    // Fills the buffer with the ground colour. The widget must be realised.
+    Painter(Widget widget, const Color& ground);
+    ~Painter(); // shows what was drawn
+    Painter(const Painter&) = delete;
+    Painter& operator=(const Painter&) = delete;
+
+    // For shapes, with the widget's frame. Valid until the next call of another function.
+    cairo_t* cairo(const Color& source, double opacity = 1);
+    // One line whose baseline is y.
+    void text(const TextFont& font, std::string_view text, int x, int y, const Color& color);
+    Drawable drawable() const { return buffer; }
+
+    void fill(double x, double y, double width, double height, const Color& color);
+    void roundedBox(double x, double y, double width, double height, double radius, const Color& color);
+    // Two strokes from corner to corner of a square.
+    void cross(double x, double y, double size, double thickness, const Color& color);
+    // A triangle in a square, its point down, or to the right.
+    void triangle(double x, double y, double size, bool pointsDown, const Color& color);
+
+private:
+    void settle();
+
+    Widget widget;
+    Display* display;
+    Pixmap buffer;
+    std::unique_ptr<cairo_t, void (*)(cairo_t*)> context;
+    std::unique_ptr<XftDraw, void (*)(XftDraw*)> draw;
+    bool shapesPending = false; // cairo may hold back what it was told
+};
+
+} // namespace widgets
