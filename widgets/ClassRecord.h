@@ -89,6 +89,32 @@ template<class Data> void callBack(Widget widget, XtCallbackList list, Data data
     XtCallCallbackList(widget, list, &data);
 }
 
+// Focus and help, as in every Motif primitive; a class puts its own in front.
+inline constexpr char primitiveTranslations[] = "<EnterWindow>: PrimitiveEnter()\n"
+                                                "<LeaveWindow>: PrimitiveLeave()\n"
+                                                "<FocusIn>: PrimitiveFocusIn()\n"
+                                                "<FocusOut>: PrimitiveFocusOut()\n"
+                                                ":<Key>osfHelp: PrimitiveHelp()";
+
+// For keys that Motif's traversal takes: a primitive that can be traversed puts those above its class's own.
+inline void overrideTranslations(Widget widget, const char* text)
+{
+    XtOverrideTranslations(widget, XtParseTranslationTable(text));
+}
+
+// The frame of the keyboard focus, after a class has drawn the rest.
+inline void drawFocus(Widget widget, XEvent* event, Region region)
+{
+    xmPrimitiveClassRec.core_class.expose(widget, event, region);
+}
+
+// Brings the whole window up to date.
+inline void redraw(Widget widget)
+{
+    if (XtIsRealized(widget))
+        XtClass(widget)->core_class.expose(widget, nullptr, nullptr);
+}
+
 // A text resource is kept as a copy; an empty one and none are the same.
 inline void keepCopy(char*& text)
 {

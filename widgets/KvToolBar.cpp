@@ -1,7 +1,7 @@
 #include "widgets/KvToolBarP.h"
 
 #include "widgets/ClassRecord.h"
-#include "widgets/Scale.h"
+#include "widgets/Layout.h"
 
 #include <Xm/ArrowB.h>
 #include <Xm/DrawP.h>
@@ -12,9 +12,14 @@
 #include <Xm/ToggleB.h>
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace {
+
+using widgets::configure;
+using widgets::preferredSizeOf;
+using widgets::Size;
 
 constexpr int usualMargin = 2, usualSpacing = 2, groupGapInSpacings = 4;
 
@@ -28,24 +33,16 @@ KvToolBarConstraintPart& constraintsOf(Widget child)
     return reinterpret_cast<KvToolBarConstraintRec*>(child->core.constraints)->kv;
 }
 
-template<int pixels> void scaledDimension(Widget widget, int, XrmValue* value)
-{
-    static Dimension size;
-    size = static_cast<Dimension>(widgets::scaled(widget, pixels));
-    value->size = sizeof size;
-    value->addr = reinterpret_cast<XPointer>(&size);
-}
-
 #define BAR_FIELD(name) XtOffsetOf(KvToolBarRec, kv.name)
 #define CHILD_FIELD(name) XtOffsetOf(KvToolBarConstraintRec, kv.name)
 
 XtResource resources[] = {
     computedRow(XmNmarginWidth, XmCMarginWidth, XmRHorizontalDimension, sizeof(Dimension),
-                BAR_FIELD(marginWidth), scaledDimension<usualMargin>),
+                BAR_FIELD(marginWidth), widgets::scaledDimension<usualMargin>),
     computedRow(XmNmarginHeight, XmCMarginHeight, XmRVerticalDimension, sizeof(Dimension),
-                BAR_FIELD(marginHeight), scaledDimension<usualMargin>),
+                BAR_FIELD(marginHeight), widgets::scaledDimension<usualMargin>),
     computedRow(XmNspacing, XmCSpacing, XmRHorizontalDimension, sizeof(Dimension), BAR_FIELD(spacing),
-                scaledDimension<usualSpacing>),
+                widgets::scaledDimension<usualSpacing>),
     intRow(XmNkvHiddenCount, "KvHiddenCount", BAR_FIELD(hiddenCount), 0),
     dimensionRow(XmNshadowThickness, XmCShadowThickness, XmRHorizontalDimension,
                  XtOffsetOf(KvToolBarRec, manager.shadow_thickness), 0),
@@ -56,27 +53,12 @@ XtResource constraints[] = {
     widgets::textRow(XmNkvMenuText, "KvMenuText", CHILD_FIELD(menuText)),
 };
 
-std::vector<Widget> managedChildren(const KvToolBarRec* bar)
+std::vector<Widget> rowOf(const KvToolBarRec* bar)
 {
-    std::vector<Widget> children;
-    for (Cardinal i = 0; i < bar->composite.num_children; ++i) {
-        const Widget child = bar->composite.children[i];
-        if (child != bar->kv.arrow && XtIsManaged(child))
-            children.push_back(child);
-    }
+    std::vector<Widget> children =
+        widgets::managedChildren(reinterpret_cast<Widget>(const_cast<KvToolBarRec*>(bar)));
+    std::erase(children, bar->kv.arrow);
     return children;
-}
-
-struct Size {
-    int width = 0, height = 0;
-};
-
-Size preferredSizeOf(Widget child)
-{
-    XtWidgetGeometry preferred;
-    XtQueryGeometry(child, nullptr, &preferred);
-    const int borders = 2 * child->core.border_width;
-    return {preferred.width + borders, preferred.height + borders};
 }
 
 struct Place {
@@ -96,7 +78,7 @@ std::vector<Place> placesOf(const KvToolBarRec* bar)
 {
     std::vector<Place> places;
     int x = bar->kv.marginWidth;
-    for (const Widget child : managedChildren(bar)) {
+    for (const Widget child : rowOf(bar)) {
         if (!places.empty())
             x += gapBetween(bar, places.back().child, child);
         places.push_back({child, x, preferredSizeOf(child)});
@@ -114,20 +96,6 @@ Size preferredSize(const KvToolBarRec* bar)
     if (!places.empty())
         size.width = places.back().x + places.back().size.width + bar->kv.marginWidth;
     return {std::max(size.width, 1), size.height + 2 * bar->kv.marginHeight};
-}
-
-// A child that asks for its size itself is configured by the toolkit from these fields.
-void configure(Widget child, int x, int y, Size size, Widget asking)
-{
-    const auto width = static_cast<Dimension>(std::max(1, size.width - 2 * child->core.border_width));
-    const auto height = static_cast<Dimension>(std::max(1, size.height - 2 * child->core.border_width));
-    if (child != asking)
-        return XmeConfigureObject(child, static_cast<Position>(x), static_cast<Position>(y), width, height,
-                                  child->core.border_width);
-    child->core.x = static_cast<Position>(x);
-    child->core.y = static_cast<Position>(y);
-    child->core.width = width;
-    child->core.height = height;
 }
 
 void setHidden(Widget child, bool hidden)
@@ -176,19 +144,9 @@ void layOut(KvToolBarRec* bar, Widget asking)
         XClearArea(bar->core.screen->display, bar->core.window, 0, 0, 0, 0, True);
 }
 
-void askForSize(KvToolBarRec* bar)
-{
-    const Size size = preferredSize(bar);
-    auto width = static_cast<Dimension>(size.width);
-    auto height = static_cast<Dimension>(size.height);
-    if (XtMakeResizeRequest(reinterpret_cast<Widget>(bar), width, height, &width, &height) ==
-        XtGeometryAlmost)
-        XtMakeResizeRequest(reinterpret_cast<Widget>(bar), width, height, nullptr, nullptr);
-}
-
 void changeManaged(Widget widget)
 {
-    askForSize(asBar(widget));
+    widgets::askForSize(widget, preferredSize(asBar(widget)));
     layOut(asBar(widget), nullptr);
     XmeNavigChangeManaged(widget);
 }
@@ -200,17 +158,14 @@ XtGeometryResult manageGeometry(Widget child, XtWidgetGeometry* request, XtWidge
     KvToolBarRec* bar = asBar(XtParent(child));
     if (request->request_mode & CWBorderWidth)
         child->core.border_width = request->border_width;
-    askForSize(bar);
+    widgets::askForSize(XtParent(child), preferredSize(bar));
     layOut(bar, child);
     return XtGeometryYes;
 }
 
 XtGeometryResult queryGeometry(Widget widget, XtWidgetGeometry* request, XtWidgetGeometry* reply)
 {
-    const Size size = preferredSize(asBar(widget));
-    reply->width = static_cast<Dimension>(size.width);
-    reply->height = static_cast<Dimension>(size.height);
-    return XmeReplyToQueryGeometry(widget, request, reply);
+    return widgets::replyWithSize(widget, request, reply, preferredSize(asBar(widget)));
 }
 
 void drawPartingLine(KvToolBarRec* bar, Widget left, Widget right)
@@ -229,7 +184,7 @@ void drawPartingLine(KvToolBarRec* bar, Widget left, Widget right)
 void expose(Widget widget, XEvent*, Region)
 {
     KvToolBarRec* bar = asBar(widget);
-    const std::vector<Widget> children = managedChildren(bar);
+    const std::vector<Widget> children = rowOf(bar);
     for (std::size_t i = 1; i < children.size() && !constraintsOf(children[i]).hidden; ++i)
         if (constraintsOf(children[i - 1]).group != constraintsOf(children[i]).group)
             drawPartingLine(bar, children[i - 1], children[i]);
@@ -269,7 +224,7 @@ void fillMenu(const KvToolBarRec* bar)
 {
     const Widget menu = bar->kv.menu;
     const Widget* last = nullptr;
-    const std::vector<Widget> children = managedChildren(bar);
+    const std::vector<Widget> children = rowOf(bar);
     for (const Widget& child : children) {
         const bool possible =
             XtIsSubclass(child, xmPushButtonWidgetClass) || XtIsSubclass(child, xmToggleButtonWidgetClass);

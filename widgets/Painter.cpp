@@ -93,6 +93,11 @@ Color mix(const Color& first, const Color& second, double share)
             std::lerp(first.blue, second.blue, share)};
 }
 
+double luminance(const Color& color)
+{
+    return 0.299 * color.red + 0.587 * color.green + 0.114 * color.blue; // as in ITU-R BT.601
+}
+
 XmRenderTable ownRenderTable(Widget widget, XmRenderTable given)
 {
     return XmRenderTableCopy(given ? given : XmeGetDefaultRenderTable(widget, XmLABEL_FONTLIST), nullptr, 0);
@@ -186,6 +191,8 @@ void Painter::text(const TextFont& font, std::string_view text, int x, int y, co
         XGCValues values{};
         values.foreground = pixelFor(widget, color);
         const GC gc = XCreateGC(display, buffer, GCForeground, &values);
+        if (clipBox)
+            XSetClipRectangles(display, gc, 0, 0, &*clipBox, 1, Unsorted);
         const Line line(text);
         XmStringDraw(display, buffer, font.table, line.string, gc, static_cast<Position>(x),
                      static_cast<Position>(y - font.above), widget->core.width, XmALIGNMENT_BEGINNING,
@@ -196,6 +203,19 @@ void Painter::text(const TextFont& font, std::string_view text, int x, int y, co
     const auto level = [](double share) { return static_cast<unsigned short>(std::lround(share * full)); };
     const XftColor ink{0, {level(color.red), level(color.green), level(color.blue), 0xFFFF}};
     XftDrawStringUtf8(draw.get(), &ink, font.scalable, x, y, utf8(text), static_cast<int>(text.size()));
+}
+
+void Painter::clip(int x, int y, int width, int height)
+{
+    clipBox = {static_cast<short>(x), static_cast<short>(y), static_cast<unsigned short>(width),
+               static_cast<unsigned short>(height)};
+    XftDrawSetClipRectangles(draw.get(), 0, 0, &*clipBox, 1);
+}
+
+void Painter::unclip()
+{
+    clipBox.reset();
+    XftDrawSetClip(draw.get(), nullptr);
 }
 
 void Painter::fill(double x, double y, double width, double height, const Color& color)

@@ -7,6 +7,7 @@
 #include <cairo.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,9 @@ struct Color {
 Color colorOf(Widget widget, Pixel pixel);
 // share 0: first, 1: second.
 Color mix(const Color& first, const Color& second, double share);
+
+// How bright, 0 to 1, for the choice of a colour that stands out.
+double luminance(const Color& color);
 
 // The first font of a render table, which stays its owner.
 class TextFont {
@@ -55,6 +59,9 @@ public:
     cairo_t* cairo(const Color& source, double opacity = 1);
     // One line whose baseline is y.
     void text(const TextFont& font, std::string_view text, int x, int y, const Color& color);
+    // Until unclip(), texts show inside the box only.
+    void clip(int x, int y, int width, int height);
+    void unclip();
     Drawable drawable() const { return buffer; }
 
     void fill(double x, double y, double width, double height, const Color& color);
@@ -72,6 +79,7 @@ private:
     Pixmap buffer;
     std::unique_ptr<cairo_t, void (*)(cairo_t*)> context;
     std::unique_ptr<XftDraw, void (*)(XftDraw*)> draw;
+    std::optional<XRectangle> clipBox;
     bool shapesPending = false; // cairo may hold back what it was told
 };
 

@@ -33,7 +33,8 @@ const char* const looks[] = {
 
 const std::map<std::string, Page>& pages()
 {
-    static const std::map<std::string, Page> all = {{"buttons", buttonPage}};
+    static const std::map<std::string, Page> all = {
+        {"aligner", alignerPage}, {"buttons", buttonPage}, {"progress", progressPage}, {"tips", tipPage}};
     return all;
 }
 

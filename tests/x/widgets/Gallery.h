@@ -13,7 +13,10 @@ namespace gallery {
 // Fills a page; the parent is a column of rows.
 using Page = void (*)(Widget parent);
 
+void alignerPage(Widget parent);
 void buttonPage(Widget parent);
+void progressPage(Widget parent);
+void tipPage(Widget parent);
 
 // A line on standard output, at once.
 void tell(const std::string& line);
