@@ -12,8 +12,20 @@
 
 #include <span>
 
-// The resource type of doubles; see registerDoubleConverter().
+// The resource types for which registerStringConverters() knows strings: doubles, enumerations of type int,
+// and scales by their name.
 inline constexpr char XmRXrtGaDouble[] = "Double";
+inline constexpr char XmRXrtGaBorder[] = "XrtGaBorder";
+inline constexpr char XmRXrtGaOrientation[] = "XrtGaOrientation";
+inline constexpr char XmRXrtGaDirection[] = "XrtGaDirection";
+inline constexpr char XmRXrtGaPrecisionUse[] = "XrtGaPrecisionUse";
+inline constexpr char XmRXrtGaScale[] = "XrtGaScale";
+
+inline XtResource enumerationRow(const char* name, const char* className, const char* type, Cardinal offset,
+                                 int standard)
+{
+    return immediateRow(name, className, type, sizeof(int), offset, static_cast<XtArgVal>(standard));
+}
 
 // standard is read when an object is created.
 inline XtResource doubleRow(const char* name, const char* className, Cardinal offset, const double* standard)
@@ -35,7 +47,7 @@ inline ObjectClassPart childClassPart(const char* name, Cardinal recordSize, std
     part.superclass = reinterpret_cast<WidgetClass>(&objectClassRec);
     part.class_name = const_cast<char*>(name);
     part.widget_size = recordSize;
-    part.class_initialize = registerDoubleConverter;
+    part.class_initialize = registerStringConverters;
     part.initialize = initialize;
     part.resources = resources.data();
     part.num_resources = static_cast<Cardinal>(resources.size());

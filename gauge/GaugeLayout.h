@@ -5,6 +5,10 @@
 
 #include "gauge/TickLayout.h"
 
+#include <functional>
+#include <string>
+#include <vector>
+
 namespace gauge {
 
 struct Box {

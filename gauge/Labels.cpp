@@ -16,7 +16,7 @@ struct LabelText {
     LabelText& operator=(const LabelText&) = delete;
 };
 
-int digitHeightOf(XmFontType type, XtPointer font, int ascent)
+int digitHeightOf(Display* display, XmFontType type, XtPointer font)
 {
     if (font && type == XmFONT_IS_FONT) {
         int direction, fontAscent, fontDescent;
@@ -29,12 +29,18 @@ int digitHeightOf(XmFontType type, XtPointer font, int ascent)
         XmbTextExtents(static_cast<XFontSet>(font), "0", 1, &ink, &logical);
         return ink.height;
     }
-    return ascent * 3 / 4; // scalable fonts: digits are as high as capital letters
+    if (font && type == XmFONT_IS_XFT) {
+        XGlyphInfo digit;
+        XftTextExtentsUtf8(display, static_cast<XftFont*>(font), reinterpret_cast<const FcChar8*>("0"), 1,
+                           &digit);
+        return digit.y;
+    }
+    return 0;
 }
 
 } // namespace
 
-LabelFont labelFontOf(XmRenderTable table)
+LabelFont labelFontOf(Display* display, XmRenderTable table)
 {
     LabelText digit("0");
     LabelFont font = {table, nullptr, 0, XmStringWidth(table, digit.text),
@@ -44,7 +50,7 @@ LabelFont labelFontOf(XmRenderTable table)
         if (XmFontListEntry entry = XmFontListNextEntry(context)) {
             XmFontType type = XmFONT_IS_FONT;
             XtPointer first = XmFontListEntryGetFont(entry, &type);
-            font.digitHeight = digitHeightOf(type, first, font.digitBaseline);
+            font.digitHeight = digitHeightOf(display, type, first);
             if (type == XmFONT_IS_XFT)
                 font.scalable = static_cast<XftFont*>(first);
         }

@@ -18,7 +18,7 @@ struct LabelFont {
     int digitBaseline; // from the top of a label that the table lays out
 };
 
-LabelFont labelFontOf(XmRenderTable table);
+LabelFont labelFontOf(Display* display, XmRenderTable table);
 
 int labelWidth(const LabelFont& font, const std::string& label);
 int labelHeight(const LabelFont& font, const std::string& label);

@@ -65,7 +65,7 @@ void gaugeRelease(Widget object);
 // Repaints the gauge after a change of one of its objects, at once where the gauge is on the screen.
 void gaugeChanged(Widget object);
 
-// Registers the converter from String to the type XmRXrtGaDouble; a second call does nothing.
-void registerDoubleConverter();
+// Registers the converters from strings to the types of ClassRecord.h; a second call does nothing.
+void registerStringConverters();
 
 #endif

@@ -30,7 +30,7 @@ void foregroundOfGauge(Widget widget, int, XrmValue* value)
 #define TICK_FIELD(name) XtOffsetOf(TickRec, tick.name)
 
 XtResource resources[] = {
-    pointerRow(XmNxrtGaScale, "XrtGaScale", XmRWidget, TICK_FIELD(scale)),
+    pointerRow(XmNxrtGaScale, "XrtGaScale", XmRXrtGaScale, TICK_FIELD(scale)),
     flagRow(XmNxrtGaAutomatic, "XrtGaAutomatic", TICK_FIELD(automatic), true),
     doubleRow(XmNxrtGaIncrementValue, "XrtGaIncrementValue", TICK_FIELD(increment), &unset),
     doubleRow(XmNxrtGaStartValue, "XrtGaStartValue", TICK_FIELD(start), &unset),
@@ -38,8 +38,8 @@ XtResource resources[] = {
     flagRow(XmNxrtGaDrawLabels, "XrtGaDrawLabels", TICK_FIELD(drawLabels), false),
     pointerRow(XmNxrtGaLabelFunc, "XrtGaLabelFunc", XmRFunction, TICK_FIELD(labelFunc)),
     intRow(XmNxrtGaPrecision, "XrtGaPrecision", TICK_FIELD(precision), gauge::defaultPrecision),
-    intRow(XmNxrtGaPrecisionUseDefault, "XrtGaPrecisionUseDefault", TICK_FIELD(precisionUseDefault),
-           XRTGA_PRECISION_IF_DEFAULT),
+    enumerationRow(XmNxrtGaPrecisionUseDefault, "XrtGaPrecisionUseDefault", XmRXrtGaPrecisionUse,
+                   TICK_FIELD(precisionUseDefault), XRTGA_PRECISION_IF_DEFAULT),
     doubleRow(XmNxrtGaOffset, "XrtGaOffset", TICK_FIELD(offset), &nought),
     doubleRow(XmNxrtGaInnerExtent, "XrtGaInnerExtent", TICK_FIELD(innerExtent), &one),
     doubleRow(XmNxrtGaOuterExtent, "XrtGaOuterExtent", TICK_FIELD(outerExtent), &one),

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 namespace {
 
@@ -114,7 +115,7 @@ void drawTicks(TickRec* object, const LinearGaugeRec* gauge, Drawable drawable, 
     if (!tick.isShowing || !tick.scale)
         return;
     Display* display = gauge->core.screen->display;
-    const LabelFont font = labelFontOf(gauge->gauge.renderTable);
+    const LabelFont font = labelFontOf(gauge->core.screen->display, gauge->gauge.renderTable);
     const gauge::GaugeLayout layout = gauge::layoutGauge(requestOf(object, gauge, font));
     const XColor& colour = colourOf(object, gauge);
     XSetForeground(display, gc, colour.pixel);
@@ -140,12 +141,12 @@ gauge::TickSeries computedSeries(const TickRec* object)
     if (!tick.scale || !XtIsSubclass(parent, xmXrtGaLinearGaugeWidgetClass))
         return {tick.increment, tick.start, tick.stop};
     const auto* gauge = reinterpret_cast<const LinearGaugeRec*>(parent);
-    const LabelFont font = labelFontOf(gauge->gauge.renderTable);
+    const LabelFont font = labelFontOf(gauge->core.screen->display, gauge->gauge.renderTable);
     return gauge::layoutGauge(requestOf(object, gauge, font)).series;
 }
 
 int wantedThickness(const TickRec* object, const LinearGaugeRec* gauge)
 {
-    const LabelFont font = labelFontOf(gauge->gauge.renderTable);
+    const LabelFont font = labelFontOf(gauge->core.screen->display, gauge->gauge.renderTable);
     return gauge::neededThickness(requestOf(object, gauge, font));
 }

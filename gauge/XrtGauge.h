@@ -11,9 +11,16 @@
  * as the plot beside it stands exact against it.
  *
  * Doubles travel through argument lists as the 64-bit pattern of the double: std::bit_cast<XtArgVal>(value)
- * to set one, the address of a double to read one. Enumerations and the precision are of type int. Each
- * resource may also be given as a string (resource file, XtVaTypedArg): the classes register a converter from
- * String to "Double". */
+ * to set one, the address of a double to read one; any double will do, infinities and NaN included.
+ * Enumerations and the precision are of type int.
+ *
+ * Numbers, booleans, colours, fonts, enumerations and xrtGaScale may also be given as strings (resource file,
+ * XtVaTypedArg): an enumeration by its name with or without the prefix (XRTGA_BORDER_ETCHED_IN, etched_in) or
+ * by its number, a scale by its widget name among the scales that its gauge has so far. Lists, callbacks,
+ * functions, pointers, xrtGaFrame and xrtGaImage are set by the program only.
+ *
+ * Size: a gauge that is given none is 60 x 24 pixels. Asked by XtQueryGeometry it wishes for the width (of a
+ * vertical axis) or height (of a horizontal one) at which labels of six characters in its font have room. */
 #ifndef GAUGE_XRTGAUGE_H
 #define GAUGE_XRTGAUGE_H
 
@@ -145,7 +152,9 @@ enum {
 #define XmNxrtGaTickType "xrtGaTickType"
 
 /* With the default precision labels get as many decimals as the increment needs, and change to exponents
- * (2e-7, 1.5e9) where they would be too long. */
+ * (2e-7, 1.5e9) where they would be too long. Where values share more leading digits than a label has room
+ * for, labels begin with a sign (+2, +4) and are to be added to a number that stands at the top or left end
+ * of the scale (1e7). */
 enum {
     XRTGA_PRECISION_AS_SET = 0,    /* xrtGaPrecision holds, whatever it is */
     XRTGA_PRECISION_BY_RANGE = 1,  /* xrtGaPrecision is not looked at */

@@ -9,8 +9,11 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <random>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 

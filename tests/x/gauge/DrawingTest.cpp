@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -42,6 +43,31 @@ TEST_F(GaugeTest, drawsLabelsClearOfMarksAndEdges)
             ink += rowsMarked(x).size();
         EXPECT_GT(ink, 20U) << max;
         EXPECT_THAT(rowsMarked(50), IsEmpty()) << max;
+    }
+}
+
+TEST_F(GaugeTest, drawsWithAnyDouble)
+{
+    show();
+    constexpr double largest = std::numeric_limits<double>::max();
+    const char* const ofTicks[] = {XmNxrtGaIncrementValue, XmNxrtGaStartValue,  XmNxrtGaStopValue,
+                                   XmNxrtGaOffset,         XmNxrtGaInnerExtent, XmNxrtGaOuterExtent,
+                                   XmNxrtGaLabelExtent};
+    for (double value :
+         {largest, -largest, 1e300, 5e-324, double{INFINITY}, double{-INFINITY}, double{NAN}}) {
+        axes::setRange(intensity, 0, value);
+        axes::setRange(intensity, value, 0);
+        axes::setRange(intensity, 0, 1);
+        for (Boolean automatic : {True, False})
+            for (const char* resource : ofTicks) {
+                XtVaSetValues(intensity.ticks, XmNxrtGaAutomatic, automatic, XmNxrtGaIncrementValue,
+                              asArg(0.25), XmNxrtGaStartValue, asArg(0), XmNxrtGaStopValue, asArg(1),
+                              nullptr);
+                const double before = valueOf<double>(intensity.ticks, resource);
+                XtVaSetValues(intensity.ticks, resource, asArg(value), nullptr);
+                XtVaSetValues(intensity.ticks, resource, asArg(before), nullptr);
+            }
+        EXPECT_THAT(rowsMarked(), Not(IsEmpty())) << value;
     }
 }
 
@@ -209,7 +235,7 @@ TEST_F(GaugeTest, drawsNumbersLikeOtherText)
     XSetForeground(display, gc, colour.pixel);
     for (auto [name, type] : labelFonts) {
         const RenderTable table = renderTable(shell, name, type);
-        const LabelFont font = labelFontOf(table.get());
+        const LabelFont font = labelFontOf(display, table.get());
         const int width = labelWidth(font, "-1.5e+07");
         LabelPainter painter(XtScreen(gauge), XtWindow(gauge), gauge->core.depth, gc, colour, font);
         XClearWindow(display, XtWindow(gauge));
@@ -233,6 +259,7 @@ TEST_F(GaugeTest, waitsForNoAnswerOfTheServer)
         const int before = servercalls::answersAwaited;
         for (int i = 1; i <= 20; ++i) {
             axes::setRange(intensity, i, 1000 + 57 * i);
+            axes::setRange(intensity, 1e6, 1e6 + i); // labels with a base
             XtVaSetValues(intensity.ticks, XmNxrtGaOffset, asArg(0.5 * i), nullptr);
         }
         EXPECT_EQ(servercalls::answersAwaited, before) << name;

@@ -79,6 +79,66 @@ TEST_F(GaugeTest, readsStrings)
     EXPECT_EQ(valueOf<double>(scale, XmNxrtGaMax), 4095.5);
 }
 
+template<class Stored> Stored afterString(Widget object, const char* name, const std::string& text)
+{
+    XtVaSetValues(object, XtVaTypedArg, name, XmRString, text.c_str(), static_cast<int>(text.size() + 1),
+                  nullptr);
+    return valueOf<Stored>(object, name);
+}
+
+TEST_F(GaugeTest, readsNamesOfEnumerations)
+{
+    const struct {
+        Widget object;
+        const char* resource;
+        const char* text;
+        int value;
+    } rows[] = {
+        {intensity.gauge, XmNxrtGaBorder, "XRTGA_BORDER_ETCHED_IN", XRTGA_BORDER_ETCHED_IN},
+        {intensity.gauge, XmNxrtGaBorder, " shadow_out ", XRTGA_BORDER_SHADOW_OUT},
+        {intensity.gauge, XmNxrtGaBorder, "3", XRTGA_BORDER_NONE},
+        {distance.scale, XmNxrtGaOrientation, "vertical", XRTGA_VERTICAL},
+        {distance.scale, XmNxrtGaOrientation, "Horizontal", XRTGA_HORIZONTAL},
+        {distance.scale, XmNxrtGaDirection, "xrtga_descending", XRTGA_DESCENDING},
+        {distance.ticks, XmNxrtGaPrecisionUseDefault, "BY_RANGE", XRTGA_PRECISION_BY_RANGE},
+        {distance.ticks, XmNxrtGaPrecision, "-2", -2},
+        {distance.ticks, XmNxrtGaTickType, "1", 1},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(afterString<int>(row.object, row.resource, row.text), row.value) << row.text;
+    for (const char* bad : {"", "etched", "etched_inward", "XRTGA_BORDER_"}) {
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(afterString<int>(intensity.gauge, XmNxrtGaBorder, bad), XRTGA_BORDER_NONE) << bad;
+        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("XrtGaBorder"));
+    }
+}
+
+TEST_F(GaugeTest, findsScalesByName)
+{
+    Widget second = XtVaCreateWidget("second", xmXrtGaLinearScaleObjectClass, intensity.gauge, nullptr);
+    EXPECT_EQ(afterString<Widget>(intensity.ticks, XmNxrtGaScale, "second"), second);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(afterString<Widget>(intensity.ticks, XmNxrtGaScale, "third"), second);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("third"));
+    XrmDatabase database = XtScreenDatabase(XtScreen(board));
+    XrmPutStringResource(&database, "*named.xrtGaScale", "second");
+    Widget named = XtVaCreateWidget("named", xmXrtGaTickObjectClass, intensity.gauge, nullptr);
+    EXPECT_EQ(valueOf<Widget>(named, XmNxrtGaScale), second);
+}
+
+TEST_F(GaugeTest, hasASizeOfItsOwn)
+{
+    const struct {
+        Dimension width, height, expectedWidth, expectedHeight;
+    } rows[] = {{0, 0, 60, 24}, {100, 0, 100, 24}, {0, 7, 60, 7}, {1, 1, 1, 1}};
+    for (const auto& row : rows) {
+        Widget gauge = XtVaCreateWidget("g", xmXrtGaLinearGaugeWidgetClass, board, XmNwidth, row.width,
+                                        XmNheight, row.height, nullptr);
+        EXPECT_EQ(valueOf<Dimension>(gauge, XmNwidth), row.expectedWidth);
+        EXPECT_EQ(valueOf<Dimension>(gauge, XmNheight), row.expectedHeight);
+    }
+}
+
 TEST_F(GaugeTest, keepsItsListsOfChildren)
 {
     Widget more = XtVaCreateWidget("more", xmXrtGaTickObjectClass, intensity.gauge, nullptr);
