@@ -71,6 +71,7 @@ std::string environment(const char* name)
 // The documents folder that the user's desktop configuration names ("XDG_DOCUMENTS_DIR=\"$HOME/Documents\"").
 std::string documentsFolder(const std::string& home)
 {
+    // Relative folders count as unset, here as in the variables of the base directory convention.
     std::ifstream file(base::configBase() / "user-dirs.dirs");
     constexpr std::string_view key = "XDG_DOCUMENTS_DIR=\"", homeMark = "$HOME";
     for (std::string line; std::getline(file, line);) {
@@ -78,7 +79,8 @@ std::string documentsFolder(const std::string& home)
         if (!line.starts_with(key) || end <= key.size())
             continue;
         const std::string value = line.substr(key.size(), end - key.size());
-        return value.starts_with(homeMark) ? home + value.substr(homeMark.size()) : value;
+        const std::string folder = value.starts_with(homeMark) ? home + value.substr(homeMark.size()) : value;
+        return folder.starts_with('/') ? folder : "";
     }
     return {};
 }

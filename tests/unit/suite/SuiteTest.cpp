@@ -80,6 +80,15 @@ TEST(DataDirectory, isTheFirstThatExists)
     EXPECT_EQ(verified(), home.path);
     writeBytes(home / "config/user-dirs.dirs", "# folders\nXDG_DOCUMENTS_DIR=\"$HOME/Papers\"\n");
     EXPECT_EQ(verified(), home / "Papers");
+    // A relative folder counts as unset, in the file as well as in the variable.
+    const fs::path before = fs::current_path();
+    fs::current_path(home.path);
+    setenv("XDG_CONFIG_HOME", "config", 1);
+    EXPECT_EQ(verified(), home.path);
+    setenv("XDG_CONFIG_HOME", (home / "config").c_str(), 1);
+    writeBytes(home / "config/user-dirs.dirs", "XDG_DOCUMENTS_DIR=\"Papers\"\n");
+    EXPECT_EQ(verified(), home.path);
+    fs::current_path(before);
     IWSetConfig("KV_DATA_DIR", (home / "configured").c_str());
     EXPECT_EQ(verified(), home / "configured");
     setenv("KELVORA_DATA_DIR", (home / "given").c_str(), 1);
