@@ -44,7 +44,8 @@ static void drawCurve(Display* display, int c, const PlotMapping& mapping, XPoin
 
 void drawPlotText(Drawable drawable, int32_t x, int32_t baseline, const char* text)
 {
-    if (!plot.plotGC)
+    // A resize may come before the first expose, which loads the font and draws all of this again.
+    if (!plot.plotGC || plot.plotFont == None)
         return;
     Display* display = XtDisplay(plot.plotArea);
     XSetFont(display, plot.plotGC, plot.plotFont);

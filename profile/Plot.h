@@ -44,7 +44,7 @@ int drawProfile(int copyToWindow);
 // Frees the backing pixmap on the given display, if there is one.
 void freePlotPixmap(Display* display);
 
-// Draws ISO 8859-1 text in plotFont and the context's present colours; nothing without a context.
+// Draws ISO 8859-1 text in plotFont and the context's present colours; nothing without a context or a font.
 void drawPlotText(Drawable drawable, int32_t x, int32_t baseline, const char* text);
 
 // Callbacks of the plot area.

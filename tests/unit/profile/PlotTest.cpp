@@ -8,6 +8,7 @@
 #include <X11/IntrinsicP.h> // XtResizeWidget
 
 #include <cfloat>
+#include <utility>
 
 using recording::calls;
 using recording::script;
@@ -145,6 +146,21 @@ TEST_F(Plot, WritesTheWidthOfEachPeakOnItsOwnLine)
     drawRow(0, 10);
     EXPECT_EQ(profile.fwhmValue, 0);
     EXPECT_EQ(textPixels(colorRed, 0), 0);
+}
+
+// A resize may come before the first expose, which loads the font: an X error would end the program.
+TEST_F(Plot, BeforeThereIsAFontAWidthIsMeasuredAndNotWritten)
+{
+    setWaves({1}, {});
+    script.pixel = [](int x, int, int, int) { return x == 5 ? 10.0f : x == 4 || x == 6 ? 5.0f : 0; };
+    settings.showFwhm = 1;
+    const Font font = std::exchange(plot.plotFont, None);
+    drawRow(0, 10);
+    XSync(display, False);
+    EXPECT_FLOAT_EQ(profile.fwhmValue, 2 * 10 * 0.5f / 11);
+    EXPECT_EQ(textPixels(colorRed, 0), 0);
+    plot.plotFont = font;
+    settings.showFwhm = 0;
 }
 
 TEST_F(Plot, FwhmValueIsThatOfTheLastChannelDrawn)
