@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <sys/resource.h>
 
 using drive::Pair;
 
@@ -165,6 +166,23 @@ TEST_F(Export, NothingIsLostBeforeItIsWritten)
     EXPECT_TRUE(waitUntilWritten(path)) << readBytes(path);
     EXPECT_EQ(readSylk(path).problem, "");
     EXPECT_EQ(pair.savedCount(), "0");
+    expectDone(pair);
+}
+
+// The user's limit on the size of a file is a full disk to the tool: it goes on.
+TEST_F(Export, AFileSizeLimitDoesNotEndTheTool)
+{
+    constexpr rlim_t limit = 2048;
+    const fs::path path = folder / "cut.slk";
+    Pair pair = open({ramp()});
+    drawSegment(pair, {20, 20}, {220, 120});
+    save(pair, "1");
+    const rlimit bytes{limit, limit};
+    ASSERT_EQ(prlimit(pair.tool->pid(), RLIMIT_FSIZE, &bytes, nullptr), 0);
+    pair.writeToFile(path);
+    EXPECT_TRUE(chooserGone());
+    EXPECT_TRUE(drive::waitUntil([&] { return pair.savedCount() == "0"; }));
+    EXPECT_EQ(fs::file_size(path), limit);
     expectDone(pair);
 }
 
