@@ -21,7 +21,8 @@ extern "C" {
 #define IW_FILENAME_SIZE 256
 
 /* Connects the process to the X server and to the image windows. Must come first. argv[0] names the process in
- * messages. Returns 1. Without a display it writes one sentence to standard error and exits with status -1. */
+ * messages. Returns 1. Without a display it writes one sentence to standard error and exits with status -1. When the
+ * only argument is --help or --version, it prints that instead, without a display, and exits with status 0. */
 int IWAttach(int argc, char** argv);
 
 /* Attaches image window windowNumber as a slot; mode "ro" is the only one. Opens the image file that it shows.

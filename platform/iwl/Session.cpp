@@ -27,6 +27,21 @@ Display* connection = nullptr;
 Window clientWindow = None;
 SlotTable& slots = *std::make_unique<SlotTable>().release();
 
+// What a program says to its only argument, empty to go on. Every tool takes the number of an image window.
+std::string answerTo(std::string_view option)
+{
+    const std::string name = program_invocation_short_name;
+    if (option == "--version")
+        return name + " " PROJECT_VERSION "\n";
+    if (option != "--help")
+        return {};
+    return "Usage: " + name +
+           " window_number\n\n"
+           "Starts the tool on an image window. imagewindow prints the numbers of its windows.\n\n"
+           "  --help     prints this text\n"
+           "  --version  prints the version\n";
+}
+
 Window makeClientWindow()
 {
     XSetWindowAttributes attributes = {};
@@ -178,6 +193,10 @@ int IWAttach(int argc, char** argv)
     if (argc > 0 && argv && argv[0] && *argv[0]) {
         const char* slash = std::strrchr(argv[0], '/');
         program_invocation_short_name = slash ? argv[0] + (slash - argv[0]) + 1 : argv[0];
+    }
+    if (const std::string answer = argc == 2 && argv ? answerTo(argv[1]) : ""; !answer.empty()) {
+        std::fputs(answer.c_str(), stdout);
+        std::exit(std::fflush(stdout) == 0 ? 0 : 1);
     }
     connection = XOpenDisplay(nullptr);
     if (!connection) {
