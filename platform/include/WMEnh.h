@@ -92,7 +92,8 @@ int WMRequestMonitorLock(const char* title, Window imageWindow, int kind, char**
 void WMReleaseMonitorLock(int lockId);
 
 /* Modal dialogues, titled "Error", "Question" and "Warning". They work before there is a main window. Escape and the
- * window manager's close button answer no; the default button of WMConfirm, for Return, is No. */
+ * window manager's close button answer no; the default button of WMConfirm, for Return, is No. An error also counts as
+ * confirmed when the attached image windows have ended. */
 void WMConfirmError(const char* format, ...) __attribute__((format(printf, 1, 2)));
 int WMConfirm(const char* text);          /* 1 yes, 0 no */
 /* Not modal, at most five at once. Equal ones are one dialogue; once the user has closed it, it stays away until the

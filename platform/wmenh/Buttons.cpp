@@ -2,6 +2,7 @@
 #include "platform/include/WMEnh.h"
 #include "platform/wmenh/FieldRegistry.h"
 #include "platform/wmenh/Help.h"
+#include "platform/wmenh/Keyboard.h"
 #include "platform/wmenh/MainWindow.h"
 #include "platform/wmenh/Toolkit.h"
 
@@ -13,12 +14,19 @@ using namespace wmenh;
 
 namespace {
 
+// Motif leaves Return to a dialogue's default button; in the main window it presses the button with the
+// focus.
+const char returnActivates[] = "<Key>osfActivate: ArmAndActivate()\n"
+                               "~s ~m ~a <Key>Return: ArmAndActivate()\n";
+
 Widget addButton(const char* label, XtCallbackProc activated, XtPointer clientData)
 {
     const Label text(label);
-    const Widget button =
-        XtVaCreateWidget("button", xmPushButtonWidgetClass, currentRows().parent(), XmNlabelString,
-                         text.get(), XmNmarginWidth, 8, XmNmarginHeight, 4, nullptr);
+    const Widget button = XtVaCreateWidget("button", xmPushButtonWidgetClass, currentRows().parent(),
+                                           XmNlabelString, text.get(), XmNmarginWidth, 8, XmNmarginHeight, 4,
+                                           XmNnavigationType, XmTAB_GROUP, nullptr);
+    XtOverrideTranslations(button, XtParseTranslationTable(returnActivates));
+    offerMnemonic(button, button, MnemonicRank::Button);
     if (activated)
         XtAddCallback(button, XmNactivateCallback, activated, clientData);
     currentRows().add(button);

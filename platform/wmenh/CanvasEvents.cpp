@@ -6,6 +6,7 @@
 #include "platform/include/WMEnh.h"
 #include "platform/iwl/Session.h"
 #include "platform/protocol/XProtocol.h"
+#include "platform/wmenh/ImageWindows.h"
 #include "platform/wmenh/Toolkit.h"
 
 #include <X11/Core.h>
@@ -41,6 +42,7 @@ long lastHandlerId = 0;
 std::vector<Handler> handlers;
 std::map<int, ChangeProc> changeProcs; // by slot
 bool enabled = false;
+std::set<Window> watched;  // canvases whose end is told to us
 std::set<Window> selected; // canvases whose events come
 std::set<Window> closed;   // canvases whose end has been told
 
@@ -195,12 +197,23 @@ void catchUp(XtPointer canvas, XtIntervalId*)
     tellChange(window, iwlRefresh(window));
 }
 
+void watchCanvas(Window canvas)
+{
+    if (!watched.insert(canvas).second)
+        return;
+    Display* const display = toolkit().display;
+    XtRegisterDrawable(display, canvas, carrier());
+    const protocol::ErrorTrap trap(display);
+    XSelectInput(display, canvas, changeMask);
+    XtAppAddTimeOut(toolkit().context, 0, catchUp, reinterpret_cast<XtPointer>(canvas));
+}
+
 void selectCanvas(Window canvas)
 {
     if (!selected.insert(canvas).second)
         return;
+    watchCanvas(canvas);
     Display* const display = toolkit().display;
-    XtRegisterDrawable(display, canvas, carrier());
     {
         protocol::ErrorTrap trap(display);
         XSelectInput(display, canvas, inputMask | changeMask);
@@ -211,7 +224,6 @@ void selectCanvas(Window canvas)
             XSelectInput(display, canvas, (inputMask & ~ButtonPressMask) | changeMask);
         }
     }
-    XtAppAddTimeOut(toolkit().context, 0, catchUp, reinterpret_cast<XtPointer>(canvas));
 }
 
 void selectAll()
@@ -221,6 +233,20 @@ void selectAll()
 }
 
 } // namespace
+
+void wmenh::watchImageWindows()
+{
+    for (const IwlWindow& window : iwlWindows())
+        watchCanvas(window.canvas);
+}
+
+bool wmenh::imageWindowsGone()
+{
+    const auto windows = iwlWindows();
+    return !windows.empty() && std::ranges::all_of(windows, [](const IwlWindow& window) {
+        return closed.contains(window.canvas);
+    });
+}
 
 void WMEnableIWLEvent(void)
 {

@@ -1,6 +1,7 @@
 // The controls that can stand in a row, except the buttons.
 #include "platform/include/WMEnh.h"
 #include "platform/wmenh/FieldRegistry.h"
+#include "platform/wmenh/Keyboard.h"
 #include "platform/wmenh/MainWindow.h"
 #include "platform/wmenh/Toolkit.h"
 
@@ -135,7 +136,7 @@ Widget WMAddInfoButton(const char* label, int)
 Widget WMAddOptionMenu(const WMMenuItem* items, int count, int* value, XtCallbackProc changed,
                        XtPointer clientData, int, int)
 {
-    const Widget form = currentRows().parent();
+    const Widget form = currentRows().parent(), before = currentRows().last();
     const Widget pulldown = XmCreatePulldownMenu(form, const_cast<char*>("choices"), nullptr, 0);
     for (int i = 0; i < count; ++i) {
         const Label text(items[i].label);
@@ -147,6 +148,8 @@ Widget WMAddOptionMenu(const WMMenuItem* items, int count, int* value, XtCallbac
                   {const_cast<char*>(XmNmarginHeight), 0}};
     const Widget menu = XmCreateOptionMenu(form, const_cast<char*>("menu"), args, XtNumber(args));
     XtUnmanageChild(XmOptionLabelGadget(menu));
+    if (before && XtClass(before) == xmLabelWidgetClass)
+        offerMnemonic(before, XmOptionButtonGadget(menu), MnemonicRank::Label);
 
     Field field{.control = menu, .changed = changed, .clientData = clientData};
     field.show = [menu, pulldown, value] {
@@ -173,8 +176,10 @@ Widget WMAddToggleButton(const char* label, int* value, XtCallbackProc changed, 
                          int)
 {
     const Label text(label);
-    const Widget toggle = XtVaCreateWidget("toggle", xmToggleButtonWidgetClass, currentRows().parent(),
-                                           XmNlabelString, text.get(), nullptr);
+    const Widget toggle =
+        XtVaCreateWidget("toggle", xmToggleButtonWidgetClass, currentRows().parent(), XmNlabelString,
+                         text.get(), XmNnavigationType, XmTAB_GROUP, nullptr);
+    offerMnemonic(toggle, toggle, MnemonicRank::Toggle);
     Field field{.control = toggle, .changed = changed, .clientData = clientData};
     field.show = [toggle, value] { XmToggleButtonSetState(toggle, *value ? True : False, False); };
     field.take = [toggle, value] {
@@ -234,6 +239,7 @@ Widget WMAddDrawingArea(int width, int height)
     const Widget area =
         XtVaCreateWidget("canvas", xmDrawingAreaWidgetClass, currentRows().parent(), XmNwidth, width,
                          XmNheight, height, XmNmarginWidth, 0, XmNmarginHeight, 0, nullptr);
+    addToTraversal(area);
     currentRows().add(area, RowLayout::Kind::Canvas);
     return area;
 }

@@ -1,6 +1,7 @@
 #include "platform/wmenh/Dialogues.h"
 
 #include "platform/include/WMEnh.h"
+#include "platform/wmenh/ImageWindows.h"
 #include "platform/wmenh/MainWindow.h"
 #include "platform/wmenh/Toolkit.h"
 
@@ -127,15 +128,21 @@ void answerNo(Widget, XtPointer data, XtPointer)
     *static_cast<Answer*>(data) = {true, false};
 }
 
-bool runModal(Widget dialogue, const char* title)
+// A dialogue that the loss of the image windows ends has nothing left to say without them.
+enum class WithoutImage { Stays, Ends };
+
+bool runModal(Widget dialogue, const char* title, WithoutImage withoutImage)
 {
+    const bool ends = withoutImage == WithoutImage::Ends;
+    if (ends)
+        watchImageWindows();
     Answer answer;
     XtVaSetValues(dialogue, XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, nullptr);
     XtAddCallback(dialogue, XmNokCallback, answerYes, &answer);
     XtAddCallback(dialogue, XmNcancelCallback, answerNo, &answer);
     prepareDialogue(dialogue, title, answerNo, &answer);
     XtManageChild(dialogue);
-    runUntil(answer.given);
+    runUntil([&] { return answer.given || (ends && imageWindowsGone()); });
     destroyDialogue(dialogue);
     return answer.yes;
 }
@@ -203,7 +210,7 @@ void WMConfirmError(const char* pattern, ...)
     va_end(arguments);
     const Widget dialogue = makeMessage(Kind::Error, text);
     XtUnmanageChild(XmMessageBoxGetChild(dialogue, XmDIALOG_CANCEL_BUTTON));
-    runModal(dialogue, "Error");
+    runModal(dialogue, "Error", WithoutImage::Ends);
 }
 
 int WMConfirm(const char* text)
@@ -212,7 +219,7 @@ int WMConfirm(const char* text)
     const Label yes("Yes"), no("No");
     XtVaSetValues(dialogue, XmNokLabelString, yes.get(), XmNcancelLabelString, no.get(), XmNdefaultButtonType,
                   XmDIALOG_CANCEL_BUTTON, nullptr);
-    return runModal(dialogue, "Question") ? 1 : 0;
+    return runModal(dialogue, "Question", WithoutImage::Stays) ? 1 : 0;
 }
 
 void WMShowWarning(const char* text)

@@ -58,18 +58,11 @@ bool usableFolder(const std::string& folder)
            access(folder.c_str(), W_OK) == 0;
 }
 
-std::string textOf(XmString string)
-{
-    const XtText text(static_cast<char*>(
-        XmStringUnparse(string, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL)));
-    return text ? text.get() : "";
-}
-
 std::string stringResource(Widget widget, const char* resource)
 {
     XmString value = nullptr;
     XtVaGetValues(widget, resource, &value, nullptr);
-    std::string text = value ? textOf(value) : "";
+    std::string text = value ? plainText(value) : "";
     XmStringFree(value);
     return text;
 }
@@ -234,7 +227,7 @@ int WMInlineFileChooser(const char* title, char* directory, char* filter, int ca
     XtManageChild(chooser.box);
     showName(chooser);
     XmProcessTraversal(nameField(chooser), XmTRAVERSE_CURRENT);
-    runUntil(chooser.ended);
+    runUntil([&] { return chooser.ended; });
     const std::string pattern = stringResource(chooser.box, XmNpattern);
     destroyDialogue(chooser.box);
     if (chooser.path.empty())

@@ -2,6 +2,7 @@
 
 #include "platform/include/WMEnh.h"
 #include "platform/iwl/Session.h"
+#include "platform/wmenh/Keyboard.h"
 #include "platform/wmenh/Toolkit.h"
 
 #include <Xm/Form.h>
@@ -95,6 +96,9 @@ void realiseMainWindow()
     if (!shell || XtIsRealized(shell))
         return;
     mainRows->newRow();
+    completeKeyboard(mainRows->parent());
+    if (messageRows)
+        completeKeyboard(messageRows->parent());
     XtManageChild(mainRows->parent());
     XtManageChild(frame);
     XtRealizeWidget(shell);
@@ -181,5 +185,5 @@ void WMDisplay(void)
 
 void WMAppMainLoop(void)
 {
-    runUntil(closed);
+    runUntil([] { return closed; });
 }

@@ -10,8 +10,10 @@
 #include <X11/Xutil.h>
 #include <Xm/Text.h>
 
+#include <algorithm>
 #include <cctype>
 #include <clocale>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
@@ -28,8 +30,11 @@ const char* const looks[] = {
     "*foreground: #101010",
     "*shadowThickness: 1",
     "*XmForm.shadowThickness: 0",
-    "*highlightThickness: 1",
-    "*highlightColor: #2a5a9a",
+    // A blue that stands out against the background as well as against a dark plot.
+    "*highlightColor: #2f74d0",
+    // Motif shows the armed item of a menu by its shadow alone, unless menus are etched in.
+    "*enableEtchedInMenu: True",
+    "*choices*armColor: #bcd0e8",
     "*XmToggleButton.shadowThickness: 0",
     "*XmToggleButton.selectColor: #2a5a9a",
     "*XmText.background: #ffffff",
@@ -48,6 +53,8 @@ String* fallbackResources(Display* display)
 {
     static std::vector<const char*> list(std::begin(looks), std::end(looks));
     text::appendFontResources(display, list);
+    static const std::string focus = "*highlightThickness: " + std::to_string(focusThickness(display));
+    list.push_back(focus.c_str());
     list.push_back(nullptr);
     return const_cast<String*>(list.data());
 }
@@ -124,10 +131,25 @@ const Toolkit& toolkit()
     return kit;
 }
 
-void runUntil(const bool& done)
+void runUntil(const std::function<bool()>& done)
 {
-    while (!done)
+    while (!done())
         XtAppProcessEvent(toolkit().context, XtIMAll);
+}
+
+int focusThickness(Display* display)
+{
+    constexpr double usualResolution = 96; // dots per inch
+    const char* const given = XGetDefault(display, "Xft", "dpi");
+    const double resolution = given ? std::strtod(given, nullptr) : usualResolution;
+    return std::clamp(static_cast<int>(std::lround(2 * resolution / usualResolution)), 2, 12);
+}
+
+std::string plainText(XmString string)
+{
+    const XtText text(static_cast<char*>(
+        XmStringUnparse(string, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL)));
+    return text ? text.get() : "";
 }
 
 Label::Label(std::string_view text)

@@ -8,6 +8,7 @@
 
 #include <Xm/Xm.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -23,8 +24,8 @@ struct Toolkit {
 // Ends the process with status -1 after a line on standard error when IWAttach has not connected it.
 const Toolkit& toolkit();
 
-// Handles events until done becomes true. Nests.
-void runUntil(const bool& done);
+// Handles events until done() is true. Nests.
+void runUntil(const std::function<bool()>& done);
 
 // An XmString in the encoding of the locale, freed at the end of its life. text as for localeText.
 class Label {
@@ -38,6 +39,12 @@ public:
 private:
     XmString string;
 };
+
+// Pixels of the border that shows the focus, from the resolution that the user's resources give the fonts.
+int focusThickness(Display* display);
+
+// The text of an XmString, in the encoding of the locale.
+std::string plainText(XmString string);
 
 // A string that Xt allocated.
 struct XtDeleter {

@@ -64,7 +64,16 @@ TEST_F(StartUp, ThePairStandsSideBySide)
 TEST_F(StartUp, WrongArgumentsAreRefused)
 {
     const std::vector<std::string> rows[] = {
-        {}, {"1", "2"}, {"99"}, {"abc"}, {"0"}, {"-1"}, {""}, {"99999999999999999999"},
+        {},
+        {"1", "2"},
+        {"99"},
+        {"abc"},
+        {"0"},
+        {"-1"},
+        {""},
+        {"99999999999999999999"},
+        {"--helpful"},
+        {"1", "--help"},
     };
     for (const auto& arguments : rows) {
         SCOPED_TRACE(testing::PrintToString(arguments));
@@ -81,6 +90,38 @@ TEST_F(StartUp, WithoutADisplayOneSentenceSaysSo)
         const std::string said = tool->errors();
         EXPECT_EQ(support::lineCount(said), 1) << said;
         EXPECT_NE(said.find("display"), std::string::npos) << said;
+    }
+}
+
+TEST_F(StartUp, HelpAndVersionNeedNoDisplay)
+{
+    environment["DISPLAY"] = "";
+    const std::pair<const char*, const char*> rows[] = {
+        {"--help", "Usage: lineprofile window_number\n"},
+        {"--version", "lineprofile 0."},
+    };
+    for (const auto& [option, begin] : rows) {
+        const auto tool = startTool({option});
+        EXPECT_EQ(tool->wait(), 0) << option;
+        EXPECT_EQ(tool->output().substr(0, std::string(begin).size()), begin);
+        EXPECT_EQ(tool->errors(), "");
+    }
+}
+
+TEST_F(StartUp, ARefusalEndsWithTheImageWindow)
+{
+    for (const bool killed : {false, true}) {
+        SCOPED_TRACE(killed ? "killed" : "closed");
+        Pair pair = open({ramp()});
+        const auto second = startTool({std::to_string(pair.number)});
+        ASSERT_NE(screen.findTitle("Error"), None);
+        EXPECT_TRUE(second->running());
+        if (killed)
+            pair.viewer.signal(SIGKILL);
+        else
+            pair.closeImageWindows();
+        EXPECT_EQ(second->wait(), 255);
+        EXPECT_EQ(pair.tool->wait(), 0);
     }
 }
 
