@@ -32,7 +32,8 @@ Widget makeMessage(Widget parent, MakeDialogue make, const std::string& title, c
     return dialogue;
 }
 
-constexpr const char* imagePattern = "*.[tT][iI][fF]*";
+// .tif and .tiff, .ome and .ome.xml (the companion files), .btf.
+constexpr const char* imagePattern = "*.[tToObB][iImMtT][fFeE]*";
 constexpr const char* anyPattern = "*";
 
 // Where the last file was looked for, of all windows; empty at first.
