@@ -108,7 +108,6 @@ namespace iwl {
 // The tool's arrays are as long as the header says.
 static_assert(IW_MAX_WAVES == base::maxWavelengths);
 
-
 Slot* slotAt(int slot)
 {
     return slot >= 1 && slot <= IW_MAX_SLOTS ? slots[slot].get() : nullptr;

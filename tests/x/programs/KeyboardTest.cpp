@@ -14,7 +14,7 @@ namespace programs {
 
 namespace {
 
-constexpr drive::Pixel focusColor{0x2f, 0x74, 0xd0}, yellow{255, 255, 0};
+constexpr drive::Pixel focusColor{0x2f, 0x74, 0xd0}, yellow{255, 255, 0}, armedColor{0xbc, 0xd0, 0xe8};
 
 } // namespace
 
@@ -131,12 +131,14 @@ TEST_F(Keyboard, EverythingCanBeDoneWithIt)
     alt(XK_i);
     expectFocus(Menu);
     screen.key(XK_space);
-    drive::waitUntilCalm(screen);
+    const auto armed = [&] { return count(screen.captureScreen(), armedColor) > 500; };
+    EXPECT_TRUE(waitUntil(armed));
     screen.key(XK_Down);
+    drive::waitUntilCalm(screen);
     screen.key(XK_Return);
     expectConfig("KV_APROF_SCALE_AUTO:\tfalse");
     drive::waitUntilCalm(screen); // Motif drops keys while a menu goes away
-    screen.key(XK_Escape);        // closes nothing here
+    screen.key(XK_Escape);        // closes a menu at the most
     alt(XK_w);                    // is off
     alt(XK_s);
     expectFocus(Save);
@@ -149,6 +151,7 @@ TEST_F(Keyboard, EverythingCanBeDoneWithIt)
     screen.replaceText("keys");
     screen.key(XK_Return);
     EXPECT_TRUE(waitUntil([&] { return fs::exists(folder / "keys.slk"); }));
+    ASSERT_TRUE(support::waitForFocus(screen, pair.toolWindow));
     alt(XK_h);
     const Window help = screen.findTitle("Help: LineProfile");
     ASSERT_TRUE(support::waitForFocus(screen, help));
