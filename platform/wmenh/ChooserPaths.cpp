@@ -1,6 +1,8 @@
 #include "platform/wmenh/ChooserPaths.h"
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -30,6 +32,36 @@ bool hasControl(std::string_view text)
 {
     return std::any_of(text.begin(), text.end(),
                        [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; });
+}
+
+// Extensions of tables and texts, in lower case.
+constexpr std::array<std::string_view, 14> tableExtensions = {
+    "asc", "csv", "dat", "htm", "html", "ods", "prn", "slk", "sylk", "tab", "tsv", "txt", "xls", "xlsx"};
+
+std::string lowerCase(std::string_view text)
+{
+    std::string lower(text);
+    std::ranges::transform(lower, lower.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower;
+}
+
+bool hasKnownExtension(std::string_view path, std::string_view extension)
+{
+    const std::string own = lowerCase(extensionOf(path));
+    return own == lowerCase(extension) || std::ranges::count(tableExtensions, own) > 0;
+}
+
+// A name as a sentence quotes it: of a long one the end.
+std::string quoted(const std::string& name)
+{
+    constexpr size_t most = 80; // bytes
+    if (name.size() <= most)
+        return '"' + name + '"';
+    size_t start = name.size() - most;
+    while (start < name.size() && (static_cast<unsigned char>(name[start]) & 0xC0) == 0x80)
+        ++start;
+    return "\"..." + name.substr(start) + '"';
 }
 
 bool isDirectory(const std::string& path)
@@ -86,7 +118,7 @@ std::string extensionOf(std::string_view name)
 
 std::string withExtension(std::string path, std::string_view extension)
 {
-    if (extension.empty() || lastPart(path).empty() || !extensionOf(path).empty())
+    if (extension.empty() || lastPart(path).empty() || hasKnownExtension(path, extension))
         return path;
     if (path.back() != '.')
         path += '.';
@@ -104,9 +136,9 @@ std::string complaintAbout(const std::string& path, int capacity)
                std::to_string(capacity - 1) + ": please choose a shorter name or folder.";
     const std::string folder = directoryPart(path);
     if (!isDirectory(folder))
-        return "There is no folder \"" + folder + "\".";
+        return "There is no folder " + quoted(folder) + ".";
     if (isDirectory(path))
-        return "\"" + lastPart(path) + "\" is a folder.";
+        return quoted(lastPart(path)) + " is a folder.";
     const bool exists = access(path.c_str(), F_OK) == 0;
     if (!exists && errno == ENAMETOOLONG)
         return "The name is too long for a file name.";

@@ -18,7 +18,8 @@ std::string nearestDirectory(const std::string& path);
 // dot makes a hidden file, not an extension.
 std::string extensionOf(std::string_view name);
 
-// path with the extension appended when its last part has none.
+// path with the extension appended when its last part has neither that one nor another by which a table is
+// known: the dot of "scan 1.5um" begins no extension.
 std::string withExtension(std::string path, std::string_view extension);
 
 // The part after the last slash and the part before it ("/" for a file there).

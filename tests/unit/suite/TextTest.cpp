@@ -78,8 +78,10 @@ TEST(ChooserPaths, makeThePathOfATypedName)
 TEST(ChooserPaths, addAnExtensionWhereThereIsNone)
 {
     const std::pair<const char*, const char*> cases[] = {
-        {"/d/cells", "/d/cells.slk"},     {"/d/cells.", "/d/cells.slk"},    {"/d/cells.txt", "/d/cells.txt"},
-        {"/d.x/cells", "/d.x/cells.slk"}, {"/d/.hidden", "/d/.hidden.slk"}, {"/d/", "/d/"},
+        {"/d/cells", "/d/cells.slk"},           {"/d/cells.", "/d/cells.slk"},
+        {"/d/cells.txt", "/d/cells.txt"},       {"/d.x/cells", "/d.x/cells.slk"},
+        {"/d/.hidden", "/d/.hidden.slk"},       {"/d/", "/d/"},
+        {"/d/scan 1.5um", "/d/scan 1.5um.slk"}, {"/d/A.SLK", "/d/A.SLK"},
     };
     for (const auto& [path, made] : cases)
         EXPECT_EQ(withExtension(path, "slk"), made) << path;
