@@ -26,7 +26,7 @@ BlockPtr BlockCache::find(const BlockKey& key)
     return found->second->block;
 }
 
-BlockPtr BlockCache::get(const BlockKey& key, const Loader& load)
+BlockPtr BlockCache::get(const BlockKey& key, std::size_t size, const Loader& load)
 {
     std::unique_lock lock(mutex);
     for (auto found = index.find(key); found != index.end(); found = index.find(key)) {
@@ -36,15 +36,18 @@ BlockPtr BlockCache::get(const BlockKey& key, const Loader& load)
         }
         loaded.wait(lock);
     }
-    entries.push_front({key, nullptr});
+    entries.push_front({key, nullptr, size});
     const auto mine = entries.begin();
     index.emplace(key, mine);
+    bytes += size;
+    trim(mine);
     lock.unlock();
     BlockPtr block;
     try {
         block = load();
     } catch (...) {
         lock.lock();
+        bytes -= size;
         index.erase(key);
         entries.erase(mine);
         loaded.notify_all();
@@ -52,8 +55,7 @@ BlockPtr BlockCache::get(const BlockKey& key, const Loader& load)
     }
     lock.lock();
     mine->block = block;
-    bytes += block->size();
-    trim(mine);
+    trim(mine); // what it had no room beside may have been loaded meanwhile
     loaded.notify_all();
     return block;
 }
@@ -65,7 +67,7 @@ void BlockCache::trim(Entries::iterator keep)
         --entry;
         if (!entry->block || entry == keep)
             continue;
-        bytes -= entry->block->size();
+        bytes -= entry->size;
         index.erase(entry->key);
         entry = entries.erase(entry);
     }

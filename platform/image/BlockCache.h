@@ -55,9 +55,10 @@ public:
 
     // The block, or nothing when it is not there (or still being loaded).
     BlockPtr find(const BlockKey& key);
-    // The block; loads it when it is not there. When two threads want the same block one loads and the other
-    // waits. An exception of the loader passes through and leaves nothing behind.
-    BlockPtr get(const BlockKey& key, const Loader& load);
+    // The block; loads it when it is not there, after making room for its bytes. When two threads want the
+    // same block one loads and the other waits. An exception of the loader passes through and leaves nothing
+    // behind.
+    BlockPtr get(const BlockKey& key, std::size_t size, const Loader& load);
 
     void setLimit(std::size_t bytes); // at once, also downwards
     std::size_t used() const;         // bytes
@@ -65,7 +66,8 @@ public:
 private:
     struct Entry {
         BlockKey key;
-        BlockPtr block; // null while its loader runs
+        BlockPtr block;   // null while its loader runs
+        std::size_t size; // bytes
     };
     using Entries = std::list<Entry>; // most recently used first
 

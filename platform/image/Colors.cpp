@@ -1,9 +1,9 @@
 #include "platform/image/Colors.h"
 
+#include "platform/image/Dyes.h"
+
 #include <algorithm>
-#include <cctype>
 #include <memory>
-#include <string>
 
 namespace image {
 
@@ -42,31 +42,10 @@ std::optional<int> colorOfNanometres(double nanometres)
 
 std::optional<int> colorOfDye(std::string_view channelName)
 {
-    struct Dye {
-        std::string_view name; // lower case, a part of the channel's name without blanks and dashes
-        int color;
-    };
-    // Emission maxima of common dyes, sorted into the bands above.
-    static constexpr Dye dyes[] = {
-        {"dapi", Blue},       {"hoechst", Blue},     {"bfp", Blue},         {"alexa405", Blue},
-        {"fluor405", Blue},   {"af405", Blue},       {"cfp", Cyan},         {"cerulean", Cyan},
-        {"turquoise", Cyan},  {"gfp", Green},        {"fitc", Green},       {"alexa488", Green},
-        {"fluor488", Green},  {"af488", Green},      {"cy2", Green},        {"neongreen", Green},
-        {"yfp", Yellow},      {"venus", Yellow},     {"citrine", Yellow},   {"tritc", Yellow},
-        {"alexa546", Yellow}, {"alexa555", Yellow},  {"fluor555", Yellow},  {"af555", Yellow},
-        {"cy3", Yellow},      {"rfp", Red},          {"cherry", Red},       {"texasred", Red},
-        {"txred", Red},       {"alexa568", Red},     {"fluor568", Red},     {"af568", Red},
-        {"alexa594", Red},    {"fluor594", Red},     {"af594", Red},        {"tomato", Red},
-        {"cy5", Magenta},     {"alexa647", Magenta}, {"fluor647", Magenta}, {"af647", Magenta},
-        {"farred", Magenta},  {"draq5", Magenta}};
-    std::string name;
-    for (const char c : channelName)
-        if (std::isalnum(static_cast<unsigned char>(c)))
-            name += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    for (const Dye& dye : dyes)
-        if (name.find(dye.name) != std::string::npos)
-            return dye.color;
-    return std::nullopt;
+    const Dye* const dye = dyeOf(channelName);
+    if (!dye)
+        return std::nullopt;
+    return dye->color ? dye->color : colorOfNanometres(static_cast<double>(dye->emission));
 }
 
 static std::optional<int> hintedColor(const Wavelength& wavelength, const ColorHint& hint)

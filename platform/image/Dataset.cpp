@@ -1,7 +1,7 @@
 #include "platform/image/Dataset.h"
 
 #include "platform/base/Limits.h"
-
+#include "platform/image/Dyes.h"
 #include "platform/image/Error.h"
 #include "platform/image/Plausible.h"
 
@@ -12,15 +12,56 @@ namespace image {
 constexpr std::int64_t maxSections = 1 << 24;
 constexpr std::uint64_t maxXmlBytes = 64u << 20;
 
+std::uint32_t Dataset::planesPerPosition() const
+{
+    return static_cast<std::uint32_t>(info.sizeZ) * info.sizeT * channels();
+}
+
 std::uint32_t Dataset::key(const PlaneIndex& index) const
 {
-    const auto row = (static_cast<std::uint32_t>(index.p) * info.sizeT + index.t) * info.sizeZ + index.z;
-    return row * channels() + static_cast<std::uint32_t>(index.channel);
+    const auto p = static_cast<std::size_t>(index.p);
+    std::uint32_t key = 0, stride = 1;
+    for (const char dimension : p < positions.size() ? positions[p].order : PositionValues().order) {
+        const int at = dimension == 'Z' ? index.z : dimension == 'C' ? index.channel : index.t;
+        const int size = dimension == 'Z' ? info.sizeZ : dimension == 'C' ? channels() : info.sizeT;
+        key += stride * static_cast<std::uint32_t>(at);
+        stride *= static_cast<std::uint32_t>(size);
+    }
+    return static_cast<std::uint32_t>(index.p) * stride + key;
 }
 
 PlaneIndex Dataset::planeIndex(const SectionIndex& section) const
 {
     return {section.z, section.w / samplesPerPlane, section.t, section.p};
+}
+
+const PlaneValues* Dataset::valuesOf(const SectionIndex& section) const
+{
+    const std::uint32_t wanted = key(planeIndex(section));
+    const auto next = std::ranges::upper_bound(values, wanted, {}, &PlaneValues::key);
+    return next != values.begin() && std::prev(next)->key == wanted ? &*std::prev(next) : nullptr;
+}
+
+std::optional<double> Dataset::time(const SectionIndex& section) const
+{
+    const PlaneValues* const known = valuesOf(section);
+    if (known && known->deltaT)
+        return known->deltaT;
+    const auto p = static_cast<std::size_t>(section.p);
+    if (p >= positions.size() || !positions[p].timeIncrement)
+        return std::nullopt;
+    return section.t * *positions[p].timeIncrement;
+}
+
+std::optional<double> Dataset::bias(const SectionIndex& section) const
+{
+    const auto p = static_cast<std::size_t>(section.p);
+    if (p >= positions.size())
+        return std::nullopt;
+    const auto& known = positions[p].bias;
+    const bool perWavelength = static_cast<int>(known.size()) == info.sizeW;
+    const auto at = static_cast<std::size_t>(perWavelength ? section.w : section.w / samplesPerPlane);
+    return at < known.size() ? known[at] : std::nullopt;
 }
 
 void setSizes(Dataset& dataset, std::int64_t z, std::int64_t wavelengths, std::int64_t t, std::int64_t p)
@@ -129,11 +170,20 @@ void setWavelengths(Dataset& dataset, const Plane& plane, std::span<ColorHint> h
         const bool rgb = isRgb(plane) && dataset.samplesPerPlane >= 3 && sample < 3;
         dataset.info.wavelengths[static_cast<std::size_t>(w)].name =
             plausibleText(rgb ? sampleName(name, sample) : name);
+        const ColorHint& hint = hints[static_cast<std::size_t>(w)];
+        const double dye = rgb ? 0 : dyeEmission(name).value_or(0);
+        dataset.info.wavelengths[static_cast<std::size_t>(w)].nanometres =
+            static_cast<float>(hint.emission.value_or(hint.excitation.value_or(dye)));
         if (rgb)
             hints[static_cast<std::size_t>(w)].color =
                 base::displayColors[static_cast<std::size_t>(colors[sample])].rgb;
     }
     assignColors(dataset.info.wavelengths, hints);
+}
+
+std::string counted(std::uint64_t count, const std::string& thing)
+{
+    return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
 }
 
 static std::string readText(const std::filesystem::path& path)
@@ -163,7 +213,15 @@ OpenedFile openForReading(const std::filesystem::path& path)
         return opened;
     }
     opened.tiff = std::make_shared<TiffFile>(path);
-    opened.description = opened.tiff->tags().text(opened.tiff->pages()[0].offset, TagDescription);
+    if (!opened.tiff->damage().empty())
+        opened.remarks.push_back("The file is damaged after page " +
+                                 std::to_string(opened.tiff->pages().size()) + ": " + opened.tiff->damage() +
+                                 ".");
+    try {
+        opened.description = opened.tiff->tags().text(opened.tiff->pages()[0].offset, TagDescription);
+    } catch (const FormatError& error) {
+        opened.remarks.push_back(std::string("Its description is not there: ") + error.what() + ".");
+    }
     return opened;
 }
 

@@ -55,7 +55,7 @@ struct ImageInfo {
     bool zCalibrated = false;            // false: that of z is; true only where calibrated is
     std::vector<Wavelength> wavelengths; // sizeW entries
     std::string format;                  // for the user, e.g. "OME-TIFF, 3 files" or "ImageJ hyperstack"
-    std::vector<std::string> remarks;    // for the user: what the file has and the image lacks, a sentence each
+    std::vector<std::string> remarks; // for the user: what the file has and the image lacks, a sentence each
 };
 
 // Fields of the extended header of a section.
@@ -82,8 +82,8 @@ public:
     // Whether the section is inside the dimensions and the file holds it.
     virtual bool hasSection(const SectionIndex& section) const = 0;
 
-    // Whether all of the section's data lies inside the file as it is now; lastError says what does not. Reads
-    // no pixels.
+    // Whether all of the section's data lies inside the file as it is now; lastError says what does not.
+    // Reads no pixels.
     virtual bool isComplete(const SectionIndex& section) { return hasSection(section); }
 
     // Fills out (rect.width() * rect.height() values, row by row, x fastest) with the section's pixel values.

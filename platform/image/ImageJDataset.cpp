@@ -20,7 +20,7 @@ static std::uint64_t bytesOfPlane(const Plane& plane)
 // are.
 static std::int64_t contiguousPlanes(const OpenedFile& opened, const Plane& plane, std::int64_t images)
 {
-    if (opened.tiff->pages().size() != 1 || plane.access != Plane::Access::RawRows)
+    if (!opened.tiff->damage().empty() || plane.access != Plane::Access::RawRows)
         return 1;
     const std::uint64_t start = plane.directory.blockOffsets[0], end = opened.tiff->size();
     const std::uint64_t fit = start < end ? (end - start) / bytesOfPlane(plane) : 0;
@@ -45,16 +45,9 @@ static void placePlanes(Dataset& dataset, const OpenedFile& opened, const Plane&
     const bool single = pages.size() == 1;
     const std::int64_t there =
         single ? contiguousPlanes(opened, plane, images) : static_cast<std::int64_t>(pages.size());
-    const int channels = dataset.channels(), sizeZ = dataset.info.sizeZ;
-    const std::int64_t count =
-        std::min<std::int64_t>(there, std::int64_t{channels} * sizeZ * dataset.info.sizeT);
-    for (std::int64_t i = 0; i < count; ++i) {
-        const PlaneIndex index{static_cast<int>(i / channels % sizeZ), static_cast<int>(i % channels),
-                               static_cast<int>(i / channels / sizeZ), 0};
-        const auto page = static_cast<std::uint32_t>(single ? 0 : i);
-        const std::uint64_t shift = single ? static_cast<std::uint64_t>(i) * bytesOfPlane(plane) : 0;
-        dataset.places[dataset.key(index)] = {0, page, shift};
-    }
+    const std::int64_t count = std::min<std::int64_t>(there, dataset.planesPerPosition());
+    const PlaneRun run{0, static_cast<std::uint32_t>(count), {}, single ? bytesOfPlane(plane) : 0};
+    dataset.places = PlaneMap({&run, 1});
 }
 
 // The resolution tags give pixels per unit; the description gives the unit and the spacing of z.
@@ -113,14 +106,16 @@ Dataset readImageJDataset(const OpenedFile& opened)
     placePlanes(dataset, opened, *plane, metadata.images);
     setSpacing(dataset.info, spacingOf(metadata, opened));
     setDisplay(dataset, metadata, *plane);
+    dataset.positions.resize(1);
+    dataset.positions[0].timeIncrement = plausible(metadata.frameSeconds);
     if (metadata.signed16 && plane->type == SampleType::U16) {
         dataset.valueOffset = -32768;
         dataset.info.pixelType = PixelType::Int16;
     }
     const bool oneDimension = dataset.channels() == 1 && (dataset.info.sizeZ == 1 || dataset.info.sizeT == 1);
-    dataset.info.format = dataset.places.size() == 1 ? "ImageJ image"
-                          : oneDimension             ? "ImageJ stack"
-                                                     : "ImageJ hyperstack";
+    dataset.info.format = dataset.places.count() == 1 ? "ImageJ image"
+                          : oneDimension              ? "ImageJ stack"
+                                                      : "ImageJ hyperstack";
     return dataset;
 }
 

@@ -13,8 +13,11 @@ namespace image {
 
 using Fields = std::map<std::string, std::string, std::less<>>;
 
+// ImageJ's own lines come first; what other programs append may be long.
 static Fields fieldsOf(std::string_view description)
 {
+    constexpr std::size_t maxBytes = 64u << 10;
+    description = description.substr(0, maxBytes);
     Fields result;
     while (!description.empty()) {
         const auto end = description.find('\n');
@@ -130,6 +133,11 @@ ImageJMetadata readImageJ(std::string_view description, const TiffStructure& tag
     result.zSpacing = number(fields, "spacing");
     if (result.zSpacing && *result.zSpacing <= 0)
         result.zSpacing.reset();
+    const std::string_view timeUnit = text(fields, "tunit");
+    const std::optional<double> interval = number(fields, "finterval"),
+                                unit = timeUnit.empty() ? 1 : secondsPer(timeUnit);
+    if (interval && *interval > 0 && unit)
+        result.frameSeconds = *interval * *unit;
     result.min = number(fields, "min");
     result.max = number(fields, "max");
     const std::string_view names[3] = {"unit", "yunit", "zunit"};

@@ -18,6 +18,7 @@ struct ImageJMetadata {
     bool signed16 = false;                         // 16-bit values are stored with 32768 added
     std::optional<double> unitMicrons[3];          // microns per unit of x, y and z
     std::optional<double> zSpacing;                // in units of z
+    std::optional<double> frameSeconds;            // from a frame to the next
     std::optional<double> min, max;                // display range of a single channel
     std::vector<std::pair<double, double>> ranges; // display range per channel
     std::vector<Rgb> colors;                       // brightest colour of each channel's table

@@ -5,7 +5,6 @@
 #include "platform/image/SiblingFiles.h"
 
 #include <algorithm>
-#include <set>
 
 namespace image {
 
@@ -30,9 +29,9 @@ private:
     void setSamplesPerPlane(const Plane& plane);
     void findPositions();
     void placeImage(int p);
-    void placeData(const OmeTiffData& data, const OmeImage& image, int p);
-    void place(const OmeImage& image, std::int64_t raster, int p, Place where);
-    void checkPage(Place where);
+    void placeData(const OmeTiffData& data, int p);
+    bool isOpen(std::uint32_t file) const { return holder.tiff && siblings->paths()[file] == holder.path; }
+    void checkPages();
     void setValues(int p);
     void setChannels(const Plane& plane);
     const OmeChannel* channelOf(const OmeImage& image, int wavelength) const;
@@ -41,12 +40,13 @@ private:
     OpenedFile holder; // the file that holds the metadata
     OmeDocument document;
     std::unique_ptr<SiblingFiles> siblings;
+    std::vector<std::optional<std::uint32_t>> found; // of siblings, for each of the document's files
     std::shared_ptr<FileSet> files;
     const OmeImage* reference = nullptr;
     std::vector<const OmeImage*> positions; // images of the reference's size
     Dataset dataset;
     std::uint32_t nextUntagged = 0; // page of the holder, for images without TiffData
-    std::int64_t steps = 0;         // planes named so far, the same one counted again
+    std::vector<PlaneRun> runs;     // as named, the same plane perhaps several times
 };
 
 } // namespace
@@ -70,22 +70,19 @@ static OmeDocument metadataOf(const OpenedFile& opened, OpenedFile& holder)
 
 static bool namesOneFile(const OmeDocument& document)
 {
-    std::set<std::string> names;
-    for (const OmeImage& image : document.images)
-        for (const OmeTiffData& data : image.tiffData)
-            names.insert(data.fileName);
-    return names.size() == 1;
+    return !document.files.empty() && std::ranges::all_of(document.files, [&](const OmeFile& file) {
+        return file.name == document.files[0].name;
+    });
 }
 
 OmeReader::OmeReader(const OpenedFile& opened) : document(metadataOf(opened, holder))
 {
     siblings = std::make_unique<SiblingFiles>(opened, holder, namesOneFile(document));
-    for (const OmeImage& image : document.images) {
-        for (const OmeTiffData& data : image.tiffData)
-            siblings->find(data.fileName, data.uuid);
+    for (const OmeFile& file : document.files)
+        found.push_back(siblings->find(file.name, file.uuid));
+    for (const OmeImage& image : document.images)
         if (image.tiffData.empty() && holder.tiff)
             siblings->find("", "");
-    }
     if (siblings->paths().empty())
         throw FormatError(siblings->missing().empty() ? "its metadata name no file with pixels"
                                                       : "none of the files that it names is there");
@@ -101,7 +98,7 @@ std::optional<OmeReader::Place> OmeReader::firstPlace(const OmeImage& image)
         return file ? std::optional(Place{*file, 0}) : std::nullopt;
     }
     for (const OmeTiffData& data : image.tiffData) {
-        const auto file = siblings->find(data.fileName, data.uuid);
+        const auto file = found[data.file];
         const std::int64_t page = data.page.value_or(0);
         if (file && page >= 0 && page < pageCount(*file))
             return Place{*file, static_cast<std::uint32_t>(page)};
@@ -139,104 +136,85 @@ void OmeReader::findPositions()
             i.sizeT == r.sizeT && i.type == r.type)
             positions.push_back(&i);
     setSizes(dataset, r.sizeZ, r.sizeC, r.sizeT, static_cast<std::int64_t>(positions.size()));
-}
-
-// A page that contradicts the metadata is told at once when its file is open anyway.
-void OmeReader::checkPage(Place where)
-{
-    const std::shared_ptr<TiffFile> file = holder.tiff;
-    if (!file || siblings->paths()[where.file] != holder.path)
-        return;
-    const PageSummary& page = file->pages()[where.page];
-    if (page.width != reference->sizeX || page.height != reference->sizeY)
-        throw FormatError("its metadata claim " + std::to_string(reference->sizeX) + " x " +
-                          std::to_string(reference->sizeY) + " pixels but page " +
-                          std::to_string(where.page + 1) + " has " + std::to_string(page.width) + " x " +
-                          std::to_string(page.height));
-}
-
-// raster counts the image's planes in its dimension order.
-void OmeReader::place(const OmeImage& image, std::int64_t raster, int p, Place where)
-{
-    PlaneIndex index{0, 0, 0, p};
-    for (const char dimension : image.dimensionOrder.substr(2)) {
-        int& value = dimension == 'Z' ? index.z : dimension == 'C' ? index.channel : index.t;
-        const int size = dimension == 'Z'   ? dataset.info.sizeZ
-                         : dimension == 'C' ? dataset.channels()
-                                            : dataset.info.sizeT;
-        value = static_cast<int>(raster % size);
-        raster /= size;
+    if (const std::size_t others = document.images.size() - positions.size(); others > 0)
+        dataset.info.remarks.push_back(counted(others, "image") + " of another size or kind " +
+                                       (others == 1 ? "is" : "are") + " not shown.");
+    for (const OmeImage* image : positions) {
+        const std::string& order = image->dimensionOrder;
+        dataset.positions.push_back({{order[2], order[3], order[4]}, image->timeIncrement, {}});
     }
-    checkPage(where);
-    dataset.places.try_emplace(dataset.key(index), PlanePlace{where.file, where.page, 0});
 }
 
-// Where a plane stands in the image's dimension order; nothing when it is outside the image.
-static std::optional<std::int64_t> rasterOf(const OmeImage& image, const Dataset& dataset,
-                                            const OmeTiffData& data)
+// Pages that contradict the metadata are told at once when their file is open anyway.
+void OmeReader::checkPages()
+{
+    for (const PlaneRun& run : dataset.places.runs())
+        for (std::uint32_t page = run.place.page; isOpen(run.place.file) && page < run.place.page + run.count;
+             ++page) {
+            const PageSummary& there = holder.tiff->pages()[page];
+            if (there.width != reference->sizeX || there.height != reference->sizeY)
+                throw FormatError("its metadata claim " + std::to_string(reference->sizeX) + " x " +
+                                  std::to_string(reference->sizeY) + " pixels but page " +
+                                  std::to_string(page + 1) + " has " + std::to_string(there.width) + " x " +
+                                  std::to_string(there.height));
+        }
+}
+
+// The first plane that TiffData mean; nothing when it is outside the image.
+static std::optional<PlaneIndex> firstPlane(const Dataset& dataset, const OmeTiffData& data, int p)
 {
     // Some writers count samples in FirstC.
-    const std::int64_t channels = dataset.channels();
-    const std::int64_t c = data.firstC >= channels ? data.firstC / dataset.samplesPerPlane : data.firstC;
-    std::int64_t raster = 0, stride = 1;
-    for (const char dimension : image.dimensionOrder.substr(2)) {
-        const std::int64_t size = dimension == 'Z'   ? dataset.info.sizeZ
-                                  : dimension == 'C' ? channels
-                                                     : dataset.info.sizeT;
-        const std::int64_t at = dimension == 'Z' ? data.firstZ : dimension == 'C' ? c : data.firstT;
-        if (at < 0 || at >= size)
-            return std::nullopt;
-        raster += at * stride;
-        stride *= size;
-    }
-    return raster;
+    const int channels = dataset.channels();
+    const int c = data.firstC >= channels ? data.firstC / dataset.samplesPerPlane : data.firstC;
+    const bool inside = data.firstZ >= 0 && data.firstZ < dataset.info.sizeZ && c >= 0 && c < channels &&
+                        data.firstT >= 0 && data.firstT < dataset.info.sizeT;
+    return inside ? std::optional(PlaneIndex{data.firstZ, c, data.firstT, p}) : std::nullopt;
 }
 
-void OmeReader::placeData(const OmeTiffData& data, const OmeImage& image, int p)
+void OmeReader::placeData(const OmeTiffData& data, int p)
 {
-    constexpr std::int64_t maxSteps = 1 << 25;
-    const auto file = siblings->find(data.fileName, data.uuid);
-    const std::optional<std::int64_t> raster = rasterOf(image, dataset, data);
-    const std::int64_t page = data.page.value_or(0);
-    if (!file || !raster || page < 0)
+    constexpr std::int64_t maxPage = 1 << 20;
+    const auto file = found[data.file];
+    const std::optional<PlaneIndex> first = firstPlane(dataset, data, p);
+    const std::int64_t page = data.page.value_or(0), planes = dataset.planesPerPosition();
+    if (!file || !first || page < 0)
         return;
-    const std::int64_t planes = std::int64_t{dataset.info.sizeZ} * dataset.channels() * dataset.info.sizeT;
-    std::int64_t count = data.planeCount.value_or(data.page ? 1 : planes);
-    // A file of the set that is not open yet need not be opened for a single plane.
-    const bool known = holder.tiff && siblings->paths()[*file] == holder.path;
-    if (known || count != 1)
-        count = std::min<std::int64_t>(count, std::int64_t{pageCount(*file)} - page);
-    count = std::min(count, planes - *raster);
-    steps += std::max<std::int64_t>(count, 1);
-    if (steps > maxSteps || page > (1 << 20))
+    if (page > maxPage)
         throw FormatError("its metadata name more planes than any image has");
-    for (std::int64_t i = 0; i < count; ++i)
-        place(image, *raster + i, p, {*file, static_cast<std::uint32_t>(page + i)});
+    std::int64_t count = data.planeCount.value_or(static_cast<std::int32_t>(data.page ? 1 : planes));
+    // A file of the set that is not open yet need not be opened for a single plane.
+    if (isOpen(*file) || count != 1)
+        count = std::min<std::int64_t>(count, std::int64_t{pageCount(*file)} - page);
+    const std::uint32_t key = dataset.key(*first);
+    count = std::min(count, planes * (p + 1) - key);
+    if (count > 0)
+        runs.push_back(
+            {key, static_cast<std::uint32_t>(count), {*file, static_cast<std::uint32_t>(page), 0}});
 }
 
 void OmeReader::placeImage(int p)
 {
     const OmeImage& image = *positions[static_cast<std::size_t>(p)];
     for (const OmeTiffData& data : image.tiffData)
-        placeData(data, image, p);
+        placeData(data, p);
     if (!image.tiffData.empty())
         return;
     const auto file = siblings->find("", "");
-    const std::int64_t planes = std::int64_t{dataset.info.sizeZ} * dataset.channels() * dataset.info.sizeT;
-    for (std::int64_t i = 0; file && i < planes && nextUntagged < pageCount(*file); ++i)
-        place(image, i, p, {*file, nextUntagged++});
+    if (!file || nextUntagged >= pageCount(*file))
+        return;
+    const std::uint32_t count = std::min(dataset.planesPerPosition(), pageCount(*file) - nextUntagged);
+    runs.push_back({dataset.key({0, 0, 0, p}), count, {*file, nextUntagged, 0}});
+    nextUntagged += count;
 }
 
 void OmeReader::setValues(int p)
 {
     for (const OmePlane& plane : positions[static_cast<std::size_t>(p)]->planes) {
-        const std::int64_t c = plane.c >= dataset.channels() ? plane.c / dataset.samplesPerPlane : plane.c;
+        const int c = plane.c >= dataset.channels() ? plane.c / dataset.samplesPerPlane : plane.c;
         const bool inside = plane.z >= 0 && plane.z < dataset.info.sizeZ && c >= 0 &&
                             c < dataset.channels() && plane.t >= 0 && plane.t < dataset.info.sizeT;
-        const bool any = plane.deltaT || plane.position[0] || plane.position[1] || plane.position[2];
-        if (inside && any)
-            dataset.values[dataset.key({static_cast<int>(plane.z), static_cast<int>(c),
-                                        static_cast<int>(plane.t), p})] = {plane.deltaT, plane.position};
+        if (inside)
+            dataset.values.push_back({dataset.key({plane.z, c, plane.t, p}), plane.deltaT, plane.position});
     }
 }
 
@@ -263,14 +241,9 @@ void OmeReader::setChannels(const Plane& plane)
     if (count == 1 && !hints[0].color)
         hints[0].color = paletteColor(plane.directory);
     setWavelengths(dataset, plane, hints, names);
-    for (std::size_t w = 0; w < count; ++w)
-        dataset.info.wavelengths[w].nanometres =
-            static_cast<float>(hints[w].emission.value_or(hints[w].excitation.value_or(0)));
-    for (const OmeImage* image : positions)
-        for (int w = 0; w < dataset.info.sizeW; ++w) {
-            const OmeChannel* channel = channelOf(*image, w);
-            dataset.bias.push_back(channel ? channel->detectorOffset : std::nullopt);
-        }
+    for (std::size_t p = 0; p < positions.size(); ++p)
+        for (const OmeChannel& channel : positions[p]->channels)
+            dataset.positions[p].bias.push_back(channel.detectorOffset);
 }
 
 std::string OmeReader::format() const
@@ -296,10 +269,18 @@ Dataset OmeReader::read()
         throw FormatError("its metadata claim " + std::to_string(reference->sizeX) + " x " +
                           std::to_string(reference->sizeY) + " pixels but its pages have " +
                           std::to_string(plane->width()) + " x " + std::to_string(plane->height()));
+    std::size_t values = 0;
+    for (const OmeImage* image : positions)
+        values += image->planes.size();
+    dataset.values.reserve(values);
     for (int p = 0; p < dataset.info.sizeP; ++p) {
         placeImage(p);
         setValues(p);
     }
+    dataset.places = PlaneMap(runs);
+    runs = {};
+    std::ranges::stable_sort(dataset.values, {}, &PlaneValues::key);
+    checkPages();
     if (dataset.places.empty())
         throw FormatError("it holds none of the planes that its metadata name");
     setSpacing(dataset.info, reference->spacing);

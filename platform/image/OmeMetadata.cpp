@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <map>
 #include <pugixml.hpp>
 
@@ -53,13 +54,13 @@ static std::optional<double> number(xml_node node, const char* attribute)
 }
 
 // Whole numbers beyond any image become a value that every check refuses.
-static std::optional<std::int64_t> integer(xml_node node, const char* attribute)
+template<class Int = std::int64_t> static std::optional<Int> integer(xml_node node, const char* attribute)
 {
-    constexpr double limit = 1e15;
+    constexpr double limit = std::min<double>(std::numeric_limits<Int>::max(), 1e15);
     const std::optional<double> value = number(node, attribute);
     if (!value)
         return std::nullopt;
-    return static_cast<std::int64_t>(std::clamp(*value, -limit, limit));
+    return static_cast<Int>(std::clamp(*value, -limit, limit));
 }
 
 using UnitScale = std::optional<double> (*)(std::string_view);
@@ -110,6 +111,29 @@ static std::optional<SampleType> sampleType(std::string_view name)
 
 using Detectors = std::map<std::string, double>; // Offset by ID
 
+// Limits far beyond any real set of images.
+constexpr std::size_t maxImages = 65536, maxChannels = 4 * maxImages, maxFiles = 65536;
+
+// What the elements of a document refer to, and how much was made of them.
+struct Context {
+    Detectors detectors;
+    std::map<OmeFile, std::uint32_t> files;
+    std::size_t channels = 0;
+};
+
+static void refuseMoreThan(std::size_t limit, std::size_t count, const char* things)
+{
+    if (count > limit)
+        throw FormatError("its OME metadata describes more than " + std::to_string(limit) + " " + things);
+}
+
+static std::size_t countOf(xml_node parent, std::string_view name)
+{
+    std::size_t count = 0;
+    forEachChild(parent, name, [&](xml_node) { ++count; });
+    return count;
+}
+
 static Detectors detectors(xml_node root)
 {
     Detectors result;
@@ -148,26 +172,29 @@ static OmeChannel channel(xml_node node, const Detectors& known)
     return result;
 }
 
-static OmeTiffData tiffData(xml_node node)
+static OmeTiffData tiffData(xml_node node, Context& context)
 {
+    using Int = std::int32_t;
     OmeTiffData result;
-    result.page = integer(node, "IFD");
-    result.planeCount = integer(node, node.attribute("PlaneCount") ? "PlaneCount" : "NumPlanes");
-    result.firstZ = integer(node, "FirstZ").value_or(0);
-    result.firstC = integer(node, "FirstC").value_or(0);
-    result.firstT = integer(node, "FirstT").value_or(0);
+    result.page = integer<Int>(node, "IFD");
+    result.planeCount = integer<Int>(node, node.attribute("PlaneCount") ? "PlaneCount" : "NumPlanes");
+    result.firstZ = integer<Int>(node, "FirstZ").value_or(0);
+    result.firstC = integer<Int>(node, "FirstC").value_or(0);
+    result.firstT = integer<Int>(node, "FirstT").value_or(0);
     const xml_node uuid = child(node, "UUID");
-    result.fileName = plausibleText(uuid.attribute("FileName").value());
-    result.uuid = plausibleText(uuid.text().get());
+    OmeFile file{plausibleText(uuid.attribute("FileName").value()), plausibleText(uuid.text().get())};
+    const auto number = static_cast<std::uint32_t>(context.files.size());
+    result.file = context.files.try_emplace(std::move(file), number).first->second;
+    refuseMoreThan(maxFiles, context.files.size(), "files");
     return result;
 }
 
 static OmePlane plane(xml_node node)
 {
     OmePlane result;
-    result.z = integer(node, "TheZ").value_or(0);
-    result.c = integer(node, "TheC").value_or(0);
-    result.t = integer(node, "TheT").value_or(0);
+    result.z = integer<std::int32_t>(node, "TheZ").value_or(0);
+    result.c = integer<std::int32_t>(node, "TheC").value_or(0);
+    result.t = integer<std::int32_t>(node, "TheT").value_or(0);
     result.deltaT = plausible(quantity(node, "DeltaT", secondsPer));
     // Before 2010 these stood in elements of their own.
     if (const xml_node timing = child(node, "PlaneTiming"); timing && !result.deltaT)
@@ -190,7 +217,7 @@ static std::string dimensionOrder(std::string_view text)
     return valid ? std::string(text) : "XYCZT";
 }
 
-static OmeImage readImage(xml_node imageNode, xml_node pixels, const Detectors& known)
+static OmeImage readImage(xml_node imageNode, xml_node pixels, Context& context)
 {
     OmeImage result;
     result.sizeX = integer(pixels, "SizeX").value_or(0);
@@ -206,12 +233,25 @@ static OmeImage readImage(xml_node imageNode, xml_node pixels, const Detectors& 
         if (result.spacing[axis] && !(*result.spacing[axis] > 0))
             result.spacing[axis].reset();
     }
-    forEachChild(pixels, "Channel", [&](xml_node node) { result.channels.push_back(channel(node, known)); });
+    const std::optional<double> increment = plausible(quantity(pixels, "TimeIncrement", secondsPer));
+    if (increment && *increment > 0)
+        result.timeIncrement = increment;
+    const auto addChannel = [&](xml_node node) {
+        refuseMoreThan(maxChannels, ++context.channels, "channels");
+        result.channels.push_back(channel(node, context.detectors));
+    };
+    forEachChild(pixels, "Channel", addChannel);
     if (result.channels.empty())
-        forEachChild(imageNode, "LogicalChannel",
-                     [&](xml_node node) { result.channels.push_back(channel(node, known)); });
-    forEachChild(pixels, "TiffData", [&](xml_node node) { result.tiffData.push_back(tiffData(node)); });
-    forEachChild(pixels, "Plane", [&](xml_node node) { result.planes.push_back(plane(node)); });
+        forEachChild(imageNode, "LogicalChannel", addChannel);
+    result.tiffData.reserve(countOf(pixels, "TiffData"));
+    forEachChild(pixels, "TiffData",
+                 [&](xml_node node) { result.tiffData.push_back(tiffData(node, context)); });
+    result.planes.reserve(countOf(pixels, "Plane"));
+    forEachChild(pixels, "Plane", [&](xml_node node) {
+        const OmePlane known = plane(node);
+        if (known.deltaT || known.position[0] || known.position[1] || known.position[2])
+            result.planes.push_back(known);
+    });
     return result;
 }
 
@@ -225,8 +265,26 @@ bool isOmeXml(std::string_view text)
     return head.find("<OME") != std::string_view::npos || head.find(":OME") != std::string_view::npos;
 }
 
+// The parser keeps a node of 64 bytes for each element and each text between elements, and 40 bytes for each
+// attribute. Real metadata take up to 5 times their own size.
+static void refuseHugeTree(std::string_view text)
+{
+    constexpr std::size_t nodeBytes = 64, attributeBytes = 40, always = 16u << 20, timesText = 6;
+    std::size_t bytes = 0;
+    char before = 0; // the last character that is no white space
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const bool opens = c == '<' && i + 1 < text.size() && text[i + 1] != '/';
+        bytes += opens || (before == '>' && c != '<' && c > ' ') ? nodeBytes : c == '=' ? attributeBytes : 0;
+        before = c == ' ' || c == '\t' || c == '\r' || c == '\n' ? before : c;
+    }
+    if (bytes > std::max(always, timesText * text.size()))
+        throw FormatError("its OME metadata has more elements than its length has room for");
+}
+
 OmeDocument parseOme(std::string text)
 {
+    refuseHugeTree(text);
     pugi::xml_document xml;
     const pugi::xml_parse_result parsed = xml.load_buffer_inplace(text.data(), text.size());
     if (!parsed)
@@ -238,11 +296,15 @@ OmeDocument parseOme(std::string text)
         result.metadataFile = plausibleText(binaryOnly.attribute("MetadataFile").value());
         return result;
     }
-    const Detectors known = detectors(root);
+    Context context{detectors(root), {}, 0};
     forEachChild(root, "Image", [&](xml_node imageNode) {
+        refuseMoreThan(maxImages, result.images.size() + 1, "images");
         if (const xml_node pixels = child(imageNode, "Pixels"))
-            result.images.push_back(readImage(imageNode, pixels, known));
+            result.images.push_back(readImage(imageNode, pixels, context));
     });
+    result.files.resize(context.files.size());
+    for (const auto& [file, number] : context.files)
+        result.files[number] = file;
     if (result.images.empty())
         throw FormatError("its OME metadata describes no image");
     return result;

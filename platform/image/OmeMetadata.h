@@ -21,14 +21,21 @@ struct OmeChannel {
     std::optional<double> detectorOffset; // gray values
 };
 
+// A file as TiffData name it; both empty: the file itself.
+struct OmeFile {
+    std::string name, uuid;
+    friend auto operator<=>(const OmeFile&, const OmeFile&) = default;
+};
+
+// Numbers beyond any image are kept at the ends of their type, which every check refuses.
 struct OmeTiffData {
-    std::optional<std::int64_t> page, planeCount;
-    std::int64_t firstZ = 0, firstC = 0, firstT = 0;
-    std::string fileName, uuid; // empty: the file itself
+    std::optional<std::int32_t> page, planeCount;
+    std::int32_t firstZ = 0, firstC = 0, firstT = 0;
+    std::uint32_t file = 0; // of OmeDocument::files
 };
 
 struct OmePlane {
-    std::int64_t z = 0, c = 0, t = 0;
+    std::int32_t z = 0, c = 0, t = 0;
     std::optional<double> deltaT;                  // seconds
     std::array<std::optional<double>, 3> position; // stage x, y, z in microns
 };
@@ -40,13 +47,15 @@ struct OmeImage {
     std::array<std::optional<double>, 3> spacing; // microns
     std::vector<OmeChannel> channels;
     std::vector<OmeTiffData> tiffData;
-    std::vector<OmePlane> planes;
+    std::vector<OmePlane> planes;        // that have a value
+    std::optional<double> timeIncrement; // seconds
 };
 
 struct OmeDocument {
     std::string uuid;
     std::string metadataFile; // BinaryOnly: where the metadata is; nothing else is set then
     std::vector<OmeImage> images;
+    std::vector<OmeFile> files; // that TiffData name
 };
 
 // Whether the text looks like OME-XML.

@@ -10,6 +10,15 @@ static bool sameShape(const PageSummary& a, const PageSummary& b)
     return a.width == b.width && a.height == b.height && a.bits == b.bits && a.samples == b.samples;
 }
 
+// Section z is the page; pages that follow each other make one run.
+static void addPage(std::vector<PlaneRun>& runs, std::uint32_t z, std::uint32_t page)
+{
+    if (!runs.empty() && runs.back().place.page + runs.back().count == page)
+        ++runs.back().count;
+    else
+        runs.push_back({z, 1, {0, page, 0}});
+}
+
 Dataset readPlainDataset(const OpenedFile& opened)
 {
     if (!opened.tiff)
@@ -19,20 +28,24 @@ Dataset readPlainDataset(const OpenedFile& opened)
     Dataset dataset;
     dataset.files = std::make_shared<FileSet>(std::vector{opened.path});
     dataset.files->adopt(opened.path, opened.tiff);
-    std::vector<std::uint32_t> sections; // pages of the first one's size
+    std::vector<PlaneRun> sections; // pages of the first one's size
+    std::uint32_t count = 0, others = 0;
     for (std::uint32_t page = 0; page < pages.size(); ++page)
         if (page == 0 || (!pages[page].reduced && sameShape(pages[page], pages[0])))
-            sections.push_back(page);
+            addPage(sections, count++, page);
+        else if (!pages[page].reduced)
+            ++others;
+    dataset.places = PlaneMap(sections);
     dataset.samplesPerPlane = plane->sampleCount;
-    setSizes(dataset, static_cast<std::int64_t>(sections.size()), plane->sampleCount, 1, 1);
+    setSizes(dataset, count, plane->sampleCount, 1, 1);
     setGeometry(dataset, *plane);
-    for (std::size_t z = 0; z < sections.size(); ++z)
-        dataset.places[dataset.key({static_cast<int>(z), 0, 0, 0})] = {0, sections[z], 0};
+    if (others > 0)
+        dataset.info.remarks.push_back(counted(others, "page") + " of another size or kind " +
+                                       (others == 1 ? "is" : "are") + " not shown.");
     std::vector<ColorHint> hints(static_cast<std::size_t>(dataset.info.sizeW));
     hints[0].color = paletteColor(plane->directory);
     setWavelengths(dataset, *plane, hints);
-    dataset.info.format =
-        sections.size() == 1 ? "TIFF" : "TIFF, " + std::to_string(sections.size()) + " pages";
+    dataset.info.format = count == 1 ? "TIFF" : "TIFF, " + std::to_string(count) + " pages";
     return dataset;
 }
 

@@ -4,6 +4,7 @@
 #include "platform/image/TiffDecoder.h"
 
 #include <algorithm>
+#include <string>
 
 namespace image {
 
@@ -18,10 +19,13 @@ enum Photometric {
 };
 enum Compression { Uncompressed = 1, OldJpeg = 6, Jpeg = 7 };
 
-constexpr std::size_t rawRunBytes = 512u << 10;    // read together: few system calls, little read in vain
-constexpr std::size_t decodedRunBytes = 64u << 10; // short strips are decoded together up to this
-constexpr std::size_t maxDecodedBytes = 512u << 20;
-constexpr std::int64_t maxBlocks = 1 << 26; // of a plane
+constexpr std::size_t rawRunBytes = 512u << 10;      // read together: few system calls, little read in vain
+constexpr std::size_t decodedRunBytes = 64u << 10;   // short strips are decoded together up to this
+constexpr std::size_t longStripBytes = 32u << 20;    // from here on strips are decoded in parts
+constexpr std::size_t longStripRunBytes = 4u << 20;  // such a part
+constexpr std::size_t maxWholeBytes = 64u << 20;     // of a strip or tile that is decoded as one
+constexpr std::size_t maxConvertedBytes = 32u << 20; // the conversion takes four times as much besides
+constexpr std::int64_t maxBlocks = 1 << 26;          // of a plane
 
 static int photometricYcbcr()
 {
@@ -56,13 +60,30 @@ std::size_t Plane::blockBytes(int block) const
     return rowBytes * static_cast<std::size_t>(isTiles() ? blockHeight : rowsIn(blockRow));
 }
 
+// Whether libtiff decodes the rows of a strip one after the other, without room for all of them.
+static bool decodesRowByRow(int compression)
+{
+    static constexpr int schemes[] = {2, 3,     4,     5,     7,
+                                      8, 32773, 32946, 34925, 50000};    // CCITT, LZW, JPEG, Deflate,
+    return std::ranges::find(schemes, compression) != std::end(schemes); // PackBits, LZMA, Zstandard
+}
+
+static std::size_t bytesOfStrip(const Directory& d)
+{
+    const auto samples = static_cast<std::size_t>(d.planar ? 1 : d.samples);
+    return (static_cast<std::size_t>(d.width) * samples * d.bits + 7) / 8 * d.blockHeight;
+}
+
 static Plane::Access accessOf(const Directory& d)
 {
     if (needsColorConversion(d))
         return d.tiled ? Plane::Access::RgbTiles : Plane::Access::RgbStrips;
     if (d.compression == Uncompressed && d.fillOrder == 1)
         return d.tiled ? Plane::Access::RawTiles : Plane::Access::RawRows;
-    return d.tiled ? Plane::Access::DecodedTiles : Plane::Access::DecodedStrips;
+    if (d.tiled)
+        return Plane::Access::DecodedTiles;
+    const bool inParts = bytesOfStrip(d) > longStripBytes && decodesRowByRow(d.compression);
+    return inParts ? Plane::Access::DecodedRows : Plane::Access::DecodedStrips;
 }
 
 static int runOfRows(const Plane& plane)
@@ -73,6 +94,8 @@ static int runOfRows(const Plane& plane)
     };
     if (plane.access == Plane::Access::RawRows)
         return rows(rawRunBytes);
+    if (plane.access == Plane::Access::DecodedRows)
+        return rows(longStripRunBytes);
     const int strips = std::max(1, rows(decodedRunBytes) / d.blockHeight);
     return std::min(d.height, strips * d.blockHeight);
 }
@@ -83,8 +106,12 @@ static void divideIntoBlocks(Plane& plane)
     plane.blockWidth = d.tiled ? d.blockWidth : d.width;
     plane.rowBytes = (static_cast<std::size_t>(plane.blockWidth) * plane.samples * plane.bits + 7) / 8;
     plane.blockHeight = d.tiled ? d.blockHeight : runOfRows(plane);
-    if (plane.rowBytes * static_cast<std::size_t>(plane.blockHeight) > maxDecodedBytes)
-        throw FormatError("one of its strips or tiles would take more than 512 MiB");
+    const bool converted =
+        plane.access == Plane::Access::RgbStrips || plane.access == Plane::Access::RgbTiles;
+    const std::size_t limit = converted ? maxConvertedBytes : maxWholeBytes;
+    if (plane.rowBytes * static_cast<std::size_t>(plane.blockHeight) > limit)
+        throw FormatError("one of its strips or tiles would take more than " + std::to_string(limit >> 20) +
+                          " MiB");
     plane.across = (d.width + plane.blockWidth - 1) / plane.blockWidth;
     plane.down = (d.height + plane.blockHeight - 1) / plane.blockHeight;
     if (std::int64_t{plane.across} * plane.down * (d.planar ? d.samples : 1) > maxBlocks)

@@ -2,7 +2,7 @@
 // one.
 //
 // Blocks are what the cache holds: a tile; or a run of whole rows, several short strips together or a part of
-// a long uncompressed one. A block's rows are rowBytes apart; the last run of rows may be shorter, tiles are
+// a long one. A block's rows are rowBytes apart; the last run of rows may be shorter, tiles are
 // always full.
 #pragma once
 
@@ -14,7 +14,7 @@
 namespace image {
 
 struct Plane {
-    enum class Access { RawRows, RawTiles, DecodedStrips, DecodedTiles, RgbStrips, RgbTiles };
+    enum class Access { RawRows, RawTiles, DecodedStrips, DecodedRows, DecodedTiles, RgbStrips, RgbTiles };
 
     std::uint64_t file = 0;           // the TiffFile's id when the directory was read
     std::uint64_t firstByteShift = 0; // of this plane behind the page's own data

@@ -112,7 +112,7 @@ BlockPtr SectionReader::cached(int number, bool keep) const
                        static_cast<std::uint64_t>(number)};
     const auto load = [&] { return file->load(*plane, number); };
     if (keep)
-        return BlockCache::instance().get(key, load);
+        return BlockCache::instance().get(key, plane->blockBytes(number), load);
     const BlockPtr found = BlockCache::instance().find(key);
     return found ? found : load();
 }
@@ -174,24 +174,34 @@ std::vector<BlockPtr> SectionReader::fetch(const BlockRange& range)
     return blocks;
 }
 
-// In groups of block rows, so that the blocks of a huge rectangle are not all held at once.
+// In groups of blocks, so that those of a huge rectangle are not all held at once.
 void SectionReader::readLarge(const PixelRect& rect, float* out)
 {
-    BlockRange range = blocksOf(*plane, rect);
-    const int rowLast = range.rowLast, bandRows = rowsPerItem(rect);
-    const std::size_t rowBytes =
-        plane->rowBytes * static_cast<std::size_t>(plane->blockHeight) * range.columns();
-    const int groupRows = static_cast<int>(std::clamp<std::size_t>(groupBytes / rowBytes, 1, 1 << 20));
-    for (; range.rowFirst <= rowLast; range.rowFirst += groupRows) {
-        range.rowLast = std::min(rowLast, range.rowFirst + groupRows - 1);
-        const std::vector<BlockPtr> blocks = fetch(range);
-        const int top = std::max(rect.yFirst, range.rowFirst * plane->blockHeight);
-        const int bottom = std::min(rect.yLast, (range.rowLast + 1) * plane->blockHeight - 1);
-        parallelFor((bottom - top) / bandRows + 1, [&](int band) {
-            const int y0 = top + band * bandRows, y1 = std::min(bottom, y0 + bandRows - 1);
-            convertBand(*plane, sample, range, blocks, rect, y0, y1, out);
-        });
-    }
+    const BlockRange all = blocksOf(*plane, rect);
+    const std::size_t blockBytes = plane->rowBytes * static_cast<std::size_t>(plane->blockHeight);
+    const auto groupOf = [](std::size_t bytes) {
+        return static_cast<int>(std::clamp<std::size_t>(groupBytes / bytes, 1, 1 << 20));
+    };
+    const int columns = std::min(all.columns(), groupOf(blockBytes));
+    const int rows = groupOf(blockBytes * static_cast<std::size_t>(columns));
+    for (int row = all.rowFirst; row <= all.rowLast; row += rows)
+        for (int column = all.columnFirst; column <= all.columnLast; column += columns)
+            readGroup({column, std::min(all.columnLast, column + columns - 1), row,
+                       std::min(all.rowLast, row + rows - 1)},
+                      rect, out);
+}
+
+// The part of the rectangle that these blocks cover.
+void SectionReader::readGroup(const BlockRange& range, const PixelRect& rect, float* out)
+{
+    const std::vector<BlockPtr> blocks = fetch(range);
+    const int top = std::max(rect.yFirst, range.rowFirst * plane->blockHeight);
+    const int bottom = std::min(rect.yLast, (range.rowLast + 1) * plane->blockHeight - 1);
+    const int bandRows = rowsPerItem(rect);
+    parallelFor((bottom - top) / bandRows + 1, [&](int band) {
+        const int y0 = top + band * bandRows, y1 = std::min(bottom, y0 + bandRows - 1);
+        convertBand(*plane, sample, range, blocks, rect, y0, y1, out);
+    });
 }
 
 void SectionReader::finish(std::span<float> values) const

@@ -45,6 +45,7 @@ private:
     std::vector<BlockPtr> fetch(const BlockRange& range);
     void readSmall(const PixelRect& rect, float* out);
     void readLarge(const PixelRect& rect, float* out);
+    void readGroup(const BlockRange& range, const PixelRect& rect, float* out);
     void finish(std::span<float> values) const;
 
     std::shared_ptr<TiffFile> file;

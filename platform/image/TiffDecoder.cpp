@@ -121,7 +121,7 @@ bool hasCodec(int compression)
 }
 
 TiffDecoder::TiffDecoder(const InputFile& file, bool bigTiff, bool bigEndian, const Directory& directory)
-    : handle(std::make_unique<Handle>(file)), offset(directory.offset)
+    : handle(std::make_unique<Handle>(file)), offset(directory.offset), stripHeight(directory.blockHeight)
 {
     if (!hasCodec(directory.compression))
         throw FormatError("compression scheme " + std::to_string(directory.compression) +
@@ -160,6 +160,36 @@ void TiffDecoder::strip(std::uint32_t index, std::span<std::byte> out)
     handle->error.clear();
 }
 
+int TiffDecoder::rowsBefore(int sample, int first) const
+{
+    const int inStrip = first % stripHeight;
+    const bool goesOn = sample == nextSample && nextRow <= first && nextRow >= first - inStrip;
+    return goesOn ? first - nextRow : inStrip;
+}
+
+void TiffDecoder::rows(int sample, int first, std::size_t rowBytes, std::span<std::byte> out)
+{
+    std::uint32_t rowsPerStrip = 0;
+    TIFFGetFieldDefaulted(handle->tiff, TIFFTAG_ROWSPERSTRIP, &rowsPerStrip);
+    if (TIFFIsTiled(handle->tiff) || TIFFScanlineSize(handle->tiff) != static_cast<tmsize_t>(rowBytes) ||
+        rowsPerStrip < static_cast<std::uint32_t>(stripHeight))
+        throw FormatError("the size of its strips is damaged");
+    std::vector<std::byte> skipped(rowBytes);
+    const int end = first + static_cast<int>(out.size() / rowBytes);
+    int row = first - rowsBefore(sample, first);
+    nextRow = -1; // in case of an exception
+    for (std::size_t done = 0; row < end; ++row) {
+        std::byte* const to = row < first ? skipped.data() : out.data() + done;
+        if (TIFFReadScanline(handle->tiff, to, static_cast<std::uint32_t>(row),
+                             static_cast<std::uint16_t>(sample)) != 1)
+            handle->fail("its pixel data cannot be decoded");
+        done += row < first ? 0 : rowBytes;
+    }
+    nextSample = sample;
+    nextRow = end;
+    handle->error.clear();
+}
+
 void TiffDecoder::tile(std::uint32_t index, std::span<std::byte> out)
 {
     const auto size = static_cast<tmsize_t>(out.size());
@@ -183,8 +213,24 @@ static void copyRaster(std::span<const std::uint32_t> raster, int width, int hei
         }
 }
 
+// libtiff fills the raster by what the page's directory said when the decoder was made: that may be another
+// one than the caller's, since another program may have written the page anew in between.
+void TiffDecoder::requireSize(bool tiled, int width, int height)
+{
+    std::uint32_t nowWidth = 0, nowHeight = 0;
+    TIFFGetField(handle->tiff, tiled ? TIFFTAG_TILEWIDTH : TIFFTAG_IMAGEWIDTH, &nowWidth);
+    TIFFGetFieldDefaulted(handle->tiff, tiled ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP, &nowHeight);
+    std::uint32_t pageHeight = nowHeight;
+    if (!tiled)
+        TIFFGetField(handle->tiff, TIFFTAG_IMAGELENGTH, &pageHeight);
+    if ((TIFFIsTiled(handle->tiff) != 0) != tiled || nowWidth != static_cast<std::uint32_t>(width) ||
+        std::min(nowHeight, pageHeight) != static_cast<std::uint32_t>(height))
+        throw FormatError("the size of its strips or tiles is damaged");
+}
+
 void TiffDecoder::rgbStrip(int y, int width, int height, std::span<std::byte> out)
 {
+    requireSize(false, width, height);
     std::vector<std::uint32_t> raster(static_cast<std::size_t>(width) * height);
     if (!TIFFReadRGBAStripExt(handle->tiff, static_cast<std::uint32_t>(y), raster.data(), 1))
         handle->fail("its pixel data cannot be decoded");
@@ -193,6 +239,7 @@ void TiffDecoder::rgbStrip(int y, int width, int height, std::span<std::byte> ou
 
 void TiffDecoder::rgbTile(int x, int y, int width, int height, std::span<std::byte> out)
 {
+    requireSize(true, width, height);
     std::vector<std::uint32_t> raster(static_cast<std::size_t>(width) * height);
     if (!TIFFReadRGBATileExt(handle->tiff, static_cast<std::uint32_t>(x), static_cast<std::uint32_t>(y),
                              raster.data(), 1))

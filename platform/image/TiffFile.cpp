@@ -3,6 +3,7 @@
 #include "platform/image/Error.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace image {
 
@@ -17,7 +18,7 @@ static std::uint64_t nextFileId()
 }
 
 TiffFile::TiffFile(const std::filesystem::path& path)
-    : file(path), opened(file.stamp()), id(nextFileId()), structure(file), pageList(structure.pages()),
+    : file(path), opened(file.stamp()), id(nextFileId()), structure(file), chain(structure.pages()),
       current(opened)
 {
 }
@@ -157,13 +158,28 @@ void TiffFile::decodeStrips(TiffDecoder& decoder, const Plane& plane, int block,
     }
 }
 
+// A part of a long strip, or of two of them.
+void TiffFile::decodeRows(TiffDecoder& decoder, const Plane& plane, int block, std::span<std::byte> out)
+{
+    const Directory& d = plane.directory;
+    const int sample = block / plane.down, first = block % plane.down * plane.blockHeight;
+    const int last = first + static_cast<int>(out.size() / plane.rowBytes) - 1;
+    const std::uint64_t fileSize = file.size();
+    for (int strip = first / d.blockHeight; strip <= last / d.blockHeight; ++strip)
+        requireInFile(d, static_cast<std::size_t>(sample) * d.blocksDown() + strip, fileSize);
+    decoder.rows(sample, first, plane.rowBytes, out);
+}
+
 void TiffFile::decode(const Plane& plane, int block, std::span<std::byte> out)
 {
-    Lease lease = takeDecoder(plane);
+    Lease lease = takeDecoder(plane, block);
     TiffDecoder& decoder = *lease.decoder;
     const int inSample = block % (plane.across * plane.down);
     const int x = inSample % plane.across * plane.blockWidth, y = inSample / plane.across * plane.blockHeight;
     switch (plane.access) {
+    case Plane::Access::DecodedRows:
+        decodeRows(decoder, plane, block, out);
+        break;
     case Plane::Access::DecodedTiles:
         requireInFile(plane.directory, static_cast<std::size_t>(block), file.size());
         decoder.tile(static_cast<std::uint32_t>(block), out);
@@ -179,13 +195,17 @@ void TiffFile::decode(const Plane& plane, int block, std::span<std::byte> out)
     giveDecoder(std::move(lease));
 }
 
-TiffFile::Lease TiffFile::takeDecoder(const Plane& plane)
+// Of several decoders of the page, the one that has the least to decode before it comes to the block.
+TiffFile::Lease TiffFile::takeDecoder(const Plane& plane, int block)
 {
+    const int sample = block / plane.down, row = block % plane.down * plane.blockHeight;
+    const auto costOf = [&](const std::unique_ptr<TiffDecoder>& decoder) {
+        const bool same = decoder->directoryOffset() == plane.directory.offset;
+        return same ? decoder->rowsBefore(sample, row) : std::numeric_limits<int>::max();
+    };
     const std::lock_guard lock(mutex);
-    const auto found = std::find_if(idleDecoders.begin(), idleDecoders.end(), [&](const auto& decoder) {
-        return decoder->directoryOffset() == plane.directory.offset;
-    });
-    if (found == idleDecoders.end())
+    const auto found = std::ranges::min_element(idleDecoders, {}, costOf);
+    if (found == idleDecoders.end() || costOf(*found) == std::numeric_limits<int>::max())
         return {
             std::make_unique<TiffDecoder>(file, structure.bigTiff(), structure.bigEndian(), plane.directory),
             generation};

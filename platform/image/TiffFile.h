@@ -27,7 +27,8 @@ public:
     // Reads the chain of pages. Throws FormatError.
     explicit TiffFile(const std::filesystem::path& path);
 
-    const std::vector<PageSummary>& pages() const { return pageList; }
+    const std::vector<PageSummary>& pages() const { return chain.pages; }
+    const std::string& damage() const { return chain.damage; } // why there are no more pages, or empty
     const TiffStructure& tags() const { return structure; }
     std::uint64_t size() const { return opened.size; } // bytes
     FileStamp stamp() const { return opened; }         // at the time of opening
@@ -66,14 +67,15 @@ private:
     void loadRawTile(const Plane& plane, int block, std::span<std::byte> out);
     void decode(const Plane& plane, int block, std::span<std::byte> out);
     void decodeStrips(TiffDecoder& decoder, const Plane& plane, int block, std::span<std::byte> out);
-    Lease takeDecoder(const Plane& plane);
+    void decodeRows(TiffDecoder& decoder, const Plane& plane, int block, std::span<std::byte> out);
+    Lease takeDecoder(const Plane& plane, int block = 0);
     void giveDecoder(Lease lease);
 
     InputFile file;
     FileStamp opened;
     std::atomic<std::uint64_t> id; // unique in the process; a new one when the file has changed
     TiffStructure structure;
-    std::vector<PageSummary> pageList;
+    PageChain chain;
 
     std::mutex mutex; // guards what follows
     FileStamp current;

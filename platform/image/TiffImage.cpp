@@ -35,7 +35,7 @@ public:
     ~TiffImage() override;
 
     const ImageInfo& info() const override { return dataset.info; }
-    bool hasSection(const SectionIndex& section) const override { return place(section) != nullptr; }
+    bool hasSection(const SectionIndex& section) const override { return place(section).has_value(); }
     bool isComplete(const SectionIndex& section) override;
     bool read(const SectionIndex& section, const PixelRect& rect, std::span<float> out) override;
     int levelCount() const override { return static_cast<int>(levels.size()); }
@@ -52,7 +52,7 @@ public:
 
 private:
     bool validLevel(int level) const { return level >= 0 && level < levelCount(); }
-    const PlanePlace* place(const SectionIndex& section) const;
+    std::optional<PlanePlace> place(const SectionIndex& section) const;
     void checkFirstSection();
     void findLevels(TiffFile& file, const PlanePlace& where, const Plane& plane);
     template<class Action> bool attempt(const SectionIndex& section, Action action);
@@ -85,22 +85,19 @@ TiffImage::~TiffImage()
         recentSection = {};
 }
 
-const PlanePlace* TiffImage::place(const SectionIndex& s) const
+std::optional<PlanePlace> TiffImage::place(const SectionIndex& s) const
 {
     const ImageInfo& i = dataset.info;
     if (s.z < 0 || s.w < 0 || s.t < 0 || s.p < 0 || s.z >= i.sizeZ || s.w >= i.sizeW || s.t >= i.sizeT ||
         s.p >= i.sizeP)
-        return nullptr;
-    const auto found = dataset.places.find(dataset.key(dataset.planeIndex(s)));
-    return found == dataset.places.end() ? nullptr : &found->second;
+        return std::nullopt;
+    return dataset.places.find(dataset.key(dataset.planeIndex(s)));
 }
 
 // Refuses at once an image whose first section cannot be read.
 void TiffImage::checkFirstSection()
 {
-    const auto first = std::min_element(dataset.places.begin(), dataset.places.end(),
-                                        [](const auto& a, const auto& b) { return a.first < b.first; });
-    const PlanePlace& where = first->second;
+    const PlanePlace where = dataset.places.runs().front().place;
     const std::shared_ptr<TiffFile> file = dataset.files->file(where.file);
     if (where.page >= file->pages().size())
         throw FormatError("it lacks the page of its first section");
@@ -161,7 +158,7 @@ PlanePtr TiffImage::levelPlane(TiffFile& file, const PlanePlace& where, int leve
 
 void TiffImage::lookUp(SectionReader& reader, const SectionIndex& section, int level)
 {
-    const PlanePlace* where = place(section);
+    const std::optional<PlanePlace> where = place(section);
     if (!where)
         throw FormatError("the image has no such section");
     std::shared_ptr<TiffFile> file = dataset.files->file(where->file);
@@ -197,7 +194,7 @@ static std::string nameOf(const SectionIndex& s)
 
 bool TiffImage::fail(const SectionIndex& section, std::string reason)
 {
-    const PlanePlace* where = place(section);
+    const std::optional<PlanePlace> where = place(section);
     try {
         if (where && dataset.files->file(where->file)->changed())
             reason = "the file has changed since it was opened (" + reason + ")";
@@ -268,25 +265,14 @@ std::optional<double> TiffImage::extendedHeader(const SectionIndex& section, int
 {
     if (!place(section))
         return std::nullopt;
-    if (field == KnownBias) {
-        const auto at = static_cast<std::size_t>(section.p) * info().sizeW + section.w;
-        return at < dataset.bias.size() ? dataset.bias[at] : std::nullopt;
-    }
-    const auto found = dataset.values.find(dataset.key(dataset.planeIndex(section)));
-    if (found == dataset.values.end())
+    if (field == TimeStampSeconds)
+        return dataset.time(section);
+    if (field == KnownBias)
+        return dataset.bias(section);
+    const PlaneValues* const known = dataset.valuesOf(section);
+    if (!known || field < StageXMicrons || field > StageZMicrons)
         return std::nullopt;
-    switch (field) {
-    case TimeStampSeconds:
-        return found->second.deltaT;
-    case StageXMicrons:
-        return found->second.position[0];
-    case StageYMicrons:
-        return found->second.position[1];
-    case StageZMicrons:
-        return found->second.position[2];
-    default:
-        return std::nullopt;
-    }
+    return known->position[static_cast<std::size_t>(field - StageXMicrons)];
 }
 
 std::vector<std::filesystem::path> TiffImage::files() const
@@ -314,6 +300,8 @@ std::unique_ptr<ImageFile> openTiffImage(const std::filesystem::path& path)
         if (format.matches(opened.description)) {
             Dataset dataset = format.read(opened);
             dataset.info.path = path;
+            dataset.info.remarks.insert(dataset.info.remarks.begin(), opened.remarks.begin(),
+                                        opened.remarks.end());
             return std::make_unique<TiffImage>(std::move(dataset));
         }
     throw FormatError("its format is not known");

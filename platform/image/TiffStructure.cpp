@@ -14,7 +14,7 @@ constexpr std::size_t maxPages = 1 << 20;
 constexpr std::uint64_t maxEntries = 4096;
 constexpr std::uint64_t maxSide = 1 << 20;
 constexpr std::uint64_t maxSamples = 4096;
-constexpr std::uint64_t maxBlocks = 1 << 22;
+constexpr std::uint64_t maxBlocks = 1 << 20;
 constexpr std::uint64_t maxBlockBytes = 512u << 20;
 constexpr std::uint64_t maxDescriptionBytes = 64u << 20;
 constexpr std::uint64_t maxSubDirectories = 32;
@@ -189,22 +189,47 @@ PageSummary TiffStructure::summary(std::uint64_t offset, const Entries& entries)
     return page;
 }
 
-std::vector<PageSummary> TiffStructure::pages() const
+std::uint64_t TiffStructure::bytesOf(const Entries& entries) const
 {
-    std::vector<PageSummary> result;
+    return (big ? 16 : 6) + entries.list.size() * (big ? 20 : 12);
+}
+
+static void refuseSize(std::uint64_t width, std::uint64_t height)
+{
+    if (width == 0 || height == 0 || width > maxSide || height > maxSide)
+        throw FormatError("a page claims " + std::to_string(width) + " x " + std::to_string(height) +
+                          " pixels");
+}
+
+// Directories that do not overlap have no more bytes than the file: that bounds the time of reading them.
+PageChain TiffStructure::pages() const
+{
+    PageChain chain;
     std::unordered_set<std::uint64_t> visited;
-    for (std::uint64_t offset = firstDirectory; offset != 0;) {
-        if (!visited.insert(offset).second)
-            throw FormatError("its chain of pages runs in a circle");
-        if (result.size() == maxPages)
-            throw FormatError("it has more than " + std::to_string(maxPages) + " pages");
-        const Entries page = entries(offset);
-        result.push_back(summary(offset, page));
-        offset = page.next;
+    std::uint64_t bytesLeft = fileSize;
+    try {
+        for (std::uint64_t offset = firstDirectory; offset != 0;) {
+            if (!visited.insert(offset).second)
+                throw FormatError("its chain of pages runs in a circle");
+            if (chain.pages.size() == maxPages)
+                throw FormatError("it has more than " + std::to_string(maxPages) + " pages");
+            const Entries page = entries(offset);
+            if (bytesOf(page) > bytesLeft)
+                throw FormatError("the directories of its pages overlap");
+            bytesLeft -= bytesOf(page);
+            const PageSummary next = summary(offset, page);
+            refuseSize(next.width, next.height);
+            chain.pages.push_back(next);
+            offset = page.next;
+        }
+    } catch (const FormatError& error) {
+        if (chain.pages.empty())
+            throw;
+        chain.damage = error.what();
     }
-    if (result.empty())
+    if (chain.pages.empty())
         throw FormatError("it has no pages");
-    return result;
+    return chain;
 }
 
 static std::optional<SampleType> sampleType(std::uint64_t format, std::uint64_t bits)
@@ -292,9 +317,7 @@ Directory TiffStructure::directory(std::uint64_t offset) const
     Directory result;
     result.offset = offset;
     const std::uint64_t width = integer(page, TagWidth, 0), height = integer(page, TagHeight, 0);
-    if (width == 0 || height == 0 || width > maxSide || height > maxSide)
-        throw FormatError("a page claims " + std::to_string(width) + " x " + std::to_string(height) +
-                          " pixels");
+    refuseSize(width, height);
     result.width = static_cast<int>(width);
     result.height = static_cast<int>(height);
     result.compression = static_cast<int>(integer(page, TagCompression, 1) & 0xffff);

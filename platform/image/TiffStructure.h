@@ -73,6 +73,12 @@ enum TiffTag : std::uint16_t {
     TagImageJData = 50839
 };
 
+// The pages from the first on, and why there are no more of them.
+struct PageChain {
+    std::vector<PageSummary> pages;
+    std::string damage; // a clause; empty when the chain ends as it should
+};
+
 class TiffStructure {
 public:
     // Reads the header; throws FormatError when the file is no TIFF. The file must outlive this.
@@ -83,8 +89,9 @@ public:
     bool needsSwap() const { return swapped; }
     std::uint64_t firstPage() const { return firstDirectory; } // offset of its directory
 
-    // Follows the chain of pages. Throws FormatError when the chain is cyclic, broken or too long.
-    std::vector<PageSummary> pages() const;
+    // Follows the chain of pages up to its end or to the first page that is damaged, was there before or
+    // overlaps others. Throws FormatError when that is the first one.
+    PageChain pages() const;
     Directory directory(std::uint64_t offset) const;
 
     // Values of one tag of the directory; empty when it is not there. At most maxCount values are read.
@@ -111,6 +118,7 @@ private:
     std::vector<std::uint64_t> integers(const Entries& entries, TiffTag tag, std::uint64_t maxCount) const;
     std::uint64_t integer(const Entries& entries, TiffTag tag, std::uint64_t fallback) const;
     std::uint64_t number(std::span<const std::byte> raw) const; // an integer of 1, 2, 4 or 8 bytes
+    std::uint64_t bytesOf(const Entries& entries) const;        // that they take in the file
     PageSummary summary(std::uint64_t offset, const Entries& entries) const;
     void readSamples(const Entries& entries, Directory& directory) const;
     void readBlocks(const Entries& entries, Directory& directory) const;

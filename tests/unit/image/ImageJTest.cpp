@@ -54,6 +54,13 @@ TEST(ImageJ, PlanesBehindASinglePage)
     EXPECT_FALSE(image->hasSection({2, 0, 1, 0}));
 }
 
+TEST(ImageJ, FrameIntervalGivesTheTimes)
+{
+    const TestImage image(
+        {.pages = 3, .description = start + "images=3\nframes=3\nfinterval=250\ntunit=ms\n"});
+    EXPECT_EQ(image->extendedHeader({0, 0, 2, 0}, TimeStampSeconds), 0.5);
+}
+
 TEST(ImageJ, DimensionsThatDoNotFitAreASimpleStack)
 {
     for (const char* const fields :

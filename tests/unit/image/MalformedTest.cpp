@@ -113,7 +113,6 @@ TEST(Malformed, ForeignFiles)
         writeBytes(folder / name, bytes);
         EXPECT_THAT(openFailure(folder / name), HasSubstr(name));
     }
-    EXPECT_THAT(openFailure(folder / "endless chain"), HasSubstr("in a circle"));
     EXPECT_THAT(openFailure(folder / "missing.tif"), HasSubstr("no such file"));
     EXPECT_THAT(openFailure(folder.path), HasSubstr("folder"));
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);

@@ -1,5 +1,6 @@
 // Units and colours.
 #include "platform/image/Colors.h"
+#include "platform/image/Dyes.h"
 #include "platform/image/Units.h"
 
 #include <gtest/gtest.h>
@@ -34,6 +35,42 @@ TEST(Units, TimesInSeconds)
     for (const UnitRow& row : rows)
         EXPECT_DOUBLE_EQ(secondsPer(row.unit).value_or(-1), row.value) << row.unit;
     EXPECT_FALSE(secondsPer("m"));
+}
+
+TEST(Dyes, EmissionByTheChannelsName)
+{
+    static constexpr UnitRow rows[] = {
+        {"DAPI", 461},
+        {"Hoechst 33342", 461},
+        {"AF647", 665},
+        {"AF-568", 603},
+        {"Alexa Fluor 488", 519},
+        {"ALEXA 405", 421},
+        {"A568", 603},
+        {"actin (A 594)", -1},
+        {"EGFP", 509},
+        {"mCherry", 610},
+        {"iRFP670", 713},
+        {"TagRFP-T", 584},
+        {"Cy3", 570},
+        {"Cy5.5", 694},
+        {"cy5", 670},
+        {"Texas Red", 615},
+        {"tdTomato", 581},
+        {"mKate2", 633},
+        {"SiR-DNA", 674},
+        {"SiR", 674},
+        {"desired", -1},
+        {"TRITC", 572},
+        {"FITC tubulin", 519},
+        {"ATTO 647N", 667},
+        {"Area 488", -1},
+        {"DIC", -1},
+        {"", -1},
+        {"Far red", -1},
+    };
+    for (const UnitRow& row : rows)
+        EXPECT_EQ(dyeEmission(row.unit).value_or(-1), row.value) << row.unit;
 }
 
 TEST(Colors, NearestByHue)

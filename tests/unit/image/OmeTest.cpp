@@ -67,6 +67,9 @@ TEST(Ome, PlanesFollowTiffDataAndDimensionOrder)
         // Counts and pages beyond the file or the image.
         {"XYZCT", "<TiffData IFD='10' PlaneCount='1000000000'/>", {1, 0, 0, 0}, 11},
         {"XYZCT", "<TiffData IFD='10' PlaneCount='1000000000'/>", {0, 1, 0, 0}, -1},
+        // Planes that are named twice.
+        {"XYZCT", "<TiffData IFD='5' FirstZ='1'/><TiffData/>", {1, 0, 0, 0}, 5},
+        {"XYZCT", "<TiffData IFD='5' FirstZ='1'/><TiffData/>", {0, 1, 0, 0}, 2},
         {"XYZCT", "<TiffData IFD='0'/><TiffData IFD='99' FirstZ='1'/>", {1, 0, 0, 0}, -1},
         {"XYZCT", "<TiffData IFD='0'/><TiffData IFD='1' FirstZ='5'/>", {1, 2, 0, 0}, -1},
         {"XYZCT", "<TiffData IFD='0'/><TiffData IFD='-1' FirstZ='1'/>", {1, 0, 0, 0}, -1},
@@ -87,6 +90,7 @@ TEST(Ome, ImagesOfEqualSizeArePositions)
                                omeImage(sizes(2, 1, 1), "<TiffData IFD='3' PlaneCount='2'/>");
     const TestImage image({.pages = 5, .description = omeRoot(images)});
     EXPECT_THAT(sizesOf(*image), ElementsAre(2, 1, 1, 2));
+    EXPECT_THAT(image->info().remarks, ElementsAre("1 image of another size or kind is not shown."));
     EXPECT_EQ(pageOf(*image, {1, 0, 0, 1}), 4);
 }
 
@@ -115,6 +119,48 @@ TEST(Ome, ChannelsPlanesAndUnits)
     EXPECT_THAT(headerOf(*image, {0, 0, 0, 0}), ElementsAre(none, none, none, none, 98.5));
     EXPECT_THAT(headerOf(*image, {0, 1, 0, 0}), ElementsAre(120.0, 1500.0, 3.0, none, 7.0));
     EXPECT_FALSE(image->extendedHeader({0, 1, 0, 0}, 99));
+}
+
+TEST(Ome, TimeIncrementWhereAPlaneHasNoTime)
+{
+    const std::string plane = "<TiffData/><Plane TheT='1' DeltaT='9'/>";
+    const TestImage image({.pages = 3,
+                           .description = omeRoot(omeImage(
+                               sizes(1, 1, 3) + " TimeIncrement='1500' TimeIncrementUnit='ms'", plane))});
+    const auto time = [&](int t) { return image->extendedHeader({0, 0, t, 0}, TimeStampSeconds); };
+    EXPECT_EQ(time(0), 0.0);
+    EXPECT_EQ(time(1), 9.0);
+    EXPECT_EQ(time(2), 3.0);
+}
+
+TEST(Ome, WavelengthOfTheDyeWhereTheFileGivesNone)
+{
+    const std::string channels = "<Channel Name='AF568'/><Channel Name='GFP' ExcitationWavelength='470'/>"
+                                 "<Channel Name='phase'/><TiffData/>";
+    const TestImage image({.pages = 3, .description = omeRoot(omeImage(sizes(1, 3, 1), channels))});
+    EXPECT_EQ(image->info().wavelengths[0].nanometres, 603);
+    EXPECT_EQ(image->info().wavelengths[1].nanometres, 470);
+    EXPECT_EQ(image->info().wavelengths[2].nanometres, 0);
+}
+
+// Finite as a double, infinite or zero as a float or as the square of a length: as if not given.
+TEST(Ome, NumbersThatAFloatCannotHoldAreNotGiven)
+{
+    for (const char* const size : {"1e300", "1e39", "1e30", "1e-300", "1e-46", "1e-30"}) {
+        const std::string spacing = std::string(" PhysicalSizeX='") + size + "'";
+        const TestImage image({.description = omeRoot(omeImage(sizes(1, 1, 1) + spacing, ""))});
+        EXPECT_FALSE(image->info().calibrated) << size;
+        EXPECT_THAT(image->info().spacing, ElementsAre(1, 1, 1)) << size;
+    }
+    const std::string plane = "<Channel><DetectorSettings Offset='1e300'/></Channel><TiffData/>"
+                              "<Plane DeltaT='1e200' PositionX='1e308' PositionY='-7'/>";
+    const std::string spacing = " PhysicalSizeX='1e300' PhysicalSizeY='0.5' PhysicalSizeZ='1e300'";
+    const TestImage image({.description = omeRoot(omeImage(sizes(1, 1, 1) + spacing, plane))});
+    const auto none = std::nullopt;
+    EXPECT_THAT(headerOf(*image, {}), ElementsAre(none, none, -7.0, none, none));
+    EXPECT_THAT(image->info().spacing, ElementsAre(0.5f, 0.5f, 1));
+    EXPECT_TRUE(image->info().calibrated);
+    EXPECT_FALSE(image->info().zCalibrated);
 }
 
 // A prefix on every element, the elements of a 2008 file, and attributes of older names.

@@ -176,15 +176,32 @@ template<class T> static T numberAt(const std::string& bytes, std::size_t at)
     return value;
 }
 
-bool overwriteTag(std::string& bytes, int tag, std::uint32_t value)
+std::size_t nextPointerOf(const std::string& bytes, int page)
+{
+    const std::size_t directory = directoryOf(bytes, page);
+    return directory + 2 + 12u * numberAt<std::uint16_t>(bytes, directory);
+}
+
+std::size_t directoryOf(const std::string& bytes, int page)
+{
+    return numberAt<std::uint32_t>(bytes, page == 0 ? 4 : nextPointerOf(bytes, page - 1));
+}
+
+void overwriteNumber(std::string& bytes, std::size_t at, std::uint32_t value)
+{
+    std::memcpy(&bytes[at], &value, sizeof value);
+}
+
+bool overwriteTag(std::string& bytes, int tag, std::uint32_t value, int page)
 {
     constexpr std::uint16_t asLong = 4;
-    const std::size_t directory = numberAt<std::uint32_t>(bytes, 4), first = directory + 2;
+    const std::size_t directory = directoryOf(bytes, page), first = directory + 2;
     const std::size_t end = first + 12u * numberAt<std::uint16_t>(bytes, directory);
     for (std::size_t entry = first; entry < end; entry += 12)
         if (numberAt<std::uint16_t>(bytes, entry) == tag) {
             std::memcpy(&bytes[entry + 2], &asLong, 2);
-            std::memcpy(&bytes[entry + 8], &value, 4);
+            overwriteNumber(bytes, entry + 4, 1);
+            overwriteNumber(bytes, entry + 8, value);
             return true;
         }
     return false;

@@ -54,8 +54,14 @@ private:
     std::unique_ptr<image::ImageFile> opened;
 };
 
-// Overwrites an entry of the first directory of a little-endian file. False when it has no such entry.
-bool overwriteTag(std::string& bytes, int tag, std::uint32_t value);
+// Where the directory of a page of a little-endian file stands, and where in it the offset of the next one.
+std::size_t directoryOf(const std::string& bytes, int page);
+std::size_t nextPointerOf(const std::string& bytes, int page);
+
+// Overwrites an entry of a directory of a little-endian file with a single value. False when it has no such
+// entry.
+bool overwriteTag(std::string& bytes, int tag, std::uint32_t value, int page = 0);
+void overwriteNumber(std::string& bytes, std::size_t at, std::uint32_t value);
 
 // z, w, t, p.
 std::array<int, 4> sizesOf(const image::ImageFile& image);
