@@ -102,7 +102,8 @@ int IMAlCon(int slot, int convert);
 int IMRtZWTP(int slot, int* nz, int* nw, int* nt, int* np, int* total);
 /* Size in pixels. Returns 0 on success. */
 int IMRtXY(int slot, int* nx, int* ny);
-/* Pixel spacing x, y, z in microns; spacing has room for 3 floats. Returns 0 on success. */
+/* Pixel spacing x, y, z in microns: as the user had set it in the image window when it was attached, else as the file
+ * says, else 1. spacing has room for 3 floats. Returns 0 on success. */
 int IMRtDel(int slot, float* spacing);
 /* Wavelengths in nanometres (0: unknown); waves has room for IW_MAX_WAVES floats. Returns 0 on success. */
 int IMRtWav(int slot, int* count, float* waves);

@@ -182,11 +182,11 @@ int IWDataToTSPos(float x, float y, float z, int slotNumber, float* stage)
     iwl::Slot* slot = iwl::slotAt(slotNumber);
     if (!slot)
         return 0;
-    const image::ImageInfo& info = slot->image.info();
-    const iwl::StageOrigin& origin = stageOriginOf(*slot, sectionOf(z, info.sizeZ));
-    stage[0] = static_cast<float>(origin.x + static_cast<double>(x) * info.spacing[0]);
-    stage[1] = static_cast<float>(origin.y + static_cast<double>(y) * info.spacing[1]);
-    stage[2] = static_cast<float>(origin.z.value_or(static_cast<double>(z) * info.spacing[2]));
+    const iwl::StageOrigin& origin = stageOriginOf(*slot, sectionOf(z, slot->image.info().sizeZ));
+    const protocol::Spacing spacing = slot->spacing();
+    stage[0] = static_cast<float>(origin.x + static_cast<double>(x) * spacing[0]);
+    stage[1] = static_cast<float>(origin.y + static_cast<double>(y) * spacing[1]);
+    stage[2] = static_cast<float>(origin.z.value_or(static_cast<double>(z) * spacing[2]));
     return 1;
 }
 

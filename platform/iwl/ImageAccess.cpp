@@ -3,6 +3,8 @@
 
 #include <IWL.h>
 
+#include <algorithm>
+
 namespace {
 
 const image::ImageInfo* infoOf(int slotNumber)
@@ -41,13 +43,12 @@ int IMRtXY(int slot, int* nx, int* ny)
     return 0;
 }
 
-int IMRtDel(int slot, float* spacing)
+int IMRtDel(int slotNumber, float* spacing)
 {
-    const image::ImageInfo* info = infoOf(slot);
-    if (!info)
+    const iwl::Slot* slot = iwl::slotAt(slotNumber);
+    if (!slot)
         return -1;
-    for (int axis = 0; axis < 3; ++axis)
-        spacing[axis] = info->spacing[axis];
+    std::ranges::copy(slot->spacing(), spacing);
     return 0;
 }
 

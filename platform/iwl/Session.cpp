@@ -61,8 +61,9 @@ std::unique_ptr<iwl::Slot> attach(int windowNumber)
         throw std::runtime_error("image window " + std::to_string(windowNumber) +
                                  " does not tell what it shows");
     iwl::SlotImage image(*record);
-    return std::make_unique<iwl::Slot>(
-        iwl::Slot{windowNumber, canvas, false, std::move(*record), std::move(image), {}, {}, 0, false});
+    const std::optional<protocol::Spacing> spacing = record->spacing;
+    return std::make_unique<iwl::Slot>(iwl::Slot{
+        windowNumber, canvas, false, std::move(*record), std::move(image), spacing, {}, {}, 0, false});
 }
 
 bool canvasExists(Window canvas)

@@ -26,13 +26,22 @@ struct Slot {
     bool closed = false;            // the canvas is gone; the record says what was shown last
     protocol::DisplayRecord record; // as last published
     SlotImage image;
-    std::optional<StageOrigin> stageOrigin; // of the section asked for last
+    std::optional<protocol::Spacing> setSpacing; // by the user, as it was when the window was attached
+    std::optional<StageOrigin> stageOrigin;      // of the section asked for last
 
     // Overlay graphics of this process by id, and bytes of commands sent since the viewer was last known to
     // have taken some. stalled: the viewer takes none, commands have been held back.
     std::map<int, protocol::OverlayCommand> graphics;
     unsigned long sentBytes = 0;
     bool stalled = false;
+
+    // Of pixels in x, y and z, microns. A scale that the user sets later does not count: a program that has
+    // read the spacing would mix lengths of both.
+    protocol::Spacing spacing() const
+    {
+        const float* file = image.info().spacing;
+        return setSpacing.value_or(protocol::Spacing{file[0], file[1], file[2]});
+    }
 };
 
 // Null when the slot number is out of range or nothing is attached.

@@ -10,13 +10,14 @@
 namespace protocol {
 namespace {
 
-constexpr std::uint32_t version = 1;
+constexpr std::uint32_t version = 2;
 constexpr std::size_t wavelengthBytes = 16;
 constexpr int maxExtent = 1 << 30; // sections or pixels along one axis
 constexpr int maxPanels = 10000;
 constexpr int maxWindowPixels = 65535;
 constexpr double minZoom = 1e-6, maxZoom = 1e6;
 constexpr double maxOrigin = 1e10;
+constexpr double minSpacing = 1e-12, maxSpacing = 1e12; // microns: squares of lengths stay floats
 
 bool within(double value, double low, double high)
 {
@@ -27,6 +28,28 @@ bool validRange(const WavelengthDisplay& wavelength)
 {
     return std::isfinite(wavelength.rangeMin) && std::isfinite(wavelength.rangeMax) &&
            wavelength.rangeMin <= wavelength.rangeMax;
+}
+
+void putSpacing(ByteWriter& out, const std::optional<Spacing>& spacing)
+{
+    out.u32(spacing.has_value());
+    for (const float value : spacing.value_or(Spacing{}))
+        out.f32(value);
+}
+
+// False when what is there is no spacing.
+bool getSpacing(ByteReader& in, std::optional<Spacing>& spacing)
+{
+    const std::uint32_t set = in.u32();
+    Spacing values{};
+    bool plausible = set <= 1;
+    for (float& value : values) {
+        value = in.f32();
+        plausible = plausible && (set ? within(value, minSpacing, maxSpacing) : value == 0);
+    }
+    if (set)
+        spacing = values;
+    return plausible;
 }
 
 void putGeometry(ByteWriter& out, const Geometry& geometry)
@@ -124,6 +147,7 @@ std::vector<std::byte> encodeDisplay(const DisplayRecord& record)
     for (int value : {record.windowNumber, record.z, record.w, record.t, record.p, record.scratchSize,
                       record.fileVersion})
         out.i32(value);
+    putSpacing(out, record.spacing);
     putGeometry(out, record.geometry);
     out.text(record.path);
     out.u32(static_cast<std::uint32_t>(record.wavelengths.size()));
@@ -141,6 +165,8 @@ std::optional<DisplayRecord> decodeDisplay(std::span<const std::byte> bytes)
     for (int* value : {&record.windowNumber, &record.z, &record.w, &record.t, &record.p, &record.scratchSize,
                        &record.fileVersion})
         *value = in.i32();
+    if (!getSpacing(in, record.spacing))
+        return std::nullopt;
     record.geometry = getGeometry(in);
     record.path = in.text(PATH_MAX);
     const std::size_t count = in.u32();

@@ -4,6 +4,7 @@
 
 #include "platform/protocol/Geometry.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -24,12 +25,15 @@ struct WavelengthDisplay {
     friend bool operator==(const WavelengthDisplay&, const WavelengthDisplay&) = default;
 };
 
+using Spacing = std::array<float, 3>; // of pixels in x, y and z, microns
+
 struct DisplayRecord {
     int windowNumber = 0;
     std::string path;               // absolute path of the image file
     int z = 0, w = 0, t = 0, p = 0; // displayed section, 0-based; of the first panel in a multi-panel window
     int scratchSize = 0;            // sections a scratch window holds; 0: not a scratch window
     int fileVersion = 0;            // counts how often the viewer has opened the file anew
+    std::optional<Spacing> spacing; // set by the user; nothing: as the file says
     Geometry geometry;
     std::vector<WavelengthDisplay> wavelengths; // one per wavelength of the image
     friend bool operator==(const DisplayRecord&, const DisplayRecord&) = default;

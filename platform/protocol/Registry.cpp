@@ -218,6 +218,8 @@ std::vector<ToolEntry> announcedTools(Display* display, Window canvas)
         alive.push_back(window);
         tools.push_back({window, std::move(title)});
     }
+    if (alive.size() == windows.size()) // no news for those who watch the list, such as the caller
+        return tools;
     ErrorTrap trap(display);
     XChangeProperty(display, canvas, atoms(display).tools, XA_WINDOW, 32, PropModeReplace,
                     reinterpret_cast<const unsigned char*>(alive.data()), static_cast<int>(alive.size()));

@@ -24,6 +24,7 @@ DisplayRecord sample()
             .p = 5,
             .scratchSize = 12,
             .fileVersion = 7,
+            .spacing = Spacing{0.5F, 0.25F, 3},
             .geometry = {640, 480, 1.0 / 3, -2.5, 17.25, TimePanels, 3, 2, 5, 213, 160, 2},
             .wavelengths = {{true, 5, true, -12.5F, 65535.0F, 4}, {}, {true, 0, true, 3.0F, 3.0F, 9}}};
 }
@@ -40,6 +41,9 @@ TEST(DisplayRecord, RoundTrip)
 {
     const DisplayRecord record = sample();
     EXPECT_EQ(decodeDisplay(encodeDisplay(record)), record);
+    DisplayRecord asTheFileSays = record;
+    asTheFileSays.spacing.reset();
+    EXPECT_EQ(decodeDisplay(encodeDisplay(asTheFileSays)), asTheFileSays);
     DisplayRecord largest = record;
     largest.path.resize(4096, 'x');
     largest.wavelengths.resize(base::maxWavelengths, record.wavelengths[0]);
@@ -66,6 +70,10 @@ TEST(DisplayRecord, OutOfRangeIsRefused)
         {"too many wavelengths", [](auto& r) { r.wavelengths.resize(1025); }},
         {"colour index", [](auto& r) { r.wavelengths[1].colorIndex = 7; }},
         {"negative top image", [](auto& r) { r.wavelengths[0].topImage = -1; }},
+        {"spacing 0", [](auto& r) { r.spacing = Spacing{0, 1, 1}; }},
+        {"negative spacing", [](auto& r) { r.spacing = Spacing{1, 1, -1}; }},
+        {"spacing is no number", [](auto& r) { r.spacing = Spacing{1, static_cast<float>(notANumber), 1}; }},
+        {"endless spacing", [](auto& r) { r.spacing = Spacing{1, infinite, 1}; }},
         {"no image", [](auto& r) { r.geometry.imageHeight = 0; }},
         {"zoom 0", [](auto& r) { r.geometry.zoom = 0; }},
         {"zoom is no number", [](auto& r) { r.geometry.zoom = notANumber; }},

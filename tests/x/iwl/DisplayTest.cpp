@@ -213,6 +213,30 @@ TEST_F(Iwl, TheSecondPanelShowsTheNextSection)
     EXPECT_EQ(p.panel, 1);
 }
 
+// The user's own scale counts as it was when the window was attached, or lengths of two scales would mix.
+TEST_F(Iwl, AScaleThatTheUserHasSet)
+{
+    writeImage(file, usualImage + " --no-stage");
+    FakeViewer viewer(file);
+    viewer.record.spacing = protocol::Spacing{2, 3, 4};
+    viewer.publish();
+    ASSERT_EQ(IWAttachWin(slot, viewer.record.windowNumber, "ro"), 1);
+    XSelectInput(iwlDisplay(), viewer.canvas, PropertyChangeMask);
+    XSync(iwlDisplay(), False);
+    const std::optional<protocol::Spacing> changes[] = {
+        viewer.record.spacing, protocol::Spacing{9, 9, 9}, {}};
+    for (const auto& later : changes) {
+        viewer.record.spacing = later;
+        viewer.publish();
+        handleEvents();
+        std::vector<float> spacing(3), position(3);
+        EXPECT_EQ(IMRtDel(slot, spacing.data()), 0);
+        EXPECT_THAT(spacing, ElementsAre(2, 3, 4));
+        EXPECT_EQ(IWDataToTSPos(5, 6, 1, slot, position.data()), 1);
+        EXPECT_THAT(position, ElementsAre(10, 18, 4));
+    }
+}
+
 TEST_F(Iwl, StagePositions)
 {
     const struct {
