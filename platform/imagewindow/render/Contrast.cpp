@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace viewer {
 
 namespace {
+
+constexpr double flatFraction = 0.8;        // of the neighbours in a label image are equal, at least
+constexpr float underlayBrightness = 0.25F; // of full brightness
 
 float valueAtFraction(std::vector<float>& values, double fraction)
 {
@@ -14,6 +18,18 @@ float valueAtFraction(std::vector<float>& values, double fraction)
         static_cast<std::ptrdiff_t>(std::llround(fraction * static_cast<double>(values.size() - 1)));
     std::nth_element(values.begin(), values.begin() + rank, values.end());
     return values[static_cast<std::size_t>(rank)];
+}
+
+// Whether neighbours among the values above low are mostly equal: areas of one value, which no camera gives.
+bool hasFlatAreas(const std::vector<float>& values, float low)
+{
+    std::size_t pairs = 0, equal = 0;
+    for (std::size_t i = 1; i < values.size(); ++i)
+        if (values[i] > low && values[i - 1] > low) {
+            ++pairs;
+            equal += values[i] == values[i - 1];
+        }
+    return pairs > 0 && static_cast<double>(equal) > flatFraction * static_cast<double>(pairs);
 }
 
 // Interleaved colour arrives as three 8-bit wavelengths in red, green and blue that name no emission.
@@ -55,6 +71,19 @@ ContrastLimits automaticLimits(std::vector<float>& values)
     if (limits.low == limits.high)
         limits.high = std::nextafter(limits.low + 1.0f, std::numeric_limits<float>::max());
     return limits;
+}
+
+ContrastLimits underlayLimits(const std::vector<float>& values, const ContrastLimits& limits)
+{
+    std::vector<float> bright;
+    std::copy_if(values.begin(), values.end(), std::back_inserter(bright),
+                 [&](float value) { return std::isfinite(value) && value > limits.low; });
+    const bool flat = hasFlatAreas(values, limits.low);
+    const bool mostly = bright.size() > values.size() * 3 / 4;
+    if (bright.empty() || (!flat && !mostly))
+        return limits;
+    const float usual = flat ? limits.high : valueAtFraction(bright, 0.5);
+    return {limits.low, std::max(limits.high, limits.low + (usual - limits.low) / underlayBrightness)};
 }
 
 std::optional<ContrastLimits> fixedLimits(const image::ImageInfo& info, int wavelength)

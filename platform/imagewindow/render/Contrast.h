@@ -16,6 +16,12 @@ constexpr double darkFraction = 0.001, brightFraction = 0.998; // of the values:
 // no finite values. Reorders values.
 ContrastLimits automaticLimits(std::vector<float>& values);
 
+// The same for a wavelength that lies over others. Fluorescence stays as it is: most of it is dark. What is
+// bright nearly everywhere (transmitted light) or in whole areas of one value (labels) would hide the others
+// and gets limits under which its usual bright value shows at a quarter of full brightness. values: row by
+// row, as sampleSection() gives them.
+ContrastLimits underlayLimits(const std::vector<float>& values, const ContrastLimits& limits);
+
 // Limits that hold whatever the values are: the range that the file asks for, and the full range of
 // bright-field colour and of bilevel images. Nothing for all others.
 std::optional<ContrastLimits> fixedLimits(const image::ImageInfo& info, int wavelength);

@@ -41,6 +41,9 @@ void Renderer::setFile(image::ImageFile& newFile)
 
 std::string Renderer::load(const protocol::Geometry& newGeometry, const std::vector<PanelContent>& newPanels)
 {
+    // Limits of the one section shown so far may suit none of the others.
+    if (newGeometry.style != geometry.style && newPanels.size() > 1)
+        fitted.clear();
     geometry = newGeometry;
     panels = newPanels;
     const TileFrame newFrame = tileFrame(geometry);
@@ -81,7 +84,7 @@ void Renderer::fitMissingLimits()
     std::vector<int> missing;
     std::copy_if(wavelengths.begin(), wavelengths.end(), std::back_inserter(missing),
                  [&](int w) { return !fitted.contains(w); });
-    std::vector<std::optional<ContrastLimits>> found(missing.size());
+    std::vector<std::optional<Fitted>> found(missing.size());
     image::parallelFor(static_cast<int>(missing.size()), [&](int i) {
         const auto index = static_cast<std::size_t>(i);
         found[index] = limitsOfSections(missing[index]);
@@ -100,10 +103,11 @@ void Renderer::setAutomatic()
 
 // One pair of limits for all panels, or they could not be compared. Nothing when none of the sections can be
 // read.
-std::optional<ContrastLimits> Renderer::limitsOfSections(int wavelength) const
+std::optional<Renderer::Fitted> Renderer::limitsOfSections(int wavelength) const
 {
-    if (const auto fixed = fixedLimits(file->info(), wavelength))
-        return *fixed;
+    const image::ImageInfo& info = file->info();
+    if (const auto fixed = fixedLimits(info, wavelength))
+        return Fitted{*fixed, *fixed};
     std::vector<float> values;
     std::set<SectionKey> seen;
     for (const PanelContent& panel : panels) {
@@ -113,7 +117,20 @@ std::optional<ContrastLimits> Renderer::limitsOfSections(int wavelength) const
         const auto sample = sampleSection(*file, section, contrastSamples / static_cast<long>(panels.size()));
         values.insert(values.end(), sample.begin(), sample.end());
     }
-    return values.empty() ? std::nullopt : std::optional(automaticLimits(values));
+    if (values.empty())
+        return std::nullopt;
+    std::vector<float> unordered = values;
+    const ContrastLimits alone = automaticLimits(unordered);
+    const bool fluorescent = info.wavelengths[static_cast<std::size_t>(wavelength)].nanometres > 0;
+    return Fitted{alone, fluorescent ? alone : underlayLimits(values, alone)};
+}
+
+bool Renderer::shownAmongOthers(int wavelength) const
+{
+    return std::any_of(panels.begin(), panels.end(), [&](const PanelContent& panel) {
+        return panel.wavelengths.size() > 1 && std::find(panel.wavelengths.begin(), panel.wavelengths.end(),
+                                                         wavelength) != panel.wavelengths.end();
+    });
 }
 
 ContrastLimits Renderer::limits(int wavelength) const
@@ -121,7 +138,9 @@ ContrastLimits Renderer::limits(int wavelength) const
     if (const auto found = manual.find(wavelength); found != manual.end())
         return found->second;
     const auto found = fitted.find(wavelength);
-    return found != fitted.end() ? found->second : ContrastLimits{0, 1};
+    if (found == fitted.end())
+        return {0, 1};
+    return shownAmongOthers(wavelength) ? found->second.amongOthers : found->second.alone;
 }
 
 std::vector<CompositeChannel> Renderer::channelsOf(const PanelContent& panel) const

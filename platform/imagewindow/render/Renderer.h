@@ -39,8 +39,8 @@ public:
     // file.
     std::optional<float> valueAt(int panel, int wavelength, int x, int y) const;
 
-    // Contrast of a wavelength: set by hand, or fitted to the sections on display when it was first shown and
-    // kept from then on, so that sections can be compared.
+    // Contrast of a wavelength: set by hand, or fitted to the sections of all panels when it was first shown
+    // in that kind of panels and kept from then on, so that sections can be compared.
     ContrastLimits limits(int wavelength) const;
     void setLimits(int wavelength, const ContrastLimits& limits) { manual[wavelength] = limits; }
     // Fits all limits to what is on display; drops those that were set by hand.
@@ -51,7 +51,11 @@ private:
 
     std::string loadTiles();
     void fitMissingLimits();
-    std::optional<ContrastLimits> limitsOfSections(int wavelength) const;
+    struct Fitted {
+        ContrastLimits alone, amongOthers; // as the wavelength is shown
+    };
+    std::optional<Fitted> limitsOfSections(int wavelength) const;
+    bool shownAmongOthers(int wavelength) const;
     std::vector<CompositeChannel> channelsOf(const PanelContent& panel) const;
     void drawPanel(int index, std::span<std::uint32_t> pixels, int width, int height) const;
 
@@ -60,7 +64,8 @@ private:
     std::vector<PanelContent> panels;
     TileFrame frame;
     std::map<SectionKey, std::vector<float>> tiles; // of this frame
-    std::map<int, ContrastLimits> fitted, manual;   // by wavelength
+    std::map<int, Fitted> fitted;                   // by wavelength
+    std::map<int, ContrastLimits> manual;           // by wavelength
 };
 
 } // namespace viewer

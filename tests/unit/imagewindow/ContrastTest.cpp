@@ -58,6 +58,36 @@ TEST(Contrast, TakesFixedLimitsFromTheFileAndForBrightField)
     EXPECT_FALSE(fixedLimits(info, 2));
 }
 
+// What would hide the other wavelengths is shown at a quarter of full brightness, fluorescence as it is
+// alone.
+TEST(Contrast, BrightFieldAndLabelsAreKeptBelowTheOthers)
+{
+    std::vector<float> cells(10000), lamp(10000), labels(10000);
+    for (int i = 0; i < 10000; ++i) {
+        const auto index = static_cast<std::size_t>(i);
+        const float noise = static_cast<float>(i * 7919 % 101);
+        cells[index] = 100 + noise / 10 + (i % 100 < 20 ? 1000 + 3 * noise : 0);
+        lamp[index] = 20000 + 10 * noise;
+        labels[index] = i % 100 < 40 ? static_cast<float>(1 + i / 1000) : 0;
+    }
+    const struct {
+        const char* what;
+        std::vector<float> values;
+        float usual; // a bright value
+        bool below;
+    } rows[] = {{"fluorescence", cells, 1200, false},
+                {"bright field", lamp, 20500, true},
+                {"labels", labels, 10, true}};
+    for (const auto& row : rows) {
+        std::vector<float> unordered = row.values;
+        const ContrastLimits alone = automaticLimits(unordered), among = underlayLimits(row.values, alone);
+        if (row.below)
+            EXPECT_NEAR(brightness(row.usual, among), 64, 2) << row.what;
+        else
+            EXPECT_EQ(among, alone) << row.what;
+    }
+}
+
 TEST(Contrast, ControlsRunWithinTheKnownRange)
 {
     const struct {

@@ -152,3 +152,46 @@ TEST(Renderer, OneContrastForAllSections)
     EXPECT_GT(renderer.limits(0).low, first.high);
     EXPECT_GT(show(0).low, first.high);
 }
+
+TEST(Renderer, PanelsAreFittedToAllTheirSections)
+{
+    FakeImage file(40, 40);
+    file.description.sizeZ = 3;
+    file.value = [](const image::SectionIndex& section, int x, int) {
+        return static_cast<float>(1000 * section.z + x);
+    };
+    Renderer renderer(file);
+    View view = initialView(file.info());
+    const auto show = [&](int style) {
+        view.z = 0;
+        view.style = style;
+        renderer.load(arrange(file.info(), view, {140, 140}, 15).geometry, panelContents(file.info(), view));
+        return renderer.limits(0).high;
+    };
+    EXPECT_LT(show(protocol::SinglePanel), 50);
+    EXPECT_GT(show(protocol::ZPanels), 2000);
+    renderer.setLimits(0, {0, 77});
+    show(protocol::SinglePanel);
+    EXPECT_EQ(show(protocol::ZPanels), 77); // the user's own choice stays
+}
+
+// A wavelength of bright field is dimmed where others lie under it, and nowhere else.
+TEST(Renderer, BrightFieldHidesNothing)
+{
+    FakeImage file(40, 40, 2);
+    file.value = [](const image::SectionIndex& section, int x, int y) {
+        const int grain = (x * 31 + y * 17) % 23;
+        return static_cast<float>(section.w == 0 ? 5000 + grain : (x + y) % 9 == 0 ? 900 + grain : grain);
+    };
+    Renderer renderer(file);
+    View view = initialView(file.info());
+    const auto limitsWith = [&](bool other) {
+        view.displayed = {true, other};
+        renderer.load(arrange(file.info(), view, {40, 40}, 15).geometry, panelContents(file.info(), view));
+        renderer.setAutomatic();
+        return renderer.limits(0);
+    };
+    EXPECT_GT(brightness(5011, limitsWith(false)), 100);
+    EXPECT_LE(brightness(5011, limitsWith(true)), 65);
+    EXPECT_GT(brightness(915, renderer.limits(1)), 200);
+}
