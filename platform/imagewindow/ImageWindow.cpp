@@ -21,6 +21,7 @@ ImageWindow::ImageWindow(Application& application, ImageSource opened, const Opt
       renderer(*source.file), painter(application.display(), DefaultScreen(application.display()))
 {
     record.path = source.path.string();
+    recallScale();
     applyOptions(options);
     controls =
         std::make_unique<Controls>(*this, application.display(), chooseZoom(options), options.geometry);
@@ -59,7 +60,7 @@ void ImageWindow::applyOptions(const Options& options)
     }
     std::copy_n(options.colors.begin(), std::min(options.colors.size(), view.colors.size()),
                 view.colors.begin());
-    scaleBarShown = options.scaleBar && info.calibrated;
+    scaleBarShown = options.scaleBar && scale().known;
     clampSection(info, view);
     const int wantedZ = options.z.value_or(view.z);
     if (options.panels == protocol::SinglePanel && (view.z != wantedZ || view.t != options.t))
@@ -103,14 +104,9 @@ void ImageWindow::show()
 
 void ImageWindow::update()
 {
-    if (layoutStale)
-        layOutCanvas();
-    if (imageStale)
-        drawImage();
-    else if (overlaysStale)
-        paintOverlays();
-    if (statusStale)
-        updateStatus();
+    drawStale();
+    if (layoutStale) // the status lines took room from the image or gave some back
+        drawStale();
     publish();
     if (canvasSeen && !announced) {
         announced = true;
@@ -119,9 +115,21 @@ void ImageWindow::update()
     }
 }
 
+void ImageWindow::drawStale()
+{
+    if (layoutStale)
+        layOutCanvas();
+    if (imageStale)
+        drawImage();
+    else if (overlaysStale)
+        paintOverlays();
+    if (statusStale)
+        updateStatus();
+}
+
 void ImageWindow::layOutCanvas()
 {
-    controls->showView(view);
+    controls->showView(view, widestTexts());
     controls->showCommands();
     layoutStale = false;
     arrangement = arrange(image().info(), view, controls->areaSize(), scrollBarThickness);
@@ -156,9 +164,9 @@ Scene ImageWindow::scene() const
 {
     const protocol::Geometry& geometry = arrangement.geometry;
     return {geometry, panels, overlays,
-            scaleBarShown ? scaleBar(image().info().spacing[0], geometry.zoom, geometry.panelWidth,
-                                     geometry.panelHeight)
-                          : std::nullopt};
+            scaleBarShown
+                ? scaleBar(scale().spacing[0], geometry.zoom, geometry.panelWidth, geometry.panelHeight)
+                : std::nullopt};
 }
 
 // A tool that drags takes the pointer's motions: its drawing tells that the pointer has moved.
@@ -202,6 +210,8 @@ void ImageWindow::overlayArrived()
     }
     if (redraw && !imageStale && !layoutStale)
         paintOverlays();
+    if (redraw && scaleDialogue)
+        scaleDialogue->refresh();
 }
 
 // A client is served only while its window lives; without this, graphics of a dead client would stay for

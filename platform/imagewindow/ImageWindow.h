@@ -7,16 +7,19 @@
 #include "platform/image/RangeScan.h"
 #include "platform/imagewindow/Application.h"
 #include "platform/imagewindow/canvas/CanvasBuffer.h"
-#include "platform/imagewindow/controls/ContrastDialogue.h"
-#include "platform/imagewindow/controls/Controls.h"
 #include "platform/imagewindow/canvas/OverlayPainter.h"
 #include "platform/imagewindow/canvas/OverlayStore.h"
-#include "platform/imagewindow/render/Renderer.h"
+#include "platform/imagewindow/controls/ContrastDialogue.h"
+#include "platform/imagewindow/controls/Controls.h"
+#include "platform/imagewindow/controls/ScaleDialogue.h"
 #include "platform/imagewindow/files/Scratch.h"
+#include "platform/imagewindow/render/Renderer.h"
+#include "platform/imagewindow/view/Scale.h"
 #include "platform/imagewindow/view/View.h"
 #include "platform/protocol/XProtocol.h"
 
 #include <array>
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <set>
@@ -57,6 +60,11 @@ public:
     void panBy(int dx, int dy);
     void setColor(int wavelength, int color);
     void toggleScaleBar();
+    // Asks for the scale of an image whose file does not tell it.
+    void askScale();
+    // Keeps the scale for the file, or forgets it; a sentence when that could not be done, else empty.
+    std::string setScale(const UserScale& scale);
+    std::string removeScale();
     void setContrast(int wavelength, const ContrastLimits& limits);
     void setAutomaticContrast();
     void showContrast();
@@ -75,10 +83,17 @@ public:
     void pointerAt(int x, int y);
     void pointerLeft();
     void overlayArrived();
+    void toolsChanged();
     void exposed(Region region);
-    void areaResized() { changed(); }
+    void areaResized() { layoutStale = recordStale = true; }
 
     const image::ImageFile& image() const { return *source.file; }
+    Scale scale() const { return scaleOf(image().info(), userScale); }
+    const std::optional<UserScale>& setByUser() const { return userScale; }
+    // One that was set for an earlier version of the file, until the user sets or removes the scale.
+    const std::optional<UserScale>& formerScale() const { return former; }
+    // Image pixels in x and y from one end to the other of the line that a tool has drawn last.
+    std::optional<std::array<double, 2>> drawnSegment() const { return overlays.lastLine(); }
     bool growing() const { return source.growing; }
     const View& currentView() const { return view; }
     bool showsScaleBar() const { return scaleBarShown; }
@@ -88,6 +103,8 @@ public:
     // Over the sections seen so far; 0 to 0 when that is unknown.
     ContrastLimits knownRange(int wavelength) const;
     std::vector<protocol::ToolEntry> tools() const;
+    // What the status lines may come to show with the present view.
+    StatusTexts widestTexts() const;
     int windowNumber() const { return record.windowNumber; }
     Display* display() const { return application.display(); }
 
@@ -95,23 +112,26 @@ private:
     void applyOptions(const Options& options);
     Size chooseZoom(const Options& options);
     void show();
+    void drawStale();
     void layOutCanvas();
     void drawImage();
     void leavePanels();
     void paintOverlays();
     void publish();
     void updateStatus();
-    // What the status lines tell of the pixel under the pointer, or of the image when there is none.
-    struct PointedTexts {
-        std::string pixel, stage;
-    };
-    PointedTexts pointedTexts() const;
+    void tellPointed(StatusTexts& texts) const;
+    std::string remark() const;
+    std::string sentence() const;
+    std::vector<std::string> stateItems() const;
     void pollScan();
     void pollFile();
     void reopenFile();
     void adoptFile(std::unique_ptr<image::ImageFile> file);
     void gatherRanges();
-    std::string noteText() const;
+    void recallScale();
+    void followScale();
+    void rescaled();
+    void tell(const std::string& sentence);
     void changed();
     protocol::DisplayRecord currentRecord() const;
     bool watchClient(Window client);
@@ -130,22 +150,27 @@ private:
     std::unique_ptr<CanvasBuffer> buffer;
     Arrangement arrangement;
     std::vector<PanelContent> panels;
-    protocol::DisplayRecord record; // as published
-    std::set<Window> clients;       // watched for their end
-    std::optional<XPoint> pointer;      // canvas pixels
+    protocol::DisplayRecord record;   // as published
+    std::set<Window> clients;         // watched for their end
+    std::optional<XPoint> pointer;    // canvas pixels
     std::array<int, 2> singlePlace{}; // z and time point of before the panels
+    std::optional<UserScale> userScale, former;
     bool scaleBarShown = false;
     int fileVersion = 0;     // counts how often the file was opened anew
     std::string problem;     // why a section is not shown, empty when all is well
     std::string fileProblem; // what has become of the file, empty when all is well
     std::string notice;      // what the last action could not do, until the next one or the pointer moves
+    std::chrono::steady_clock::time_point noticeUntil; // the pointer does not take it away before
+    std::size_t toolCount = 0;                         // tools that were attached at the last look
     XtIntervalId scanTimer = 0, fileTimer = 0;
     bool receiving = true; // more sections may come
     bool closeAsked = false, canvasSeen = false, announced = false, refusalTold = false;
-    bool layoutStale = true, imageStale = true, overlaysStale = false, statusStale = true, recordStale = false;
-    bool pointerStale = false; // the canvas or what is on it has changed under the pointer
-    std::unique_ptr<Controls> controls;                 // after all that its callbacks use
+    bool layoutStale = true, imageStale = true, overlaysStale = false, statusStale = true,
+         recordStale = false;
+    bool pointerStale = false;          // the canvas or what is on it has changed under the pointer
+    std::unique_ptr<Controls> controls; // after all that its callbacks use
     std::unique_ptr<ContrastDialogue> contrastDialogue; // a child of controls
+    std::unique_ptr<ScaleDialogue> scaleDialogue;       // a child of controls
 };
 
 } // namespace viewer

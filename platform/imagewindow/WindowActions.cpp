@@ -1,7 +1,7 @@
 // What the user does to an image window, and what the status lines say.
+#include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/controls/Dialogs.h"
 #include "platform/imagewindow/controls/HelpPage.h"
-#include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/view/Readout.h"
 
 #include <algorithm>
@@ -65,7 +65,7 @@ std::string withoutFolder(std::string sentence, const std::filesystem::path& fil
     return sentence;
 }
 
-std::string imageText(const image::ImageInfo& info)
+std::vector<std::string> imageItems(const image::ImageInfo& info)
 {
     std::string text = std::to_string(info.width) + " x " + std::to_string(info.height);
     const auto add = [&](int count, const char* one) {
@@ -76,7 +76,32 @@ std::string imageText(const image::ImageInfo& info)
     add(info.sizeZ, "sections");
     add(info.sizeT, "time points");
     add(info.sizeP, "positions");
-    return text + "   " + info.format;
+    return {text, info.format};
+}
+
+// A value with as many characters as any of that type.
+float widestValue(image::PixelType type)
+{
+    switch (type) {
+    case image::PixelType::Bit:
+        return 1;
+    case image::PixelType::Int8:
+    case image::PixelType::UInt8:
+        return -100;
+    case image::PixelType::Int16:
+    case image::PixelType::UInt16:
+        return -10000;
+    default:
+        return -1.234567e-20F;
+    }
+}
+
+std::size_t lengthOf(const std::vector<std::string>& items)
+{
+    std::size_t length = 0;
+    for (const std::string& item : items)
+        length += item.size();
+    return length;
 }
 
 } // namespace
@@ -184,7 +209,7 @@ void ImageWindow::setColor(int wavelength, int color)
 
 void ImageWindow::toggleScaleBar()
 {
-    scaleBarShown = !scaleBarShown && image().info().calibrated;
+    scaleBarShown = !scaleBarShown && scale().known;
     changed();
 }
 
@@ -262,7 +287,8 @@ std::vector<protocol::ToolEntry> ImageWindow::tools() const
 void ImageWindow::pointerAt(int x, int y)
 {
     pointer = XPoint{static_cast<short>(x), static_cast<short>(y)};
-    notice.clear();
+    if (std::chrono::steady_clock::now() >= noticeUntil)
+        notice.clear();
     statusStale = true;
 }
 
@@ -277,42 +303,80 @@ void ImageWindow::updateStatus()
     statusStale = false;
     if (std::exchange(pointerStale, false))
         pointer = controls->pointerOnCanvas();
-    controls->showNote(noteText());
-    const std::string sentence = withoutFolder(!notice.empty()        ? notice
-                                               : !fileProblem.empty() ? fileProblem
-                                                                      : problem,
-                                               source.path);
-    const PointedTexts texts = pointedTexts();
-    controls->showPixel(sentence.empty() ? texts.pixel : sentence);
-    controls->showStage(texts.stage);
+    StatusTexts texts{
+        .remark = remark(), .sentence = sentence(), .pixel = {}, .stage = {}, .state = stateItems()};
+    tellPointed(texts);
+    controls->showStatus(texts);
 }
 
-ImageWindow::PointedTexts ImageWindow::pointedTexts() const
+// What the file has and the image lacks.
+std::string ImageWindow::remark() const
 {
-    if (!pointer)
-        return {imageText(image().info()), ""};
-    const auto place = protocol::dataFromWindow(arrangement.geometry, pointer->x, pointer->y);
+    std::string all;
+    for (const std::string& sentence : image().info().remarks)
+        all += (all.empty() ? "" : " ") + sentence;
+    return withoutFolder(all, source.path);
+}
+
+std::string ImageWindow::sentence() const
+{
+    const std::string& most = !notice.empty() ? notice : !fileProblem.empty() ? fileProblem : problem;
+    return withoutFolder(most, source.path);
+}
+
+// The pixel under the pointer, or the image when there is none.
+void ImageWindow::tellPointed(StatusTexts& texts) const
+{
+    texts.pixel = imageItems(image().info());
+    const auto place =
+        pointer ? protocol::dataFromWindow(arrangement.geometry, pointer->x, pointer->y) : std::nullopt;
     if (!place)
-        return {imageText(image().info()), ""};
+        return;
     const PanelContent& panel = panels[static_cast<std::size_t>(place->panel)];
     const int x = static_cast<int>(place->x), y = static_cast<int>(place->y);
     std::vector<WavelengthValue> values;
     for (int w : panel.wavelengths)
         values.push_back({wavelengthName(image().info(), w), renderer.valueAt(place->panel, w, x, y)});
     const image::SectionIndex section{panel.z, panel.wavelengths.front(), panel.t, panel.p};
-    return {pixelText(panel.caption, x, y, values), stageText(image(), section, place->x, place->y)};
+    texts.pixel = pixelItems(panel.caption, x, y, values);
+    texts.stage = stageText(image(), scale(), section, place->x, place->y);
 }
 
-std::string ImageWindow::noteText() const
+StatusTexts ImageWindow::widestTexts() const
 {
-    std::string text = zoomText(view.zoom);
-    if (!image().info().calibrated)
-        text = "uncalibrated   " + text;
+    const image::ImageInfo& info = image().info();
+    StatusTexts widest{.remark = remark(), .sentence = {}, .pixel = {}, .stage = {}, .state = stateItems()};
+    std::size_t most = 0;
+    for (const PanelContent& panel : panelContents(info, view)) {
+        std::vector<WavelengthValue> values;
+        for (int w : panel.wavelengths)
+            values.push_back({wavelengthName(info, w), widestValue(info.pixelType)});
+        std::vector<std::string> items = pixelItems(panel.caption, info.width, info.height, values);
+        if (const std::size_t length = lengthOf(items); length > most) {
+            most = length;
+            widest.pixel = std::move(items);
+        }
+        const image::SectionIndex section{panel.z, panel.wavelengths.front(), panel.t, panel.p};
+        for (const int end : {0, 1}) {
+            std::string stage = stageText(image(), scale(), section, end * info.width, end * info.height);
+            if (stage.size() > widest.stage.size())
+                widest.stage = std::move(stage);
+        }
+    }
+    return widest;
+}
+
+std::vector<std::string> ImageWindow::stateItems() const
+{
+    std::vector<std::string> items;
     if (source.input && receiving)
-        text = "receiving   " + text;
+        items.emplace_back("receiving");
     else if (!scan->done())
-        text = "ranges " + std::to_string(static_cast<int>(scan->progress() * 100)) + " %   " + text;
-    return text;
+        items.push_back("ranges " + std::to_string(static_cast<int>(scan->progress() * 100)) + " %");
+    if (std::string text = uncalibratedText(image().info(), scale()); !text.empty())
+        items.push_back(std::move(text));
+    items.push_back(zoomText(view.zoom));
+    return items;
 }
 
 } // namespace viewer

@@ -84,6 +84,7 @@ void ImageWindow::adoptFile(std::unique_ptr<image::ImageFile> fresh)
     scan.reset();
     source.file = std::move(fresh);
     ++fileVersion;
+    followScale();
     renderer.setFile(*source.file);
     scan = std::make_unique<image::RangeScan>(*source.file);
     if (source.growing && view.style == protocol::SinglePanel && view.z == before.z && view.t == before.t) {
@@ -106,6 +107,7 @@ protocol::DisplayRecord ImageWindow::currentRecord() const
     current.t = view.t;
     current.p = view.p;
     current.w = displayedWavelengths(view).front();
+    current.spacing = userScale ? std::optional(scale().spacing) : std::nullopt;
     current.geometry = arrangement.geometry;
     current.scratchSize = source.growing ? info.sizeZ : 0;
     current.fileVersion = fileVersion;

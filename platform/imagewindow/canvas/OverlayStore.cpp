@@ -51,6 +51,8 @@ OverlayStore::Outcome OverlayStore::apply(const OverlayCommand& command, const P
             ++count;
         }
         touch({command, binding});
+        if (command.kind == OverlayKind::AddLine)
+            newestLine = key;
         return Outcome::Changed;
     case OverlayKind::Remove:
         if (found == graphics.end())
@@ -65,6 +67,16 @@ OverlayStore::Outcome OverlayStore::apply(const OverlayCommand& command, const P
         return Outcome::RedrawAsked;
     }
     return Outcome::Ignored;
+}
+
+std::optional<std::array<double, 2>> OverlayStore::lastLine() const
+{
+    const auto found = graphics.find(newestLine);
+    if (found == graphics.end() || found->second.command.kind != OverlayKind::AddLine)
+        return std::nullopt;
+    const OverlayCommand& line = found->second.command;
+    const std::array pixels{static_cast<double>(line.x1) - line.x0, static_cast<double>(line.y1) - line.y0};
+    return pixels[0] != 0 || pixels[1] != 0 ? std::optional(pixels) : std::nullopt;
 }
 
 bool OverlayStore::dropClient(std::uint32_t client)

@@ -6,6 +6,7 @@
 #include "platform/imagewindow/view/View.h"
 #include "platform/protocol/OverlayRecord.h"
 
+#include <array>
 #include <map>
 #include <optional>
 #include <span>
@@ -48,6 +49,9 @@ public:
             draw(graphic);
     }
 
+    // From start to end of the line that came last, in image pixels; nothing when it is gone or a point.
+    std::optional<std::array<double, 2>> lastLine() const;
+
     // Graphics that came or went since the last call; nothing when there were too many to list.
     std::optional<std::vector<Graphic>> takeTouched();
 
@@ -56,6 +60,7 @@ private:
     void touch(const Graphic& graphic);
 
     std::map<Key, Graphic> graphics;
+    Key newestLine{};
     std::map<std::uint32_t, std::size_t> perClient;
     std::vector<Graphic> touched;
     bool touchedAll = false;

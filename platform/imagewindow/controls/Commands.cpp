@@ -89,9 +89,15 @@ const Command table[] = {
     {.name = "scaleBar", .menu = Menu::View, .label = "Scale bar", .mnemonic = 'b',
      .tip = "Show or hide the scale bar",
      .accelerator = "<Key>s", .keys = "S", .newGroup = true, .kind = EntryKind::Switch,
-     .enabled = [](const ImageWindow& w) { return w.image().info().calibrated; },
+     .enabled = [](const ImageWindow& w) { return w.scale().known; },
      .on = [](const ImageWindow& w) { return w.showsScaleBar(); },
      .action = [](ImageWindow& w) { w.toggleScaleBar(); }},
+
+    {.name = "setScale", .menu = Menu::View, .label = "Set scale...", .mnemonic = 'l',
+     .tip = "Set the scale of an image whose file does not tell it",
+     .accelerator = "<Key>u", .keys = "U",
+     .enabled = [](const ImageWindow& w) { return needsScale(w.image().info()); },
+     .action = [](ImageWindow& w) { w.askScale(); }},
 
     {.name = "nextSection", .menu = Menu::View, .label = "Next section", .mnemonic = 'N',
      .tip = "Show the next z section",

@@ -1,10 +1,10 @@
 #include "platform/imagewindow/controls/ContrastDialogue.h"
 
-#include "platform/imagewindow/render/Contrast.h"
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/controls/LocalText.h"
-#include "platform/imagewindow/view/Readout.h"
 #include "platform/imagewindow/controls/Widgets.h"
+#include "platform/imagewindow/render/Contrast.h"
+#include "platform/imagewindow/view/Readout.h"
 
 #include <Xm/Form.h>
 #include <Xm/Label.h>
@@ -23,8 +23,13 @@ namespace viewer {
 namespace {
 
 constexpr int steps = 1000; // of a scale
-constexpr int nameWidth = 110, swatchWidth = 18, colorWidth = 110, scaleWidth = 220, scaleHeight = 24,
-              valuesWidth = 130; // screen pixels
+constexpr std::size_t nameLength = 16;
+constexpr int swatchWidth = 18, scaleWidth = 220, scaleHeight = 24; // screen pixels
+
+// Texts that are as wide as the columns must be at least.
+constexpr const char *widestName = "Wavelength name", *widestValues = "10000 to 65535",
+                     *widestColor = "magenta of";
+constexpr int colorFrame = 45; // screen pixels: the swatch, and what the option menu has around its text
 
 int positionOf(float value, const ContrastLimits& span)
 {
@@ -56,9 +61,30 @@ Widget makeScale(Widget row, const char* name, XtCallbackProc moved, XtPointer c
 Widget makeLabel(Widget parent, const std::string& text, int width)
 {
     const LabelText label(text);
-    return XtVaCreateManagedWidget("label", xmLabelWidgetClass, parent, XmNlabelString,
-                                   static_cast<XmString>(label), XmNwidth, width, XmNrecomputeSize, False,
-                                   XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+    Widget widget = XtVaCreateManagedWidget("label", xmLabelWidgetClass, parent, XmNlabelString,
+                                            static_cast<XmString>(label), XmNrecomputeSize, False,
+                                            XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+    XtVaSetValues(widget, XmNwidth, width, nullptr);
+    return widget;
+}
+
+// As wide as the widest text, in the label's own font.
+Widget makeLabel(Widget parent, const std::string& text, const char* widest)
+{
+    Widget label = makeLabel(parent, text, 1);
+    XtVaSetValues(label, XmNwidth, measureOf(label)(widest), nullptr);
+    return label;
+}
+
+// A label in which numbers stand grows rather than cutting one.
+void setGrowingLabel(Widget label, const std::string& text)
+{
+    Dimension width = 0;
+    XtVaGetValues(label, XmNwidth, &width, nullptr);
+    const int needed = measureOf(label)(text);
+    setLabel(label, text);
+    if (needed + 4 > width)
+        XtVaSetValues(label, XmNwidth, needed + 4, nullptr);
 }
 
 } // namespace
@@ -74,8 +100,9 @@ ContrastDialogue::ContrastDialogue(Widget parent, ImageWindow& window) : window(
                               XmNbottomAttachment, XmATTACH_FORM, XmNmarginWidth, 10, XmNmarginHeight, 8,
                               XmNspacing, 6, nullptr);
     Widget heading = makeLine(column);
-    makeLabel(heading, " ", nameWidth);
-    makeLabel(heading, "colour", swatchWidth + colorWidth);
+    makeLabel(heading, " ", widestName);
+    Widget color = makeLabel(heading, "colour", 1);
+    XtVaSetValues(color, XmNwidth, measureOf(color)(widestColor) + colorFrame, nullptr);
     makeLabel(heading, "black", scaleWidth);
     makeLabel(heading, "full brightness", scaleWidth);
     Widget buttons = XtVaCreateManagedWidget("buttons", xmRowColumnWidgetClass, column, XmNorientation,
@@ -124,11 +151,11 @@ void ContrastDialogue::addRow(int wavelength)
     Widget line = makeLine(lines);
     Row row;
     row.wavelength = wavelength;
-    makeLabel(line, shortened(wavelengthName(window.image().info(), wavelength), 16), nameWidth);
+    makeLabel(line, shortened(wavelengthName(window.image().info(), wavelength), nameLength), widestName);
     addColorMenu(row, line);
     row.black = makeScale(line, "black", moved, this);
     row.white = makeScale(line, "white", moved, this);
-    row.values = makeLabel(line, " ", valuesWidth);
+    row.values = makeLabel(line, " ", widestValues);
     rows.push_back(row);
 }
 
@@ -172,7 +199,7 @@ void ContrastDialogue::showRow(Row& row)
     char text[64];
     std::snprintf(text, sizeof text, window.holdsIntegers() ? "%.0f to %.0f" : "%.5g to %.5g",
                   static_cast<double>(limits.low), static_cast<double>(limits.high));
-    setLabel(row.values, text);
+    setGrowingLabel(row.values, text);
     const auto color =
         static_cast<std::size_t>(window.currentView().colors[static_cast<std::size_t>(row.wavelength)]);
     XtVaSetValues(row.swatch, XmNbackground, allocateColor(row.swatch, palette[color]), nullptr);

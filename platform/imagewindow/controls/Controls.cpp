@@ -1,14 +1,13 @@
 #include "platform/imagewindow/controls/Controls.h"
 
-#include "platform/imagewindow/canvas/Canvas.h"
 #include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/canvas/Canvas.h"
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
 
 #include <X11/IntrinsicP.h> // XtConfigureWidget
 #include <Xm/DrawingA.h>
 #include <Xm/Form.h>
-#include <Xm/Label.h>
 #include <Xm/Protocols.h>
 #include <Xm/RowColumn.h>
 #include <Xm/ScrollBar.h>
@@ -63,6 +62,9 @@ void canvasEvent(Widget, XtPointer client, XEvent* event, Boolean*)
     else if (event->type == PropertyNotify && event->xproperty.state == PropertyNewValue &&
              event->xproperty.atom == protocol::atoms(event->xproperty.display).overlay)
         window.overlayArrived();
+    else if (event->type == PropertyNotify &&
+             event->xproperty.atom == protocol::atoms(event->xproperty.display).tools)
+        window.toolsChanged();
 }
 
 void portEvent(Widget, XtPointer client, XEvent* event, Boolean*)
@@ -107,11 +109,10 @@ void Controls::makeWidgets(Size size)
     pScale = makeScale("position", "pos", info().sizeP > 1);
     tScale = makeScale("time", "t", info().sizeT > 1);
     zScale = makeScale("z", "z", info().sizeZ > 1 || window.growing());
-    status = makeStatus();
+    status.emplace(form);
     showSizes();
-    showView(window.currentView());
+    showView(window.currentView(), window.widestTexts());
     XtVaSetValues(form, XmNwidth, size.width, XmNheight, size.height + layOutAround(size.width, 0), nullptr);
-    XtVaSetValues(status, XmNresizePolicy, XmRESIZE_NONE, nullptr); // its texts do not widen it
     XtAddCallback(
         form, XmNresizeCallback,
         [](Widget, XtPointer client, XtPointer) { static_cast<Controls*>(client)->layOut(); }, this);
@@ -146,7 +147,10 @@ int Controls::layOutAround(int width, int height)
         place(row, top, side);
         top += side;
     }
-    for (Widget row : {status, pScale.row, tScale.row, zScale.row})
+    const int statusHeight = status->layOut(width);
+    bottom -= statusHeight;
+    place(status->widget(), bottom, statusHeight);
+    for (Widget row : {pScale.row, tScale.row, zScale.row})
         if (XtIsManaged(row)) {
             const int side = preferredHeight(row, width);
             bottom -= side;
@@ -162,30 +166,6 @@ void Controls::layOut()
     XtVaGetValues(form, XmNwidth, &width, XmNheight, &height, nullptr);
     if (XtIsRealized(form))
         layOutAround(width, height);
-}
-
-Widget Controls::makeStatus()
-{
-    Widget lines = XtVaCreateWidget("status", xmFormWidgetClass, form, nullptr);
-    const auto line = [&](const char* name, unsigned char alignment) {
-        Widget label =
-            XtVaCreateManagedWidget(name, xmLabelWidgetClass, lines, XmNalignment, alignment,
-                                    XmNrecomputeSize, False, XmNmarginHeight, 2, XmNmarginWidth, 8, nullptr);
-        setLabel(label, " ");
-        return label;
-    };
-    pixelLabel = line("pixel", XmALIGNMENT_BEGINNING);
-    stageLabel = line("stage", XmALIGNMENT_BEGINNING);
-    noteLabel = line("note", XmALIGNMENT_END);
-    XtVaSetValues(pixelLabel, XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM,
-                  XmNrightAttachment, XmATTACH_FORM, nullptr);
-    XtVaSetValues(stageLabel, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, pixelLabel,
-                  XmNbottomAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment,
-                  XmATTACH_WIDGET, XmNrightWidget, noteLabel, nullptr);
-    XtVaSetValues(noteLabel, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, pixelLabel, XmNbottomAttachment,
-                  XmATTACH_FORM, XmNrecomputeSize, True, XmNrightAttachment, XmATTACH_FORM, nullptr);
-    XtManageChild(lines);
-    return lines;
 }
 
 void Controls::makeArea(Size size)
@@ -300,29 +280,10 @@ void Controls::place(const Arrangement& arrangement)
                       side(arrangement.canvas.height), 0);
 }
 
-namespace {
-
-void showText(Widget label, std::string& shown, const std::string& text)
+void Controls::showStatus(const StatusTexts& texts)
 {
-    if (shown == text)
-        return;
-    shown = text;
-    setLabel(label, text.empty() ? " " : text);
-}
-
-} // namespace
-
-void Controls::showPixel(const std::string& text)
-{
-    showText(pixelLabel, statusTexts[0], text);
-}
-void Controls::showStage(const std::string& text)
-{
-    showText(stageLabel, statusTexts[1], text);
-}
-void Controls::showNote(const std::string& text)
-{
-    showText(noteLabel, statusTexts[2], text);
+    if (status->show(texts))
+        layOut();
 }
 
 void Controls::handlePort(XEvent& event)

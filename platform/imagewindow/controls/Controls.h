@@ -5,6 +5,7 @@
 
 #include "platform/image/ImageFile.h"
 #include "platform/imagewindow/controls/Menus.h"
+#include "platform/imagewindow/controls/StatusLines.h"
 #include "platform/imagewindow/view/Palette.h"
 #include "platform/imagewindow/view/View.h"
 
@@ -38,18 +39,16 @@ public:
     Size areaSize() const;
     // Puts canvas and scroll bars in their places.
     void place(const Arrangement& arrangement);
-    // Before place(): the rows that it shows and hides take room from the area.
-    void showView(const View& view);
+    // Before place(): the rows that it shows and hides take room from the area, and so do the lines for the
+    // widest texts.
+    void showView(const View& view, const StatusTexts& widest);
     // The menus follow the window's state.
     void showCommands() { showEntries(menus, window); }
     // Follows the image's numbers of sections, time points and positions.
     void showSizes();
     // Whether there is a scale for every dimension of another version of the image.
     bool hasScalesFor(const image::ImageInfo& other) const;
-    // The three texts of the status lines.
-    void showPixel(const std::string& text);
-    void showStage(const std::string& text);
-    void showNote(const std::string& text);
+    void showStatus(const StatusTexts& texts);
     // A button or motion event that no tool takes, in pixels of the area around the canvas.
     void handlePort(XEvent& event);
     // The user has switched a wavelength's toggle.
@@ -67,7 +66,6 @@ private:
     Widget makeToggles(Widget parent);
     SectionScale makeScale(const char* name, const char* title, bool present);
     void makeArea(Size area);
-    Widget makeStatus();
     void turnWheel(const XButtonEvent& event, int step);
     void showScale(SectionScale& scale, int index, int lastIndex, bool panelled);
     void showToggles(const View& view);
@@ -79,12 +77,11 @@ private:
 
     ImageWindow& window;
     Widget topLevel = nullptr, form = nullptr, area = nullptr, port = nullptr, canvasWidget = nullptr;
-    Widget channels = nullptr, status = nullptr, horizontal = nullptr, vertical = nullptr;
-    Widget pixelLabel = nullptr, stageLabel = nullptr, noteLabel = nullptr;
+    Widget channels = nullptr, horizontal = nullptr, vertical = nullptr;
+    std::optional<StatusLines> status;
     Menus menus;
     std::vector<Widget> toggles;
     SectionScale zScale, tScale, pScale;
-    std::array<std::string, 3> statusTexts;
     std::array<Pixel, palette.size()> colorPixels{}, textPixels{};
     Pixel dimmedPixel = 0;
     int dragX = 0, dragY = 0; // where the pointer was last while it drags the image

@@ -32,6 +32,9 @@ Widget makeMessage(Widget parent, MakeDialogue make, const std::string& title, c
     return dialogue;
 }
 
+constexpr int errorWidth = 90; // bytes of a line
+constexpr std::size_t maxErrorLines = 12;
+
 // .tif and .tiff, .ome and .ome.xml (the companion files), .btf.
 constexpr const char* imagePattern = "*.[tToObB][iImMtT][fFeE]*";
 constexpr const char* anyPattern = "*";
@@ -87,7 +90,9 @@ void unmanage(Widget dialogue, XtPointer /*client*/, XtPointer /*call*/)
 
 void showError(Widget parent, const std::string& title, const std::string& text)
 {
-    XtManageChild(makeMessage(parent, XmCreateErrorDialog, title, LabelText(text)));
+    const Measure length = [](const std::string& line) { return static_cast<int>(line.size()); };
+    const LabelText lines(flow(wordsOf(text), " ", errorWidth, maxErrorLines, length));
+    XtManageChild(makeMessage(parent, XmCreateErrorDialog, title, lines));
 }
 
 void showInformation(Widget parent, const std::string& title, const std::string& text)

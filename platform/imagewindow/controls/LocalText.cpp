@@ -15,7 +15,7 @@ bool printable(const text::Character& character)
 
 XmString oneLine(const std::string& utf8)
 {
-    return XmStringCreateLocalized(const_cast<char*>(localText(utf8).c_str()));
+    return XmStringCreateLocalized(const_cast<char*>(localText(shortened(utf8, maxLineCharacters)).c_str()));
 }
 
 } // namespace
@@ -37,31 +37,34 @@ std::string localText(const std::string& utf8)
     return local;
 }
 
-LabelText::LabelText(const std::string& utf8, LineFeeds lineFeeds) : text(nullptr)
+namespace {
+
+std::vector<std::string> linesOf(const std::string& utf8, LineFeeds lineFeeds)
 {
+    std::vector<std::string> lines;
     std::size_t start = 0;
     while (lineFeeds == LineFeeds::Kept) {
         const std::size_t end = utf8.find('\n', start);
         if (end == std::string::npos)
             break;
-        text = XmStringConcatAndFree(text, oneLine(utf8.substr(start, end - start)));
-        text = XmStringConcatAndFree(text, XmStringSeparatorCreate());
+        lines.push_back(utf8.substr(start, end - start));
         start = end + 1;
     }
-    text = XmStringConcatAndFree(text, oneLine(utf8.substr(start)));
+    lines.push_back(utf8.substr(start));
+    return lines;
 }
 
-std::string shortened(const std::string& utf8, std::size_t count)
+} // namespace
+
+LabelText::LabelText(const std::string& utf8, LineFeeds lineFeeds) : LabelText(linesOf(utf8, lineFeeds)) {}
+
+LabelText::LabelText(const std::vector<std::string>& lines) : text(nullptr)
 {
-    std::size_t position = 0, kept = 0, cut = 0;
-    while (position < utf8.size()) {
-        if (kept + 3 == count)
-            cut = position;
-        position += text::decodeUtf8(utf8, position).length;
-        if (++kept > count)
-            return utf8.substr(0, cut) + "...";
+    for (const std::string& line : lines) {
+        if (text)
+            text = XmStringConcatAndFree(text, XmStringSeparatorCreate());
+        text = XmStringConcatAndFree(text, oneLine(line));
     }
-    return utf8;
 }
 
 } // namespace viewer

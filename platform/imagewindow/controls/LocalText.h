@@ -2,9 +2,12 @@
 // which is what the widgets draw in the C locale.
 #pragma once
 
+#include "platform/imagewindow/view/TextFlow.h"
+
 #include <Xm/Xm.h>
 
 #include <string>
+#include <vector>
 
 namespace viewer {
 
@@ -14,10 +17,16 @@ std::string localText(const std::string& utf8);
 // Whether line feeds break lines. Only in texts of the program's own: a name from a file stays on one line.
 enum class LineFeeds { Replaced, Kept };
 
-// A compound string that its owner frees, for XtVaSetValues and the like.
+// What a line of a label shows at most: names in files and properties are as long as their writers like,
+// while a request that draws a text has a greatest length, and an X window a greatest width.
+constexpr std::size_t maxLineCharacters = 4096; // as long as a path can be
+
+// A compound string that its owner frees, for XtVaSetValues and the like. Lines above maxLineCharacters are
+// cut.
 class LabelText {
 public:
     explicit LabelText(const std::string& utf8, LineFeeds lineFeeds = LineFeeds::Replaced);
+    explicit LabelText(const std::vector<std::string>& lines);
     ~LabelText() { XmStringFree(text); }
     LabelText(const LabelText&) = delete;
     LabelText& operator=(const LabelText&) = delete;
@@ -26,8 +35,5 @@ public:
 private:
     XmString text;
 };
-
-// At most count characters of utf8, the last three being dots when it was cut.
-std::string shortened(const std::string& utf8, std::size_t count);
 
 } // namespace viewer

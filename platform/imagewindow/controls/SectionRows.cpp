@@ -4,8 +4,8 @@
 
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/controls/LocalText.h"
-#include "platform/imagewindow/view/Readout.h"
 #include "platform/imagewindow/controls/Widgets.h"
+#include "platform/imagewindow/view/Readout.h"
 
 #include <Xm/Form.h>
 #include <Xm/Label.h>
@@ -21,8 +21,8 @@ namespace viewer {
 namespace {
 
 constexpr int fewWavelengths = 8; // more than these get a scroll bar of their own
-constexpr std::size_t maxNameLength = 24;
-constexpr int scrolledHeight = 50, toggleSpacing = 8, toggleMargin = 6, rowMargin = 2; // screen pixels
+constexpr int scrolledHeight = 50, toggleSpacing = 8, toggleMargin = 6, rowMargin = 2, titleGap = 8,
+              valueGap = 16, narrowestValue = 80; // screen pixels
 
 void toggleChanged(Widget toggle, XtPointer client, XtPointer call)
 {
@@ -57,6 +57,14 @@ void wheelOnScale(Widget row, XtPointer client, XEvent* event, Boolean*)
     int value = 1;
     XmScaleGetValue(scale, &value);
     showIndex(*static_cast<ImageWindow*>(window), scale, value - 1 + (button == Button4 ? 1 : -1));
+}
+
+// Room for the text of any section, so that neither a digit is cut nor the scale moves.
+void showWidest(Widget value, int count)
+{
+    const std::string most = std::to_string(count);
+    const int width = measureOf(value)(most + " - " + most + " / " + most) + valueGap;
+    XtVaSetValues(value, XmNwidth, std::max(narrowestValue, width), nullptr);
 }
 
 void setManaged(Widget widget, bool managed)
@@ -124,15 +132,16 @@ Controls::SectionScale Controls::makeScale(const char* name, const char* title, 
     result.present = present;
     result.row = XtVaCreateWidget("scaleRow", xmFormWidgetClass, form, XmNuserData, &window, nullptr);
     const LabelText text(title);
-    Widget label = XtVaCreateManagedWidget("title", xmLabelWidgetClass, result.row, XmNlabelString,
-                                           static_cast<XmString>(text), XmNleftAttachment, XmATTACH_FORM,
-                                           XmNleftOffset, 8, XmNtopAttachment, XmATTACH_FORM,
-                                           XmNbottomAttachment, XmATTACH_FORM, XmNwidth, 30, XmNrecomputeSize,
-                                           False, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+    Widget label =
+        XtVaCreateManagedWidget("title", xmLabelWidgetClass, result.row, XmNlabelString,
+                                static_cast<XmString>(text), XmNleftAttachment, XmATTACH_FORM, XmNleftOffset,
+                                8, XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM,
+                                XmNrecomputeSize, False, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+    XtVaSetValues(label, XmNwidth, measureOf(label)("pos") + titleGap, nullptr);
     result.value = XtVaCreateManagedWidget("value", xmLabelWidgetClass, result.row, XmNrightAttachment,
                                            XmATTACH_FORM, XmNrightOffset, 8, XmNtopAttachment, XmATTACH_FORM,
-                                           XmNbottomAttachment, XmATTACH_FORM, XmNwidth, 80, XmNrecomputeSize,
-                                           False, XmNalignment, XmALIGNMENT_END, nullptr);
+                                           XmNbottomAttachment, XmATTACH_FORM, XmNrecomputeSize, False,
+                                           XmNalignment, XmALIGNMENT_END, nullptr);
     result.scale = XtVaCreateManagedWidget(
         name, xmScaleWidgetClass, result.row, XmNorientation, XmHORIZONTAL, XmNminimum, 1, XmNmaximum, 2,
         XmNvalue, 1, XmNscaleMultiple, 1, XmNshowArrows, XmEACH_SIDE, XmNscaleHeight, 15, XmNleftAttachment,
@@ -155,6 +164,7 @@ void Controls::showSizes()
     SectionScale* const scales[] = {&zScale, &tScale, &pScale};
     for (std::size_t i = 0; i < std::size(scales); ++i) {
         scales[i]->count = counts[i];
+        showWidest(scales[i]->value, counts[i]);
         if (scales[i]->present) // a scale needs two values at least
             XtVaSetValues(scales[i]->scale, XmNmaximum, std::max(2, counts[i]), nullptr);
     }
@@ -181,8 +191,9 @@ void Controls::showScale(SectionScale& section, int index, int lastIndex, bool p
     setLabel(section.value, shown + " / " + std::to_string(section.count));
 }
 
-void Controls::showView(const View& view)
+void Controls::showView(const View& view, const StatusTexts& widest)
 {
+    status->setWidest(widest);
     const View last = lastSection(info(), view);
     showScale(zScale, view.z, last.z, view.style == protocol::ZPanels);
     showScale(tScale, view.t, last.t, view.style == protocol::TimePanels);

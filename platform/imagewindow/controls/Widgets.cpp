@@ -2,6 +2,8 @@
 
 #include "platform/imagewindow/controls/LocalText.h"
 
+#include <Xm/Label.h>
+
 namespace viewer {
 
 Pixel allocateColor(Widget widget, const Rgb& color)
@@ -20,6 +22,27 @@ void setLabel(Widget label, const std::string& utf8)
 {
     const LabelText text(utf8);
     XtVaSetValues(label, XmNlabelString, static_cast<XmString>(text), nullptr);
+}
+
+namespace {
+
+XmRenderTable fontsOf(Widget label)
+{
+    XmRenderTable fonts = nullptr; // the label's own
+    XtVaGetValues(label, XmNrenderTable, &fonts, nullptr);
+    return fonts;
+}
+
+} // namespace
+
+Measure measureOf(Widget label)
+{
+    return [label](const std::string& utf8) -> int { return XmStringWidth(fontsOf(label), LabelText(utf8)); };
+}
+
+int lineHeightOf(Widget label)
+{
+    return XmStringHeight(fontsOf(label), LabelText("x"));
 }
 
 } // namespace viewer

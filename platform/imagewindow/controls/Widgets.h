@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/imagewindow/view/Palette.h"
+#include "platform/imagewindow/view/TextFlow.h"
 
 #include <X11/Intrinsic.h>
 
@@ -14,5 +15,10 @@ Pixel allocateColor(Widget widget, const Rgb& color);
 
 // Sets the text of a label, button or toggle.
 void setLabel(Widget label, const std::string& utf8);
+
+// How wide a text is in the font of a label, and how high a line of it; screen pixels. Ask no longer than the
+// label lives.
+Measure measureOf(Widget label);
+int lineHeightOf(Widget label);
 
 } // namespace viewer

@@ -1,5 +1,7 @@
 #include "platform/imagewindow/view/Readout.h"
 
+#include "platform/imagewindow/view/TextFlow.h"
+
 #include <cstdio>
 
 namespace viewer {
@@ -24,34 +26,45 @@ std::string wavelengthName(const image::ImageInfo& info, int wavelength)
                                : format("w %d", wavelength + 1);
 }
 
-std::string pixelText(const std::string& caption, int x, int y, const std::vector<WavelengthValue>& values)
+std::vector<std::string> pixelItems(const std::string& caption, int x, int y,
+                                    const std::vector<WavelengthValue>& values)
 {
-    std::string text = caption.empty() ? "" : caption + "   ";
-    text += format("x %d  y %d", x, y);
+    std::vector<std::string> items;
+    if (!caption.empty())
+        items.push_back(shortened(caption, maxNameLength));
+    items.push_back(format("x %d  y %d", x, y));
     for (const WavelengthValue& entry : values)
-        text += "   " + entry.name + " " +
-                (entry.value ? format("%.7g", static_cast<double>(*entry.value)) : std::string("-"));
-    return text;
+        items.push_back(shortened(entry.name, maxNameLength) + " " +
+                        (entry.value ? format("%.7g", static_cast<double>(*entry.value)) : "-"));
+    return items;
 }
 
-std::string stageText(const image::ImageFile& file, const image::SectionIndex& section, double x, double y)
+std::string stageText(const image::ImageFile& file, const Scale& scale, const image::SectionIndex& section,
+                      double x, double y)
 {
     const image::ImageInfo& info = file.info();
-    if (!info.calibrated)
+    if (!scale.known)
         return "";
     const auto header = [&](int field) { return file.extendedHeader(section, field); };
     const auto stageX = header(image::StageXMicrons), stageY = header(image::StageYMicrons);
     std::string text =
         format("%s %.2f, %.2f", stageX && stageY ? "stage" : "position",
-               stageX.value_or(0) + x * info.spacing[0], stageY.value_or(0) + y * info.spacing[1]);
+               stageX.value_or(0) + x * scale.spacing[0], stageY.value_or(0) + y * scale.spacing[1]);
     if (const auto z = header(image::StageZMicrons))
         text += format(", %.2f", *z);
-    else if (info.sizeZ > 1)
-        text += format(", %.2f", section.z * static_cast<double>(info.spacing[2]));
+    else if (info.sizeZ > 1 && scale.zKnown)
+        text += format(", %.2f", section.z * static_cast<double>(scale.spacing[2]));
     text += " µm";
     if (const auto time = header(image::TimeStampSeconds); time && info.sizeT > 1)
         text += format("   %.7g s", *time);
     return text;
+}
+
+std::string uncalibratedText(const image::ImageInfo& info, const Scale& scale)
+{
+    if (!scale.known)
+        return "uncalibrated: 1 pixel counts as 1 µm";
+    return scale.zKnown || info.sizeZ < 2 ? "" : "uncalibrated in z: 1 section counts as 1 µm";
 }
 
 } // namespace viewer

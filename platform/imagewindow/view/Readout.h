@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/image/ImageFile.h"
+#include "platform/imagewindow/view/Scale.h"
 
 #include <optional>
 #include <string>
@@ -17,11 +18,17 @@ struct WavelengthValue {
 // "AF647", else "525 nm", else "w 2".
 std::string wavelengthName(const image::ImageInfo& info, int wavelength);
 
-// "x 120  y 85   AF647 1450   DAPI 87"; caption (of a panel) goes in front.
-std::string pixelText(const std::string& caption, int x, int y, const std::vector<WavelengthValue>& values);
+// "x 120  y 85", "AF647 1450", "DAPI 87"; caption (of a panel) goes in front. Long names are shortened,
+// values never.
+std::vector<std::string> pixelItems(const std::string& caption, int x, int y,
+                                    const std::vector<WavelengthValue>& values);
 
 // "stage 1234.56, 78.90, 3.50 µm   12.5 s": place and time of data position (x, y) on a section, as far as
-// the file tells; "position ..." when it has no stage position, empty when it has no pixel spacing.
-std::string stageText(const image::ImageFile& file, const image::SectionIndex& section, double x, double y);
+// file and scale tell; "position ..." when it has no stage position, empty when the scale is not known.
+std::string stageText(const image::ImageFile& file, const Scale& scale, const image::SectionIndex& section,
+                      double x, double y);
+
+// "uncalibrated: 1 pixel counts as 1 µm" and the like; empty when the scale is known.
+std::string uncalibratedText(const image::ImageInfo& info, const Scale& scale);
 
 } // namespace viewer

@@ -8,10 +8,14 @@ using viewertest::FakeImage;
 
 TEST(Readout, PixelAndValues)
 {
-    EXPECT_EQ(pixelText("", 12, 0, {{"DAPI", 1450.0F}, {"w 2", 0.125F}}),
-              "x 12  y 0   DAPI 1450   w 2 0.125");
-    EXPECT_EQ(pixelText("z 3", 1, 2, {{"DAPI", std::nullopt}}), "z 3   x 1  y 2   DAPI -");
-    EXPECT_EQ(pixelText("", 0, 0, {{"a", 16777215.0F}, {"b", -3.0F}}), "x 0  y 0   a 1.677722e+07   b -3");
+    using Items = std::vector<std::string>;
+    EXPECT_EQ(pixelItems("", 12, 0, {{"DAPI", 1450.0F}, {"w 2", 0.125F}}),
+              (Items{"x 12  y 0", "DAPI 1450", "w 2 0.125"}));
+    EXPECT_EQ(pixelItems("z 3", 1, 2, {{"DAPI", std::nullopt}}), (Items{"z 3", "x 1  y 2", "DAPI -"}));
+    EXPECT_EQ(pixelItems("", 0, 0, {{"a", 16777215.0F}, {"b", -3.0F}}),
+              (Items{"x 0  y 0", "a 1.677722e+07", "b -3"}));
+    EXPECT_EQ(pixelItems("", 0, 0, {{std::string(270000, 'n'), 65535.0F}}).back(),
+              "nnnnnnnnnnnnnnnnnnnnn... 65535");
 }
 
 TEST(Readout, NamesOfWavelengths)
@@ -28,16 +32,18 @@ TEST(Readout, StagePositionAndTime)
 {
     FakeImage file(4, 4);
     image::ImageInfo& info = file.description;
-    EXPECT_EQ(stageText(file, {}, 1, 1), ""); // uncalibrated
+    EXPECT_EQ(stageText(file, scaleOf(info, {}), {}, 1, 1), ""); // uncalibrated
     info.calibrated = true;
     info.spacing[0] = 0.5F;
     info.spacing[1] = 0.25F;
     info.spacing[2] = 2;
-    EXPECT_EQ(stageText(file, {}, 10, 10), "position 5.00, 2.50 µm");
+    info.zCalibrated = true;
+    EXPECT_EQ(stageText(file, scaleOf(info, {}), {}, 10, 10), "position 5.00, 2.50 µm");
     info.sizeZ = 4;
-    EXPECT_EQ(stageText(file, {.z = 3}, 10, 10), "position 5.00, 2.50, 6.00 µm");
+    EXPECT_EQ(stageText(file, scaleOf(info, {}), {.z = 3}, 10, 10), "position 5.00, 2.50, 6.00 µm");
     file.header = [](int field) -> std::optional<double> { return field == 1 ? 12.5 : field * 1000.0; };
-    EXPECT_EQ(stageText(file, {.z = 3}, 10, 10), "stage 2005.00, 3002.50, 4000.00 µm");
+    EXPECT_EQ(stageText(file, scaleOf(info, {}), {.z = 3}, 10, 10), "stage 2005.00, 3002.50, 4000.00 µm");
     info.sizeT = 9;
-    EXPECT_EQ(stageText(file, {.z = 3}, 10, 10), "stage 2005.00, 3002.50, 4000.00 µm   12.5 s");
+    EXPECT_EQ(stageText(file, scaleOf(info, {}), {.z = 3}, 10, 10),
+              "stage 2005.00, 3002.50, 4000.00 µm   12.5 s");
 }

@@ -55,7 +55,8 @@ std::string stackImage()
 }
 
 Viewer::Viewer(std::vector<std::string> arguments, const std::string& standardInput)
-    : process(command(std::move(arguments), standardInput), {{"XDG_CACHE_HOME", scratchFolder() / "cache"}})
+    : process(command(std::move(arguments), standardInput),
+              {{"XDG_CACHE_HOME", scratchFolder() / "cache"}, {"XDG_DATA_HOME", scratchFolder() / "data"}})
 {
     drive::waitUntil([&] {
         return std::sscanf(process.output().c_str(), "window %d:", &number) == 1 || !process.running();

@@ -12,7 +12,7 @@ namespace viewertest {
 
 namespace fs = std::filesystem;
 
-// For all tests of a run. The ranges that a viewer keeps go there, too.
+// For all tests of a run. The ranges and scales that a viewer keeps go there, too.
 const TempFolder& scratchFolder();
 
 // 40 x 30 pixels of 8-bit red, green and blue: shown as they are. Wavelength c of pixel (x, y) is

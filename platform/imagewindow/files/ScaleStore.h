@@ -1,0 +1,26 @@
+// The scales that the user has set, one small text file for each image in the user's data folder:
+// $XDG_DATA_HOME/kelvora/scales, else ~/.local/share/kelvora/scales. Named by a hash of the image's path.
+#pragma once
+
+#include "platform/imagewindow/view/Scale.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace viewer {
+
+struct KeptScale {
+    UserScale scale;
+    bool current = false; // set for the file as it is now: same size and time
+};
+
+// Nothing when none is kept for that path, or what is there is no entry.
+std::optional<KeptScale> loadScale(const std::filesystem::path& image);
+
+// Keeps the scale for the file as it is now; forgetScale() removes what is kept for the path. Both return a
+// sentence when it could not be done, else an empty text.
+std::string keepScale(const std::filesystem::path& image, const UserScale& scale);
+std::string forgetScale(const std::filesystem::path& image);
+
+} // namespace viewer
