@@ -4,9 +4,7 @@
 #include <Xm/XmP.h>
 #include <cairo-xlib.h>
 
-#include <bit>
 #include <cmath>
-#include <numbers>
 
 namespace widgets {
 
@@ -225,17 +223,12 @@ void Painter::fill(double x, double y, double width, double height, const Color&
     cairo_fill(to);
 }
 
-void Painter::roundedBox(double x, double y, double width, double height, double radius, const Color& color)
+void Painter::frame(double x, double y, double width, double height, double thickness, const Color& color)
 {
-    constexpr double quarter = std::numbers::pi / 2;
     cairo_t* to = cairo(color);
-    cairo_new_sub_path(to);
-    cairo_arc(to, x + width - radius, y + radius, radius, -quarter, 0);
-    cairo_arc(to, x + width - radius, y + height - radius, radius, 0, quarter);
-    cairo_arc(to, x + radius, y + height - radius, radius, quarter, 2 * quarter);
-    cairo_arc(to, x + radius, y + radius, radius, 2 * quarter, 3 * quarter);
-    cairo_close_path(to);
-    cairo_fill(to);
+    cairo_set_line_width(to, thickness);
+    cairo_rectangle(to, x + thickness / 2, y + thickness / 2, width - thickness, height - thickness);
+    cairo_stroke(to);
 }
 
 void Painter::cross(double x, double y, double size, double thickness, const Color& color)

@@ -65,7 +65,8 @@ public:
     Drawable drawable() const { return buffer; }
 
     void fill(double x, double y, double width, double height, const Color& color);
-    void roundedBox(double x, double y, double width, double height, double radius, const Color& color);
+    // The edges of a box, inside it.
+    void frame(double x, double y, double width, double height, double thickness, const Color& color);
     // Two strokes from corner to corner of a square.
     void cross(double x, double y, double size, double thickness, const Color& color);
     // A triangle in a square, its point down, or to the right.

@@ -33,8 +33,11 @@ const char* const looks[] = {
 
 const std::map<std::string, Page>& pages()
 {
-    static const std::map<std::string, Page> all = {
-        {"aligner", alignerPage}, {"buttons", buttonPage}, {"progress", progressPage}, {"tips", tipPage}};
+    static const std::map<std::string, Page> all = {{"aligner", alignerPage},
+                                                    {"buttons", buttonPage},
+                                                    {"progress", progressPage},
+                                                    {"tabs", tabPage},
+                                                    {"tips", tipPage}};
     return all;
 }
 

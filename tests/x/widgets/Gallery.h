@@ -16,6 +16,7 @@ using Page = void (*)(Widget parent);
 void alignerPage(Widget parent);
 void buttonPage(Widget parent);
 void progressPage(Widget parent);
+void tabPage(Widget parent);
 void tipPage(Widget parent);
 
 // A line on standard output, at once.
