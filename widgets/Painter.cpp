@@ -243,18 +243,21 @@ void Painter::cross(double x, double y, double size, double thickness, const Col
     cairo_stroke(to);
 }
 
-void Painter::triangle(double x, double y, double size, bool pointsDown, const Color& color)
+void Painter::triangle(double x, double y, double size, Direction pointsTo, const Color& color)
 {
     cairo_t* to = cairo(color);
-    const double third = size / 4;
-    if (pointsDown) {
-        cairo_move_to(to, x, y + third);
-        cairo_line_to(to, x + size, y + third);
-        cairo_line_to(to, x + size / 2, y + size - third);
+    const double quarter = size / 4;
+    if (pointsTo == Direction::Right) {
+        cairo_move_to(to, x + quarter, y);
+        cairo_line_to(to, x + size - quarter, y + size / 2);
+        cairo_line_to(to, x + quarter, y + size);
     } else {
-        cairo_move_to(to, x + third, y);
-        cairo_line_to(to, x + size - third, y + size / 2);
-        cairo_line_to(to, x + third, y + size);
+        const bool down = pointsTo == Direction::Down;
+        const double base = y + (down ? quarter : size - quarter),
+                     point = y + (down ? size - quarter : quarter);
+        cairo_move_to(to, x, base);
+        cairo_line_to(to, x + size, base);
+        cairo_line_to(to, x + size / 2, point);
     }
     cairo_close_path(to);
     cairo_fill(to);

@@ -47,6 +47,8 @@ private:
 // The table that a widget was given, else the one of its surroundings; a copy that the caller frees.
 XmRenderTable ownRenderTable(Widget widget, XmRenderTable given);
 
+enum class Direction { Up, Down, Right };
+
 class Painter {
 public:
     // Fills the buffer with the ground colour. The widget must be realised.
@@ -69,8 +71,8 @@ public:
     void frame(double x, double y, double width, double height, double thickness, const Color& color);
     // Two strokes from corner to corner of a square.
     void cross(double x, double y, double size, double thickness, const Color& color);
-    // A triangle in a square, its point down, or to the right.
-    void triangle(double x, double y, double size, bool pointsDown, const Color& color);
+    // A triangle in a square.
+    void triangle(double x, double y, double size, Direction pointsTo, const Color& color);
 
 private:
     void settle();

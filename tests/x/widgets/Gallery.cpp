@@ -33,11 +33,9 @@ const char* const looks[] = {
 
 const std::map<std::string, Page>& pages()
 {
-    static const std::map<std::string, Page> all = {{"aligner", alignerPage},
-                                                    {"buttons", buttonPage},
-                                                    {"progress", progressPage},
-                                                    {"tabs", tabPage},
-                                                    {"tips", tipPage}};
+    static const std::map<std::string, Page> all = {{"aligner", alignerPage},   {"buttons", buttonPage},
+                                                    {"outliner", outlinerPage}, {"progress", progressPage},
+                                                    {"tabs", tabPage},          {"tips", tipPage}};
     return all;
 }
 

@@ -15,6 +15,7 @@ using Page = void (*)(Widget parent);
 
 void alignerPage(Widget parent);
 void buttonPage(Widget parent);
+void outlinerPage(Widget parent);
 void progressPage(Widget parent);
 void tabPage(Widget parent);
 void tipPage(Widget parent);
