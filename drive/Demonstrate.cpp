@@ -5,8 +5,10 @@
 #include <CLI/CLI.hpp>
 
 #include "drive/Pair.h"
+#include "drive/Structure.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -16,16 +18,13 @@
 namespace {
 
 namespace fs = std::filesystem;
+using drive::Line; // canvas pixels
 using drive::Pair;
 
 struct Options {
     std::vector<std::string> files;
     fs::path out = "out";
     std::vector<double> segment; // x0 y0 x1 y1 in image pixels
-};
-
-struct Line {
-    double x0 = 0, y0 = 0, x1 = 0, y1 = 0; // canvas pixels
 };
 
 void require(bool condition, const std::string& sentence)
@@ -53,40 +52,7 @@ public:
     fs::path path;
 };
 
-// Brightness of a column of pixels, added up.
-int columnSum(const drive::Picture& picture, int x, int top, int rows)
-{
-    int sum = 0;
-    for (int y = top; y < top + rows; ++y) {
-        const drive::Pixel& pixel = picture.at(x, y);
-        sum += pixel.red + pixel.green + pixel.blue;
-    }
-    return sum;
-}
-
-// The middle of the small square in which the brightness changes most from left to right: a bright structure,
-// or a dark one on bright ground. The mean over its rows keeps noise out.
-std::pair<int, int> strikingPlace(const drive::Picture& picture)
-{
-    constexpr int side = 12;
-    std::pair<int, int> place{picture.width / 2, picture.height / 2};
-    int most = 0;
-    for (int top = 0; top + side <= picture.height; top += side / 2) {
-        std::vector<int> sums;
-        for (int x = 0; x < picture.width; ++x)
-            sums.push_back(columnSum(picture, x, top, side));
-        for (int left = 0; left + side <= picture.width; left += side / 2) {
-            const auto [low, high] = std::minmax_element(sums.begin() + left, sums.begin() + left + side);
-            if (*high - *low > most) {
-                most = *high - *low;
-                place = {left + side / 2, top + side / 2};
-            }
-        }
-    }
-    return place;
-}
-
-// The wished segment, else a line across the most striking structure of the first panel.
+// The wished segment, else a line along the longest structure of the first panel.
 Line mainLine(Pair& pair, const Options& options)
 {
     if (!options.segment.empty()) {
@@ -97,21 +63,25 @@ Line mainLine(Pair& pair, const Options& options)
     const protocol::Geometry geometry = pair.display().geometry;
     drive::Rect panel = pair.screen.geometry(pair.canvas);
     panel.width = std::min(panel.width, geometry.panelWidth);
-    panel.height = std::min(panel.height, geometry.panelHeight);
-    const auto [x, y] = strikingPlace(pair.screen.capture(panel));
-    const double length = panel.width * 0.7;
-    const double start = std::clamp(x - length / 2, 1.0, std::max(1.0, panel.width - 2 - length));
-    return {start, double(y), start + length, double(y)};
+    constexpr int scaleBarRoom = 40;
+    panel.height = std::max(1, std::min(panel.height, geometry.panelHeight) - scaleBarRoom);
+    return drive::longestStructure(pair.screen.capture(panel));
 }
 
-// From the middle of another one upwards, or downwards where there is more room.
+// Through the middle of another one at a right angle, as far as the canvas reaches.
 Line acrossLine(Pair& pair, const Line& line)
 {
-    constexpr double longest = 60;
-    const double height = pair.screen.geometry(pair.canvas).height;
+    constexpr double half = 30;
+    const drive::Rect canvas = pair.screen.geometry(pair.canvas);
+    const double dx = line.x1 - line.x0, dy = line.y1 - line.y0, length = std::max(1.0, std::hypot(dx, dy));
     const double x = (line.x0 + line.x1) / 2, y = (line.y0 + line.y1) / 2;
-    const double end = y > height / 2 ? std::max(y - longest, 1.0) : std::min(y + longest, height - 2);
-    return {x, end, x, y};
+    const auto end = [&](double step) {
+        return std::pair{std::clamp(x - dy / length * step, 1.0, canvas.width - 2.0),
+                         std::clamp(y + dx / length * step, 1.0, canvas.height - 2.0)};
+    };
+    const auto [x0, y0] = end(-half);
+    const auto [x1, y1] = end(half);
+    return {x0, y0, x1, y1};
 }
 
 bool showsCurves(Pair& pair)

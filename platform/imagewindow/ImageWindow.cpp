@@ -1,4 +1,5 @@
 #include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/view/Readout.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -12,6 +13,11 @@ constexpr int toolRoom = 620;       // screen pixels that a tool window beside t
 constexpr int controlsHeight = 190; // of the window without the area, a generous estimate
 constexpr int minAreaWidth = 420, minAreaHeight = 200;
 constexpr std::size_t maxClients = 256; // whose windows are watched
+
+bool addsGraphic(const protocol::OverlayCommand& command)
+{
+    return command.kind == protocol::OverlayKind::AddPoint || command.kind == protocol::OverlayKind::AddLine;
+}
 
 } // namespace
 
@@ -54,7 +60,7 @@ void ImageWindow::applyOptions(const Options& options)
                 chosen[static_cast<std::size_t>(w)] = true;
             else
                 std::fprintf(stderr, "imagewindow: %s has %d wavelengths: there is no wavelength %d.\n",
-                             record.path.c_str(), info.sizeW, w + 1);
+                             onOneLine(record.path).c_str(), info.sizeW, w + 1);
         if (std::count(chosen.begin(), chosen.end(), true) > 0)
             view.displayed = chosen;
     }
@@ -64,12 +70,12 @@ void ImageWindow::applyOptions(const Options& options)
     clampSection(info, view);
     const int wantedZ = options.z.value_or(view.z);
     if (options.panels == protocol::SinglePanel && (view.z != wantedZ || view.t != options.t))
-        std::fprintf(stderr, "imagewindow: %s has no section %d,%d: showing %d,%d.\n", record.path.c_str(),
-                     wantedZ + 1, options.t + 1, view.z + 1, view.t + 1);
+        std::fprintf(stderr, "imagewindow: %s has no section %d,%d: showing %d,%d.\n",
+                     onOneLine(record.path).c_str(), wantedZ + 1, options.t + 1, view.z + 1, view.t + 1);
 }
 
-// Room for the image at the zoom asked for, else at zoom 1 when the screen has it beside a tool's window,
-// else for the image fitted.
+// Room for the image at the zoom asked for, else at zoom 1, a small one larger, when the screen has it beside
+// a tool's window, else for the image fitted.
 Size ImageWindow::chooseZoom(const Options& options)
 {
     Screen* screen = DefaultScreenOfDisplay(display());
@@ -77,6 +83,8 @@ Size ImageWindow::chooseZoom(const Options& options)
     const Size most{std::max(minAreaWidth, widest),
                     std::max(minAreaHeight, HeightOfScreen(screen) * 85 / 100 - controlsHeight)};
     view.zoom = options.zoom.value_or(1.0);
+    if (!options.zoom)
+        view.zoom = usefulZoom(image().info(), view);
     const Arrangement natural = arrange(image().info(), view, most, scrollBarThickness);
     view.fit = options.fit || (!options.zoom && (natural.horizontalBar || natural.verticalBar));
     const Arrangement chosen = view.fit ? arrange(image().info(), view, most, scrollBarThickness) : natural;
@@ -96,7 +104,7 @@ void ImageWindow::show()
         controls->setTitle("Image window " + std::to_string(record.windowNumber) + ": " + name);
     else
         std::fprintf(stderr, "imagewindow: no window number is free: tools cannot attach to %s.\n",
-                     record.path.c_str());
+                     onOneLine(record.path).c_str());
     controls->showCommands(); // some need the number
     pollScan();
     pollFile();
@@ -110,7 +118,7 @@ void ImageWindow::update()
     publish();
     if (canvasSeen && !announced) {
         announced = true;
-        std::printf("window %d: %s\n", record.windowNumber, record.path.c_str());
+        std::printf("window %d: %s\n", record.windowNumber, onOneLine(record.path).c_str());
         std::fflush(stdout);
     }
 }
@@ -195,23 +203,37 @@ PanelBinding ImageWindow::bindingOf(int panel) const
     return binding;
 }
 
-void ImageWindow::overlayArrived()
+// One request takes all commands of a backlog, which a notification each tells of.
+void ImageWindow::overlayArrived(unsigned long serial)
 {
+    if (serial < drainedSerial)
+        return;
+    drainedSerial = NextRequest(display());
     bool redraw = false;
     for (const protocol::OverlayCommand& command : protocol::drainOverlays(display(), controls->canvas())) {
-        if (!watchClient(command.client))
+        if (addsGraphic(command) && !watchClient(command.client))
             continue;
         const OverlayStore::Outcome outcome = overlays.apply(command, bindingOf(command.panel));
         redraw |= outcome == OverlayStore::Outcome::RedrawAsked;
-        if (outcome == OverlayStore::Outcome::Refused && !std::exchange(refusalTold, true))
-            std::fprintf(
-                stderr,
-                "imagewindow: a tool draws more graphics than a window holds; the rest is left out.\n");
+        if (outcome == OverlayStore::Outcome::Refused)
+            tellRefusal("a tool draws more graphics than a window holds; the rest is left out");
     }
     if (redraw && !imageStale && !layoutStale)
         paintOverlays();
     if (redraw && scaleDialogue)
         scaleDialogue->refresh();
+}
+
+void ImageWindow::tellRefusal(const char* reason)
+{
+    if (!std::exchange(refusalTold, true))
+        std::fprintf(stderr, "imagewindow: %s.\n", reason);
+}
+
+void ImageWindow::forgetIdleClients()
+{
+    std::erase_if(clients,
+                  [&](Window client) { return !overlays.holdsOf(static_cast<std::uint32_t>(client)); });
 }
 
 // A client is served only while its window lives; without this, graphics of a dead client would stay for
@@ -221,7 +243,11 @@ bool ImageWindow::watchClient(Window client)
     if (clients.contains(client))
         return true;
     if (clients.size() >= maxClients)
+        forgetIdleClients();
+    if (clients.size() >= maxClients) {
+        tellRefusal("too many tools draw into one window; a further one is left out");
         return false;
+    }
     protocol::ErrorTrap trap(display());
     XWindowAttributes attributes;
     if (!XGetWindowAttributes(display(), client, &attributes))

@@ -82,7 +82,8 @@ public:
     // Events of the canvas.
     void pointerAt(int x, int y);
     void pointerLeft();
-    void overlayArrived();
+    // serial: of the notification.
+    void overlayArrived(unsigned long serial);
     void toolsChanged();
     void exposed(Region region);
     void areaResized() { layoutStale = recordStale = true; }
@@ -135,6 +136,8 @@ private:
     void changed();
     protocol::DisplayRecord currentRecord() const;
     bool watchClient(Window client);
+    void forgetIdleClients();
+    void tellRefusal(const char* reason);
     PanelBinding bindingOf(int panel) const;
     Scene scene() const;
 
@@ -151,7 +154,8 @@ private:
     Arrangement arrangement;
     std::vector<PanelContent> panels;
     protocol::DisplayRecord record;   // as published
-    std::set<Window> clients;         // watched for their end
+    std::set<Window> clients;         // that have graphics here: watched for their end
+    unsigned long drainedSerial = 0;  // of the request that last took the overlay commands
     std::optional<XPoint> pointer;    // canvas pixels
     std::array<int, 2> singlePlace{}; // z and time point of before the panels
     std::optional<UserScale> userScale, former;

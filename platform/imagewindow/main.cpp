@@ -1,5 +1,6 @@
 #include "platform/image/ImageFile.h"
 #include "platform/imagewindow/Application.h"
+#include "platform/imagewindow/view/Readout.h"
 
 #include <csignal>
 #include <cstdio>
@@ -18,7 +19,7 @@ int openAll(viewer::Application& application, const viewer::Options& options)
             application.open(path, options);
             ++opened;
         } catch (const image::ImageError& error) {
-            std::fprintf(stderr, "imagewindow: %s\n", error.what());
+            std::fprintf(stderr, "imagewindow: %s\n", viewer::onOneLine(error.what()).c_str());
         }
     }
     return opened;

@@ -91,6 +91,12 @@ bool OverlayStore::dropClient(std::uint32_t client)
     return any;
 }
 
+bool OverlayStore::holdsOf(std::uint32_t client) const
+{
+    const auto count = perClient.find(client);
+    return count != perClient.end() && count->second > 0;
+}
+
 std::optional<std::vector<Graphic>> OverlayStore::takeTouched()
 {
     std::vector<Graphic> list;

@@ -40,6 +40,9 @@ public:
     // Forgets everything that a client drew; false when it drew nothing.
     bool dropClient(std::uint32_t client);
 
+    // Whether a client has graphics here.
+    bool holdsOf(std::uint32_t client) const;
+
     std::size_t size() const { return graphics.size(); }
 
     // Calls draw(graphic) for every graphic, in the order of client and id.

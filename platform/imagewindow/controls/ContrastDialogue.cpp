@@ -4,6 +4,7 @@
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/render/Contrast.h"
+#include "platform/imagewindow/view/Placement.h"
 #include "platform/imagewindow/view/Readout.h"
 
 #include <Xm/Form.h>
@@ -212,33 +213,23 @@ void ContrastDialogue::show()
     for (Row& row : rows)
         showRow(row);
     if (!std::exchange(placed, true))
-        placeBeside();
+        placeOnScreen();
     XtManageChild(dialogue);
     XMapRaised(XtDisplay(dialogue), XtWindow(XtParent(dialogue)));
 }
 
-void ContrastDialogue::placeBeside()
+void ContrastDialogue::placeOnScreen()
 {
-    constexpr int frame = 16; // room for the frames of both windows, screen pixels
     Widget image = XtParent(XtParent(dialogue));
     XtWidgetGeometry own{};
     XtQueryGeometry(column, nullptr, &own); // all that is in the dialogue, which has no size of its own yet
-    const int width = own.width, height = own.height;
-    Dimension imageWidth = 0, imageHeight = 0;
-    XtVaGetValues(image, XmNwidth, &imageWidth, XmNheight, &imageHeight, nullptr);
+    Dimension width = 0, height = 0;
+    XtVaGetValues(image, XmNwidth, &width, XmNheight, &height, nullptr);
     Position left = 0, top = 0;
     XtTranslateCoords(image, 0, 0, &left, &top);
-    const int screenWidth = WidthOfScreen(XtScreen(image)), screenHeight = HeightOfScreen(XtScreen(image));
-    int x = left, y = top;
-    if (left + imageWidth + width + 2 * frame <= screenWidth)
-        x = left + imageWidth + frame;
-    else if (left - width - 2 * frame >= 0)
-        x = left - width - frame;
-    else if (top + imageHeight + height + 4 * frame <= screenHeight)
-        y = top + imageHeight + 3 * frame;
-    else
-        return;
-    XtVaSetValues(dialogue, XmNdefaultPosition, False, XmNx, x, XmNy, y, nullptr);
+    const Place place = placeBeside({left, top}, {width, height}, {own.width, own.height},
+                                    {WidthOfScreen(XtScreen(image)), HeightOfScreen(XtScreen(image))});
+    XtVaSetValues(dialogue, XmNdefaultPosition, False, XmNx, place.left, XmNy, place.top, nullptr);
 }
 
 void ContrastDialogue::refresh()

@@ -19,7 +19,7 @@ public:
     ContrastDialogue(const ContrastDialogue&) = delete;
     ContrastDialogue& operator=(const ContrastDialogue&) = delete;
 
-    // Beside the image window when there is room, else where the window manager has it.
+    // Beside the image window when there is room, and whole on the screen.
     void show();
     // Follows wavelengths, colours and limits that have changed elsewhere.
     void refresh();
@@ -35,7 +35,7 @@ private:
     void addRow(int wavelength);
     void addColorMenu(Row& row, Widget line);
     void showRow(Row& row);
-    void placeBeside();
+    void placeOnScreen();
     void colorChosen(Widget button);
     void scaleMoved(Widget scale, int position);
 

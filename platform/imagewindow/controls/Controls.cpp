@@ -61,7 +61,7 @@ void canvasEvent(Widget, XtPointer client, XEvent* event, Boolean*)
         window.pointerLeft();
     else if (event->type == PropertyNotify && event->xproperty.state == PropertyNewValue &&
              event->xproperty.atom == protocol::atoms(event->xproperty.display).overlay)
-        window.overlayArrived();
+        window.overlayArrived(event->xproperty.serial);
     else if (event->type == PropertyNotify &&
              event->xproperty.atom == protocol::atoms(event->xproperty.display).tools)
         window.toolsChanged();

@@ -67,4 +67,23 @@ std::string uncalibratedText(const image::ImageInfo& info, const Scale& scale)
     return scale.zKnown || info.sizeZ < 2 ? "" : "uncalibrated in z: 1 section counts as 1 µm";
 }
 
+std::string onOneLine(const std::string& name)
+{
+    std::string line;
+    for (const char c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        char code[8];
+        std::snprintf(code, sizeof code, "\\x%02x", byte);
+        if (c == '\n')
+            line += "\\n";
+        else if (c == '\\')
+            line += "\\\\";
+        else if (byte < 32 || byte == 127)
+            line += code;
+        else
+            line += c;
+    }
+    return line;
+}
+
 } // namespace viewer

@@ -31,4 +31,8 @@ std::string stageText(const image::ImageFile& file, const Scale& scale, const im
 // "uncalibrated: 1 pixel counts as 1 µm" and the like; empty when the scale is known.
 std::string uncalibratedText(const image::ImageInfo& info, const Scale& scale);
 
+// A file's name where a line is a message: control characters and the backslash as "\\n" or "\\x1b", as
+// printf of a shell reads them.
+std::string onOneLine(const std::string& name);
+
 } // namespace viewer

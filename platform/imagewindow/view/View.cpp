@@ -207,6 +207,22 @@ double fitZoom(const image::ImageInfo& info, const View& view, Size visible)
     return std::min(scale, maxZoom);
 }
 
+double usefulZoom(const image::ImageInfo& info, View view)
+{
+    constexpr int usefulSide = 600; // canvas pixels
+    double useful = 1.0;
+    for (const double zoom : zoomSteps) {
+        if (zoom < 1 || zoom != std::floor(zoom))
+            continue;
+        view.zoom = zoom;
+        view.fit = false;
+        const Arrangement shown = arrange(info, view, {usefulSide, usefulSide}, 0);
+        if (!shown.horizontalBar && !shown.verticalBar)
+            useful = zoom;
+    }
+    return useful;
+}
+
 double steppedZoom(double zoom, int steps)
 {
     constexpr double slack = 1e-6;

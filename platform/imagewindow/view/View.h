@@ -80,6 +80,9 @@ int scaledSide(int pixels, double zoom);
 // The zoom at which every panel shows the whole image.
 double fitZoom(const image::ImageInfo& info, const View& view, Size visible);
 
+// Zoom 1; a small image, or its panels, as many whole times larger as fill a useful part of a window.
+double usefulZoom(const image::ImageInfo& info, View view);
+
 // Next zoom in the list of zoom steps; steps > 0 zooms in. The result is within the limits.
 double steppedZoom(double zoom, int steps);
 

@@ -47,3 +47,15 @@ TEST(Readout, StagePositionAndTime)
     EXPECT_EQ(stageText(file, scaleOf(info, {}), {.z = 3}, 10, 10),
               "stage 2005.00, 3002.50, 4000.00 µm   12.5 s");
 }
+
+TEST(Readout, ANameIsOneLineWhateverItHolds)
+{
+    const std::pair<std::string, std::string> cases[] = {
+        {"/data/cells \xc2\xb5m.tif", "/data/cells \xc2\xb5m.tif"},
+        {"a\nwindow 7: b", "a\\nwindow 7: b"},
+        {"\x1b[2J\t\x7f", "\\x1b[2J\\x09\\x7f"},
+        {"a\\nb", "a\\\\nb"},
+    };
+    for (const auto& [name, line] : cases)
+        EXPECT_EQ(onOneLine(name), line);
+}

@@ -161,6 +161,26 @@ TEST(View, ZoomSteps)
         EXPECT_NEAR(steppedZoom(row.zoom, row.steps), row.expected, 1e-9) << row.zoom << " by " << row.steps;
 }
 
+TEST(View, SmallImagesOpenLarger)
+{
+    const struct {
+        int width, height, style;
+        double expected;
+    } rows[] = {
+        {4000, 3000, protocol::SinglePanel, 1}, {512, 512, protocol::SinglePanel, 1},
+        {256, 256, protocol::SinglePanel, 2},   {64, 48, protocol::SinglePanel, 8},
+        {500, 10, protocol::SinglePanel, 1},    {1, 1, protocol::SinglePanel, 32},
+        {256, 256, protocol::ZPanels, 1},       {64, 48, protocol::ZPanels, 4},
+    };
+    for (const auto& row : rows) {
+        viewertest::FakeImage image(row.width, row.height);
+        image.description.sizeZ = 4;
+        View view = initialView(image.info());
+        view.style = row.style;
+        EXPECT_EQ(usefulZoom(image.info(), view), row.expected) << row.width << " x " << row.height;
+    }
+}
+
 TEST(View, PanelsShowConsecutiveSectionsOrWavelengths)
 {
     image::ImageInfo info = imageOf(10, 10, 5, 3, 30);

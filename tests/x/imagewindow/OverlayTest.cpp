@@ -94,3 +94,36 @@ TEST(Overlay, NonsenseAndFloodsAreSurvived)
     EXPECT_TRUE(viewer.process.running());
     EXPECT_LE(support::lineCount(viewer.process.errors()), 4) << viewer.process.errors();
 }
+
+// 256 windows are watched at most; those without graphics make room.
+TEST(Overlay, IdleClientsShutNobodyOut)
+{
+    Viewer viewer({rgbImage()});
+    const peers::Connection strangers;
+    for (int i = 0; i < 300; ++i) {
+        const auto client = static_cast<std::uint32_t>(strangers.makeWindow(1, 1));
+        for (const OverlayKind kind : {OverlayKind::AddPoint, OverlayKind::Remove})
+            protocol::appendOverlay(strangers, viewer.canvas, {.kind = kind, .client = client, .id = 1});
+    }
+    XSync(strangers, False);
+    Client client(viewer.canvas);
+    client.addLine(1, 5, 30, 10);
+    EXPECT_TRUE(viewer.waitForPixel(20, 10, amber));
+    EXPECT_EQ(viewer.process.errors(), "");
+}
+
+TEST(Overlay, ABacklogIsTakenWhole)
+{
+    Viewer viewer({rgbImage()});
+    Client client(viewer.canvas);
+    client.addLine(1, 5, 30, 5);
+    ASSERT_TRUE(viewer.waitForPixel(20, 5, amber));
+    viewer.process.signal(SIGSTOP);
+    for (int i = 0; i < 500; ++i)
+        client.addLine(2, 5, 30, 15);
+    client.addLine(3, 5, 30, 25);
+    viewer.process.signal(SIGCONT);
+    ASSERT_TRUE(viewer.waitForPixel(20, 25, amber));
+    client.addLine(4, 5, 30, 20);
+    EXPECT_TRUE(viewer.waitForPixel(20, 20, amber));
+}

@@ -2,6 +2,7 @@
 
 #include "tests/Folders.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace viewertest {
@@ -23,6 +24,8 @@ std::vector<std::string> command(const std::vector<std::string>& arguments, cons
     if (!standardInput.empty())
         words = {"/bin/sh", "-c", "exec \"$@\" <" + standardInput, "sh"};
     words.emplace_back(BIN_DIR "/imagewindow");
+    if (std::find(arguments.begin(), arguments.end(), "--zoom") == arguments.end())
+        words.insert(words.end(), {"--zoom", "1"}); // small images open larger
     for (const std::string& argument : arguments)
         words.push_back(argument);
     return words;

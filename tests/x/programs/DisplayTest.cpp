@@ -48,7 +48,7 @@ TEST_F(DisplayChange, ThePlotFollowsSectionAndTime)
     };
     writeConfig(constantScaling);
     for (const auto& [key, stack, step] : rows) {
-        Pair pair = open({sample("stack.ome.tif", stack.options())});
+        Pair pair = open({"--zoom", "1", sample("stack.ome.tif", stack.options())});
         pair.dragSegment(from.x, from.y, to.x, to.y);
         for (int i = 0; i < 3; ++i) {
             SCOPED_TRACE(std::to_string(step.z * i) + ", " + std::to_string(step.t * i));
@@ -76,7 +76,7 @@ TEST_F(DisplayChange, ThePlotFollowsTheWavelengthToggles)
 
 TEST_F(DisplayChange, OnlyFiveWavelengthsGetACurve)
 {
-    Pair pair = open({sample("many.ome.tif", Stack{1, 1, 7}.options())});
+    Pair pair = open({"--zoom", "1", sample("many.ome.tif", Stack{1, 1, 7}.options())});
     const auto shown = [&] {
         const auto wavelengths = pair.display().wavelengths;
         return std::ranges::count_if(wavelengths, [](const auto& w) { return w.displayed; });
@@ -149,7 +149,8 @@ TEST_F(Panels, TheSegmentBelongsToItsPanel)
     writeConfig(constantScaling);
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.kind) + " panel " + std::to_string(row.panel));
-        Pair pair = open({"--panels", row.kind, sample("panels.ome.tif", row.stack.options())});
+        Pair pair =
+            open({"--zoom", "1", "--panels", row.kind, sample("panels.ome.tif", row.stack.options())});
         ASSERT_EQ(pair.display().geometry.zoom, 1.0);
         moveTo(pair, from, row.panel);
         screen.press();

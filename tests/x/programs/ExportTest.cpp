@@ -123,7 +123,7 @@ TEST_F(Export, EveryCellAgreesWithAnotherReaderOfTheImage)
     const fs::path image = field();
     if (readMetadata(image, {}).missing)
         GTEST_SKIP() << "tifffile is not installed";
-    Pair pair = open({image});
+    Pair pair = open({"--zoom", "1", image});
     screen.clickCentre(pair.setting(Pair::FwhmToggle));
     pair.dragSegment(30, 40, 270, 160);
     save(pair, "1");
@@ -216,7 +216,7 @@ class ForeignReader : public Export {
 protected:
     void writeSheet()
     {
-        Pair pair = open({field()});
+        Pair pair = open({"--zoom", "1", field()});
         screen.clickCentre(pair.setting(Pair::FwhmToggle));
         for (const Point to : {Point{270, 120}, Point{60, 190}}) {
             pair.dragSegment(100, 30, to.x, to.y);

@@ -58,6 +58,8 @@ TEST_F(StartUp, ThePairStandsSideBySide)
     EXPECT_TRUE(blank(screen.capture(pair.plot)));
     EXPECT_EQ(pair.message(), "Define a line segment in the image window");
     EXPECT_EQ(pair.savedCount(), "0");
+    // Tools of several windows have one title.
+    EXPECT_EQ(screen.property(pair.toolWindow, "WM_ICON_NAME"), "Arbitrary Line Profile (1)");
     expectDone(pair);
 }
 
