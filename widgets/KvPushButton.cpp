@@ -12,24 +12,14 @@ KvPushButtonRec* asButton(Widget widget)
     return reinterpret_cast<KvPushButtonRec*>(widget);
 }
 
-// In a tool bar a picture without words is the rule, so that the type follows from what is given.
-void labelTypeByPixmap(Widget widget, int, XrmValue* value)
-{
-    static unsigned char type;
-    const Pixmap pixmap = asButton(widget)->label.pixmap;
-    type = pixmap != None && pixmap != XmUNSPECIFIED_PIXMAP ? XmPIXMAP_AND_STRING : XmSTRING;
-    value->size = sizeof type;
-    value->addr = reinterpret_cast<XPointer>(&type);
-}
-
 #define BUTTON_FIELD(name) XtOffsetOf(KvPushButtonRec, name)
 
 XtResource resources[] = {
     flagRow(XmNkvFlat, "KvFlat", BUTTON_FIELD(kv.flat), true),
     immediateRow(XmNpixmapPlacement, XmCPixmapPlacement, XmRPixmapPlacement, sizeof(unsigned int),
                  BUTTON_FIELD(label.pixmap_placement), XmPIXMAP_TOP),
-    computedRow(XmNlabelType, XmCLabelType, XmRLabelType, sizeof(unsigned char),
-                BUTTON_FIELD(label.label_type), labelTypeByPixmap),
+    immediateRow(XmNlabelType, XmCLabelType, XmRLabelType, sizeof(unsigned char),
+                 BUTTON_FIELD(label.label_type), XmPIXMAP_AND_STRING),
 };
 
 void takeColor(Widget widget, GC& gc, Pixel& field, Pixel color)

@@ -1,6 +1,6 @@
 /* Push button for tool bars: XmPushButton with pixmap and string, flat until the pointer enters it or it is
- * pressed. All resources and callbacks are XmPushButton's; XmNlabelType is XmPIXMAP_AND_STRING where a
- * labelPixmap is given, and the pixmap stands above the string.
+ * pressed. All resources and callbacks are XmPushButton's; XmNlabelType is XmPIXMAP_AND_STRING by
+ * default, and the pixmap, where there is one, stands above the string.
  *
  *  resource      type      default   meaning
  *  XmNkvFlat     Boolean   True      no shadow until the pointer enters; False: XmPushButton's own look

@@ -5,6 +5,8 @@
 
 #include <X11/Intrinsic.h>
 
+#define XmNkvPixmapFolder "kvPixmapFolder"
+
 namespace widgets {
 
 // A pixmap of the screen's depth that shows the picture over the background pixel, in the picture's size
@@ -17,9 +19,10 @@ Pixmap fadedPixmap(Widget widget, Pixmap pixmap, Pixel background);
 
 // Registers the converter from String to the types of Motif's pixmap resources (labelPixmap,
 // labelInsensitivePixmap, largeIconPixmap and their like). The string names a file: a path, else a file in
-// the folder of the resource XmNkvPixmapFolder of the application shell. Its format is known by its content,
-// its size follows the resolution of the screen. What is no picture file is left to Motif's own converter. A
-// second call does nothing.
+// the folder of the application resource XmNkvPixmapFolder. Its format is known by its content, its opacity
+// is blended over the widget's background, its size follows the resolution of the screen, and the pixmap goes
+// with the last widget that uses it. A name that is no picture file is left to XmGetPixmap. To be called
+// before widgets are created; a second call does nothing new.
 void registerPixmapConverter();
 
 } // namespace widgets

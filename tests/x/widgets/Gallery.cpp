@@ -33,9 +33,10 @@ const char* const looks[] = {
 
 const std::map<std::string, Page>& pages()
 {
-    static const std::map<std::string, Page> all = {{"aligner", alignerPage},   {"buttons", buttonPage},
-                                                    {"outliner", outlinerPage}, {"progress", progressPage},
-                                                    {"tabs", tabPage},          {"tips", tipPage}};
+    static const std::map<std::string, Page> all = {{"aligner", alignerPage},  {"buttons", buttonPage},
+                                                    {"combo", comboPage},      {"outliner", outlinerPage},
+                                                    {"pictures", picturePage}, {"progress", progressPage},
+                                                    {"tabs", tabPage},         {"tips", tipPage}};
     return all;
 }
 

@@ -15,7 +15,9 @@ using Page = void (*)(Widget parent);
 
 void alignerPage(Widget parent);
 void buttonPage(Widget parent);
+void comboPage(Widget parent);
 void outlinerPage(Widget parent);
+void picturePage(Widget parent);
 void progressPage(Widget parent);
 void tabPage(Widget parent);
 void tipPage(Widget parent);
