@@ -1,12 +1,13 @@
-/* Combo box: XmComboBox with sizes that follow the resolution, items as one string, and a key that goes to
- * the next item that begins with it. All other resources and callbacks are XmComboBox's.
+/* Combo box: XmComboBox with sizes that follow the resolution and items as one string. All other resources
+ * and callbacks are XmComboBox's.
  *
- *  resource             type            default                 meaning
- *  XmNkvItems           String          NULL                    the items, parted by '|': "Left|Right";
- * setting it replaces all and selects the first XmNcomboBoxType      unsigned char   XmDROP_DOWN_LIST
- *  XmNpositionMode      XtEnum          XmZERO_BASED
- *  XmNarrowSize         Dimension       15 *
- *  XmNarrowSpacing      Dimension       3 *
+ *  resource           type           default            meaning
+ *  XmNkvItems         String         NULL               the items, parted by '|': "Left|Right"; setting it
+ *                                                       replaces all and selects the first
+ *  XmNcomboBoxType    unsigned char  XmDROP_DOWN_LIST
+ *  XmNpositionMode    XtEnum         XmZERO_BASED
+ *  XmNarrowSize       Dimension      15 *
+ *  XmNarrowSpacing    Dimension      3 *
  *
  *  * in pixels of 96 dots per inch, follows Xft.dpi
  */

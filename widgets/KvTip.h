@@ -5,13 +5,13 @@
  * may have several lines, and is copied. NULL takes the tip away. The tip goes with its widget. A child
  * without a tip shows that of the nearest parent that has one.
  *
- * The tip is a label named "kvTip" in a shell of the class XmKvTip, both found by resource files:
+ * The tip is a label named "kvTip". Resource files may set:
  *
- *  resource         type           default         meaning
- *  kvTipDelay       int            600             milliseconds of rest before it shows
- *  *kvTip.background    Pixel      #ffffe1
- *  *kvTip.foreground    Pixel      #101010
- *  *kvTip.renderTable   XmRenderTable  dynamic     the surroundings' font
+ *  resource             type           default   meaning
+ *  kvTipDelay           int            600       milliseconds of rest before it shows
+ *  *kvTip.background    Pixel          #ffffe1
+ *  *kvTip.foreground    Pixel          #101010
+ *  *kvTip.renderTable   XmRenderTable  dynamic   the surroundings' font
  */
 #pragma once
 
