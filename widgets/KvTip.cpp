@@ -43,12 +43,27 @@ void hide()
     shown = {};
 }
 
-int delayOf(Widget widget)
+struct TipLook {
+    int delay; // milliseconds
+    Pixel background, foreground;
+};
+
+// Names of their own: "*background" means the widgets of a program, not what lies on them.
+TipLook lookOf(Widget widget)
 {
-    int delay = usualDelay;
-    XtResource row = intRow(XmNkvTipDelay, "KvTipDelay", 0, usualDelay);
-    XtGetApplicationResources(widget, &delay, &row, 1, nullptr, 0);
-    return std::max(delay, 0);
+    TipLook look{};
+    const auto colorRow = [](const char* name, const char* className, Cardinal offset, const char* color) {
+        return XtResource{
+            name, className, XmRPixel, sizeof(Pixel), offset, XmRString, const_cast<char*>(color)};
+    };
+    XtResource rows[] = {
+        intRow(XmNkvTipDelay, "KvTipDelay", XtOffsetOf(TipLook, delay), usualDelay),
+        colorRow(XmNkvTipBackground, "KvTipBackground", XtOffsetOf(TipLook, background), "#ffffe1"),
+        colorRow(XmNkvTipForeground, "KvTipForeground", XtOffsetOf(TipLook, foreground), "#101010"),
+    };
+    XtGetApplicationResources(widget, &look, rows, XtNumber(rows), nullptr, 0);
+    look.delay = std::max(look.delay, 0);
+    return look;
 }
 
 Widget shellOf(Widget widget)
@@ -56,24 +71,6 @@ Widget shellOf(Widget widget)
     while (!XtIsShell(widget))
         widget = XtParent(widget);
     return widget;
-}
-
-struct TipColors {
-    Pixel background, foreground;
-};
-
-// What the resource files say of the label, else black on a light yellow.
-TipColors colorsFor(Widget shell)
-{
-    TipColors colors{};
-    const auto row = [](const char* name, const char* className, Cardinal offset, const char* color) {
-        return XtResource{
-            name, className, XmRPixel, sizeof(Pixel), offset, XmRString, const_cast<char*>(color)};
-    };
-    XtResource rows[] = {row(XmNbackground, XmCBackground, XtOffsetOf(TipColors, background), "#ffffe1"),
-                         row(XmNforeground, XmCForeground, XtOffsetOf(TipColors, foreground), "#101010")};
-    XtGetSubresources(shell, &colors, "kvTip", "XmLabel", rows, XtNumber(rows), nullptr, 0);
-    return colors;
 }
 
 // Below and right of the pointer, above it where the screen ends below.
@@ -96,10 +93,10 @@ void show(XtPointer, XtIntervalId*)
                                        XmNborderWidth, widgets::scaled(parent, 1), nullptr);
     XmString text = XmStringCreateLocalized(texts()[shown.owner].data());
     const int margin = widgets::scaled(parent, 3);
-    const TipColors colors = colorsFor(shown.shell);
+    const TipLook look = lookOf(shown.owner);
     XtVaCreateManagedWidget("kvTip", xmLabelWidgetClass, shown.shell, XmNlabelString, text, XmNalignment,
                             XmALIGNMENT_BEGINNING, XmNmarginWidth, margin, XmNmarginHeight, margin,
-                            XmNbackground, colors.background, XmNforeground, colors.foreground, nullptr);
+                            XmNbackground, look.background, XmNforeground, look.foreground, nullptr);
     XmStringFree(text);
     XtRealizeWidget(shown.shell);
     place(shown.shell);
@@ -113,7 +110,7 @@ void wait(Widget owner, const XCrossingEvent& at)
     shown.x = at.x_root;
     shown.y = at.y_root;
     shown.timer = XtAppAddTimeOut(XtWidgetToApplicationContext(owner),
-                                  static_cast<unsigned long>(delayOf(owner)), show, nullptr);
+                                  static_cast<unsigned long>(lookOf(owner).delay), show, nullptr);
 }
 
 // Motion: the tip stands where the pointer comes to rest, and waits anew as long as it moves.

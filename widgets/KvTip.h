@@ -5,13 +5,14 @@
  * may have several lines, and is copied. NULL takes the tip away. The tip goes with its widget. A child
  * without a tip shows that of the nearest parent that has one.
  *
- * The tip is a label named "kvTip". Resource files may set:
+ * Application resources, and resources of the widget:
  *
- *  resource             type           default   meaning
- *  kvTipDelay           int            600       milliseconds of rest before it shows
- *  *kvTip.background    Pixel          #ffffe1
- *  *kvTip.foreground    Pixel          #101010
- *  *kvTip.renderTable   XmRenderTable  dynamic   the surroundings' font
+ *  resource             type     default   meaning
+ *  XmNkvTipDelay        int      600       milliseconds of rest before it shows
+ *  XmNkvTipBackground   Pixel    #ffffe1
+ *  XmNkvTipForeground   Pixel    #101010
+ *
+ * The tip is a label named "kvTip", whose other resources resource files may set.
  */
 #pragma once
 
@@ -22,6 +23,8 @@ extern "C" {
 #endif
 
 #define XmNkvTipDelay "kvTipDelay"
+#define XmNkvTipBackground "kvTipBackground"
+#define XmNkvTipForeground "kvTipForeground"
 
 void XmKvTipSet(Widget widget, const char* text);
 

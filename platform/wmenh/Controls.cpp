@@ -4,6 +4,7 @@
 #include "platform/wmenh/Keyboard.h"
 #include "platform/wmenh/MainWindow.h"
 #include "platform/wmenh/Toolkit.h"
+#include "widgets/KvTip.h"
 
 #include <Xm/DrawingA.h>
 #include <Xm/Label.h>
@@ -249,9 +250,7 @@ void WMAddToolTip(const char* text)
     const Widget last = currentRows().last();
     if (!last)
         return;
-    const Label tip(text);
-    const bool menu = XtIsSubclass(last, xmRowColumnWidgetClass);
-    XtVaSetValues(menu ? XmOptionButtonGadget(last) : last, XmNtoolTipString, tip.get(), nullptr);
+    XmKvTipSet(last, localeText(text).c_str());
 }
 
 void WMDisableField(Widget control)

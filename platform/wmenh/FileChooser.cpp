@@ -7,6 +7,7 @@
 #include "platform/wmenh/ChooserPaths.h"
 #include "platform/wmenh/Dialogues.h"
 #include "platform/wmenh/Toolkit.h"
+#include "widgets/KvTip.h"
 
 #include <Xm/FileSB.h>
 #include <Xm/Label.h>
@@ -153,10 +154,10 @@ void lastFolderPressed(Widget, XtPointer data, XtPointer)
 
 void addLastFolderButton(Chooser& chooser)
 {
-    const Label label("Last Folder"), tip("Go to the folder of the file\nthat was written last");
-    const Widget button =
-        XtVaCreateManagedWidget("lastFolder", xmPushButtonWidgetClass, chooser.box, XmNlabelString,
-                                label.get(), XmNtoolTipString, tip.get(), nullptr);
+    const Label label("Last Folder");
+    const Widget button = XtVaCreateManagedWidget("lastFolder", xmPushButtonWidgetClass, chooser.box,
+                                                  XmNlabelString, label.get(), nullptr);
+    XmKvTipSet(button, "Go to the folder of the file\nthat was written last");
     XtAddCallback(button, XmNactivateCallback, lastFolderPressed, &chooser);
 }
 

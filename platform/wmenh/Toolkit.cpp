@@ -44,9 +44,6 @@ const char* const looks[] = {
     "*XmList.background: #ffffff",
     "*XmList.selectColor: #bcd0e8",
     "*complaint.foreground: #a00000",
-    "*TipLabel.background: #ffffe1",
-    "*TipLabel.alignment: ALIGNMENT_BEGINNING",
-    "*toolTipPostDelay: 600",
 };
 // The list is Xt's for the life of the process.
 String* fallbackResources(Display* display)
@@ -94,7 +91,7 @@ Toolkit start()
                         const_cast<char**>(argv));
     kit.shell = XtVaAppCreateShell(name.c_str(), klass.c_str(), applicationShellWidgetClass, kit.display,
                                    XmNmappedWhenManaged, False, XmNdeleteResponse, XmDO_NOTHING,
-                                   XmNallowShellResize, True, XmNtoolTipEnable, True, nullptr);
+                                   XmNallowShellResize, True, nullptr);
     return kit;
 }
 

@@ -63,6 +63,10 @@ TEST_F(FieldTest, tipsShowOnEveryKindOfWidget)
         screen.moveTo(widget, 10, 10);
         const Window tip = popup();
         ASSERT_NE(tip, Window{}) << kind;
+        // Its own ground, not that of the program.
+        EXPECT_TRUE(drive::waitUntil([&] {
+            return screen.capture(tip).at(2, 2) == drive::Pixel{255, 255, 225};
+        }));
         EXPECT_GT(screen.geometry(tip).y, screen.geometry(widget).y + 10);
         if (kind < 3) {
             screen.press();
