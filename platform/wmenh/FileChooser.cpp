@@ -4,6 +4,7 @@
 // which then stays.
 #include "platform/include/IWL.h"
 #include "platform/include/WMEnh.h"
+#include "platform/text/Locale.h"
 #include "platform/wmenh/ChooserPaths.h"
 #include "platform/wmenh/Dialogues.h"
 #include "platform/wmenh/Toolkit.h"
@@ -31,9 +32,11 @@ struct Chooser {
     Widget box = nullptr;
     Widget complaint = nullptr;
     int capacity = 0;
-    std::string extension;  // appended to names that have none
-    std::string remembered; // folder of last time, empty when there is none
-    std::string name;       // what the user has in the name field
+    std::string extension;           // appended to names that have none
+    std::string remembered;          // folder of last time, empty when there is none
+    std::string name;                // what the user had in the name field before the last search
+    XmQualifyProc qualify = nullptr; // the box's own
+    XtIntervalId restoring = 0;      // timeout that puts the name back
     bool ended = false;
     std::string path; // chosen, empty when cancelled
 };
@@ -101,6 +104,25 @@ void showName(const Chooser& chooser)
     XmTextFieldSetInsertionPosition(field, XmTextFieldGetLastPosition(field));
 }
 
+void restoreName(XtPointer data, XtIntervalId*)
+{
+    Chooser& chooser = *static_cast<Chooser*>(data);
+    chooser.restoring = 0;
+    showName(chooser);
+}
+
+// Search procedure of the box, called first whenever it is going to list a folder, however the user got
+// there. The box then clears the name; the user wants to keep it.
+void keepName(Widget box, XtPointer given, XtPointer qualified)
+{
+    Chooser* chooser = nullptr;
+    XtVaGetValues(box, XmNuserData, &chooser, nullptr);
+    chooser->name = XtText(XmTextFieldGetString(nameField(*chooser))).get();
+    if (!chooser->restoring)
+        chooser->restoring = XtAppAddTimeOut(toolkit().context, 0, restoreName, chooser);
+    chooser->qualify(box, given, qualified);
+}
+
 // Room for two lines is kept so that the dialogue does not jump.
 void complain(const Chooser& chooser, const std::string& sentence)
 {
@@ -111,12 +133,10 @@ void complain(const Chooser& chooser, const std::string& sentence)
     XtVaSetValues(chooser.complaint, XmNlabelString, label.get(), nullptr);
 }
 
-// The box forgets the name when it goes to another folder; the user wants to keep it.
-void goTo(Chooser& chooser, const std::string& folder)
+void goTo(const Chooser& chooser, const std::string& folder)
 {
     const PathString directory(folder);
     XtVaSetValues(chooser.box, XmNdirectory, directory.get(), nullptr);
-    showName(chooser);
 }
 
 void okPressed(Widget, XtPointer data, XtPointer)
@@ -127,7 +147,8 @@ void okPressed(Widget, XtPointer data, XtPointer)
     const std::string named = pathFromName(folderOf(chooser), typed.get());
     std::error_code error;
     if (!blank && std::filesystem::is_directory(named, error)) {
-        chooser.name.clear();
+        chooser.name.clear(); // it was the folder's
+        showName(chooser);
         complain(chooser, "");
         goTo(chooser, named);
         return;
@@ -148,7 +169,7 @@ void cancelPressed(Widget, XtPointer data, XtPointer)
 
 void lastFolderPressed(Widget, XtPointer data, XtPointer)
 {
-    Chooser& chooser = *static_cast<Chooser*>(data);
+    const Chooser& chooser = *static_cast<Chooser*>(data);
     goTo(chooser, chooser.remembered);
 }
 
@@ -159,6 +180,31 @@ void addLastFolderButton(Chooser& chooser)
                                                   XmNlabelString, label.get(), nullptr);
     XmKvTipSet(button, "Go to the folder of the file\nthat was written last");
     XtAddCallback(button, XmNactivateCallback, lastFolderPressed, &chooser);
+}
+
+// Map callback: the box would follow the longest name in its lists, off the screen. It keeps one width.
+void limitWidth(Widget box, XtPointer, XtPointer)
+{
+    constexpr int columns = 100; // of average characters
+    XmRenderTable fonts = nullptr;
+    XtVaGetValues(XmFileSelectionBoxGetChild(box, XmDIALOG_LIST), XmNrenderTable, &fonts, nullptr);
+    const Label sample(std::string(columns, 'n'));
+    const int width = std::min<int>(XmStringWidth(fonts, sample.get()), screenArea(box).width * 9 / 10);
+    XtVaSetValues(box, XmNresizePolicy, XmRESIZE_NONE, XmNwidth, width, nullptr);
+}
+
+// The box takes these keys for its list, although the name has the focus.
+const char editing[] = "s <Key>osfBeginLine: beginning-of-line(extend)\n"
+                       "s <Key>osfEndLine: end-of-line(extend)\n"
+                       "<Key>osfBeginLine: beginning-of-line()\n"
+                       "<Key>osfEndLine: end-of-line()\n"
+                       "c <Key>a: select-all()\n";
+
+void followName(Chooser& chooser)
+{
+    XtVaGetValues(chooser.box, XmNqualifySearchDataProc, &chooser.qualify, nullptr);
+    XtVaSetValues(chooser.box, XmNuserData, &chooser, XmNqualifySearchDataProc, keepName, nullptr);
+    XtOverrideTranslations(nameField(chooser), XtParseTranslationTable(editing));
 }
 
 void makeBox(Chooser& chooser, const char* title, const std::string& folder, const std::string& filter)
@@ -172,7 +218,7 @@ void makeBox(Chooser& chooser, const char* title, const std::string& folder, con
                   {const_cast<char*>(XmNpathMode), XmPATH_MODE_RELATIVE},
                   {const_cast<char*>(XmNfileFilterStyle), XmFILTER_HIDDEN_FILES},
                   {const_cast<char*>(XmNautoUnmanage), False},
-                  {const_cast<char*>(XmNtextColumns), 70},
+                  {const_cast<char*>(XmNtextColumns), 40},
                   {const_cast<char*>(XmNlistVisibleItemCount), 14},
                   {const_cast<char*>(XmNdialogStyle), XmDIALOG_FULL_APPLICATION_MODAL}};
     chooser.box =
@@ -182,6 +228,8 @@ void makeBox(Chooser& chooser, const char* title, const std::string& folder, con
                                                 empty.get(), XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
     if (usableFolder(chooser.remembered))
         addLastFolderButton(chooser);
+    followName(chooser);
+    XtAddCallback(chooser.box, XmNmapCallback, limitWidth, nullptr);
     XtAddCallback(chooser.box, XmNokCallback, okPressed, &chooser);
     XtAddCallback(chooser.box, XmNcancelCallback, cancelPressed, &chooser);
     prepareDialogue(chooser.box, title, cancelPressed, &chooser);
@@ -220,7 +268,8 @@ int WMInlineFileChooser(const char* title, char* directory, char* filter, int ca
     chooser.extension = extensionOf(filter);
     if (chooser.extension.empty())
         chooser.extension = configured(extensionKey);
-    chooser.name = defaultName;
+    // A text field shows nothing of a name that is not in the encoding of the locale.
+    chooser.name = text::localeIsUtf8() ? localeText(defaultName) : defaultName;
     const std::string folder = usableFolder(directory)            ? directory
                                : usableFolder(chooser.remembered) ? chooser.remembered
                                                                   : nearestDirectory(directory);
@@ -230,6 +279,8 @@ int WMInlineFileChooser(const char* title, char* directory, char* filter, int ca
     XmProcessTraversal(nameField(chooser), XmTRAVERSE_CURRENT);
     runUntil([&] { return chooser.ended; });
     const std::string pattern = stringResource(chooser.box, XmNpattern);
+    if (chooser.restoring)
+        XtRemoveTimeOut(chooser.restoring);
     destroyDialogue(chooser.box);
     if (chooser.path.empty())
         return 0;

@@ -112,6 +112,23 @@ TEST_F(ChooserTest, refusesWhatItCannotTake)
     expectChosen(1, "good.slk");
 }
 
+TEST_F(ChooserTest, editsTheNameAndStaysOnTheScreenBesideLongNames)
+{
+    const std::string longName(200, 'a');
+    fs::create_directory(folder / longName);
+    writeBytes(folder / "results" / "x", "x");
+    writeBytes(folder / longName.substr(1).append(".slk"), "ID\n");
+    start();
+    const Window chooser = open();
+    EXPECT_TRUE(screen.geometry(chooser).width <= 1440) << screen.geometry(chooser).width;
+    EXPECT_GE(screen.geometry(chooser).x, 0);
+    screen.key(XK_Home);
+    screen.type("my");
+    screen.key(XK_End);
+    screen.key(XK_Return);
+    expectChosen(1, "mycells_PRF.slk");
+}
+
 TEST_F(ChooserTest, remembersTheFolderFromRunToRun)
 {
     start();
