@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The whole way to the plot on the screen, where the server reports damage of the plot's window: from an
 // XTEST motion in the image window, and from an exposure of the plot alone (one recomputation and redraw).
 // Median and 95th percentile, the processor time that both programs spend on a motion, and whether one plot
@@ -7,12 +8,16 @@
 
 #include <X11/extensions/Xdamage.h>
 
+#include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <filesystem>
 #include <functional>
 #include <poll.h>
 #include <stdexcept>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 

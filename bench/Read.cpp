@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reading the rectangles that segments touch, all channels, against a plain uint16-to-float loop over as many
 // pixels. The limit: at most 1.3 times the loop when the data is in the cache.
 #include "bench/Timing.h"
@@ -5,6 +6,7 @@
 
 #include <cstdio>
 #include <numeric>
+#include <vector>
 
 namespace {
 

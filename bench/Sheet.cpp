@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writing saved profiles as a spreadsheet against writing as many bytes that are at hand already, both to the
 // same folder: how far the writer is from the speed of the file system.
 #include "bench/Timing.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Times pieces of work in turn, so that the figures of one run can be compared although the machine's speed
 // drifts.
 #pragma once

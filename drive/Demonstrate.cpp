@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shows the two programs at work on the present display: opens images, starts the line profile tool on the
 // first one, drives both through XTEST as a user would: drags two segments, keeps their profiles, writes them
 // to a spreadsheet file, and takes a picture of both windows. Status 0 only if all worked.
@@ -11,9 +12,14 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
+#include <string>
+#include <system_error>
+#include <vector>
 
 namespace {
 

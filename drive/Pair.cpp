@@ -1,10 +1,14 @@
+// SPDX-License-Identifier: MIT
 #include "drive/Pair.h"
 
 #include <X11/keysym.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <span>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace drive {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Both programs side by side: imagewindow on image files and lineprofile on its first window, for end-to-end
 // tests, benchmarks and the demonstration. Data coordinates are those of the image, as in
 // platform/protocol/Geometry.h.
@@ -7,7 +8,10 @@
 #include "platform/protocol/DisplayRecord.h"
 
 #include <filesystem>
+#include <map>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace drive {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drive/Process.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Child processes of the driver, and waiting for conditions.
 #pragma once
 

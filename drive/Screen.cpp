@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drive/Screen.h"
 
 #include <X11/XKBlib.h>
@@ -8,7 +9,13 @@
 #include <png.h>
 
 #include <algorithm>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace drive {
 

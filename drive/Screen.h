@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Works X programs as a user would: finds their windows, moves the pointer and types through XTEST, takes
 // screenshots.
 #pragma once
@@ -5,6 +6,12 @@
 #include "drive/Process.h"
 
 #include <X11/Xlib.h>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace drive {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Saves what the screen, or the window with a title, shows as a PNG file.
 #include "drive/Screen.h"
 

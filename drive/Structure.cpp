@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "drive/Structure.h"
 
 #include <algorithm>
@@ -5,6 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <numbers>
+#include <vector>
 
 namespace drive {
 

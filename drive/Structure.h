@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finds in a picture what a line is worth drawing along. Pure.
 #pragma once
 

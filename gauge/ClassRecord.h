@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Parts of class records: resource rows of doubles, and the part that scale and tick objects have in common.
 // For the gauge's three classes.
 #ifndef GAUGE_CLASSRECORD_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gauge/Labels.h"
 
 #include <Xm/XmP.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The font of a gauge's labels, their measure and their drawing. For the gauge's own files.
 #ifndef GAUGE_LABELS_H
 #define GAUGE_LABELS_H

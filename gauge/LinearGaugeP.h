@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Instance and class records of the linear gauge, and what its child objects ask of it. For the gauge's own
 // files and for subclasses. The gauge owns the two lists of children, the render table, the pixmap and the
 // GC.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Instance and class records of the linear scale, a child object of the linear gauge. For the gauge's own
 // files.
 #ifndef GAUGE_LINEARSCALEP_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The rows of an Xt class's resource table by the kind of their value.
 #ifndef GAUGE_RESOURCEROWS_H
 #define GAUGE_RESOURCEROWS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gauge/ClassRecord.h"
 #include "gauge/LinearScaleP.h"
 #include "gauge/TickP.h"

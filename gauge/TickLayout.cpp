@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gauge/TickLayout.h"
 
 #include "gauge/TickNumbers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the ticks of an axis stand and what their labels say, along the axis. No window system here: sizes of
 // labels come from the caller. Called by the layout of the whole gauge (GaugeLayout.h), and by tests.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gauge/TickNumbers.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The numbers of an axis: texts of values, rounding, powers of ten and the nice numbers between them. For the
 // layout of ticks, and for tests. Every double may come in; what has no exponent (0, infinities, NaN) counts
 // as having the exponent 0.

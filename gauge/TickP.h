@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Instance and class records of the tick object, a child object of the linear gauge. For the gauge's own
 // files.
 #ifndef GAUGE_TICKP_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gauge/TickSeries.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The values at which an axis has its ticks. For the layout of ticks, and for tests.
 #pragma once
 

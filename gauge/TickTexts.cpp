@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gauge/TickTexts.h"
 
 #include "gauge/TickNumbers.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the labels of a row of ticks say where nobody has set their precision: whole values, or, where values
 // share more leading digits than a label has room for, their distance from a base that the axis writes once.
 // For the layout of ticks. Sizes stay with the caller, who tells what fits.

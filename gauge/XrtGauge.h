@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Tick gauges: the axes beside a plot.
  *
  * A linear gauge (a Motif primitive widget) shows tick marks with numeric labels. What it shows is held by

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "profile/Plot.h"
 
 #include "gauge/XrtGauge.h"
@@ -14,24 +15,26 @@
 #include <cstring>
 #include <iterator>
 
-// Plot colour of each display colour index; every other index is white.
-static const PlotColor curveColors[] = {colorWhite, colorRed,     colorGreen, colorYellow,
-                                        colorBlue,  colorMagenta, colorCyan};
+namespace {
 
-static unsigned long curvePixel(int32_t colorIndex)
+// Plot colour of each display colour index; every other index is white.
+const PlotColor curveColors[] = {colorWhite, colorRed,     colorGreen, colorYellow,
+                                 colorBlue,  colorMagenta, colorCyan};
+
+unsigned long curvePixel(int32_t colorIndex)
 {
     auto index = static_cast<uint32_t>(colorIndex);
     return plot.plotColors[index < std::size(curveColors) ? curveColors[index] : colorWhite];
 }
 
-static void fillBackground(Display* display)
+void fillBackground(Display* display)
 {
     XSetForeground(display, plot.plotGC, plot.plotColors[colorBackground]);
     XFillRectangle(display, plot.plotPixmap, plot.plotGC, 0, 0, static_cast<unsigned>(plot.plotWidth),
                    static_cast<unsigned>(plot.plotHeight));
 }
 
-static void drawCurve(Display* display, int c, const PlotMapping& mapping, XPoint* points)
+void drawCurve(Display* display, int c, const PlotMapping& mapping, XPoint* points)
 {
     int32_t n = profile.sampleCount;
     XSetForeground(display, plot.plotGC, curvePixel(channelColorIndex[c]));
@@ -41,6 +44,8 @@ static void drawCurve(Display* display, int c, const PlotMapping& mapping, XPoin
     XSetLineAttributes(display, plot.plotGC, 1, LineSolid, CapButt, JoinMiter);
     XDrawLines(display, plot.plotPixmap, plot.plotGC, points, n, CoordModeOrigin);
 }
+
+} // namespace
 
 void drawPlotText(Drawable drawable, int32_t x, int32_t baseline, const char* text)
 {
@@ -52,7 +57,9 @@ void drawPlotText(Drawable drawable, int32_t x, int32_t baseline, const char* te
     XDrawImageString(display, drawable, plot.plotGC, x, baseline, text, static_cast<int>(std::strlen(text)));
 }
 
-static float wavelengthOfChannel(int c)
+namespace {
+
+float wavelengthOfChannel(int c)
 {
     static float waves[IW_MAX_WAVES];
     int count = 0;
@@ -62,7 +69,7 @@ static float wavelengthOfChannel(int c)
 
 // Measures the channel's largest peak and writes its width into the plot, in the colour that its curve has
 // left.
-static void drawFwhm(int c)
+void drawFwhm(int c)
 {
     profile.fwhmValue = 0.0f;
     int32_t n = profile.sampleCount;
@@ -79,7 +86,7 @@ static void drawFwhm(int c)
     profile.fwhmValue = fwhm;
 }
 
-static void drawCurves(Display* display)
+void drawCurves(Display* display)
 {
     PlotMapping mapping;
     profile.fwhmValue = 0.0f; // also when nothing can be drawn
@@ -95,17 +102,19 @@ static void drawCurves(Display* display)
     std::free(points);
 }
 
-static void setIntensityGauge()
+void setIntensityGauge()
 {
     XtVaSetValues(plot.intensityScale, XmNxrtGaMin, std::bit_cast<XtArgVal>(double{profile.scaleMin}),
                   XmNxrtGaMax, std::bit_cast<XtArgVal>(double{profile.scaleMax}), nullptr);
 }
 
-static void copyPixmapToWindow(Display* display)
+void copyPixmapToWindow(Display* display)
 {
     XCopyArea(display, plot.plotPixmap, XtWindow(plot.plotArea), plot.plotGC, 0, 0,
               static_cast<unsigned>(plot.plotWidth), static_cast<unsigned>(plot.plotHeight), 0, 0);
 }
+
+} // namespace
 
 int drawProfile(int copyToWindow)
 {

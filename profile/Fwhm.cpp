@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "profile/Fwhm.h"
 
 #include <cfloat>
@@ -18,7 +19,9 @@ float sampleStep(float x0, float y0, float x1, float y1, float pixelSize, int32_
     return length * pixelSize / static_cast<float>(sampleCount);
 }
 
-static Peak findPeak(const float* samples, int32_t n)
+namespace {
+
+Peak findPeak(const float* samples, int32_t n)
 {
     Peak peak = {FLT_MAX, -FLT_MAX, 0};
     for (int32_t i = 0; i < n; i++) {
@@ -33,11 +36,13 @@ static Peak findPeak(const float* samples, int32_t n)
 }
 
 // Where the straight line between the samples i and i + 1 has the value level.
-static float crossing(const float* samples, int32_t i, float level, float step)
+float crossing(const float* samples, int32_t i, float level, float step)
 {
     float here = static_cast<float>(i) * step, next = static_cast<float>(i + 1) * step;
     return here + (level - samples[i]) * (next - here) / (samples[i + 1] - samples[i]);
 }
+
+} // namespace
 
 float peakFwhm(const float* samples, int32_t n, float step)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Full width at half maximum of a curve's largest peak. Pure arithmetic in single precision.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "profile/Mapping.h"
 
 #include "profile/Truncation.h"

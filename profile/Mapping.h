@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Between sample values and rows of the plot, samples and columns, and back. Pure arithmetic in single
 // precision. The plot has no margins: scaleMin maps to row `height`, just below the last visible one,
 // scaleMax to about row 0.

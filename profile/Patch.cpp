@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "profile/Patch.h"
 
 int64_t patchRoom(int64_t boundingPixels)

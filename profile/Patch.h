@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sampling of rectangles: which rectangle of a section is read for which samples of a walk, and which of its
 // pixels are these samples. Pure arithmetic on image pixels.
 #pragma once

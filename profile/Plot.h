@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ProfilePlot: the drawing area in which the curves are drawn, its backing pixmap and the resources for
 // drawing. One instance. The shell makes the widgets and the graphics context and frees the pixmap at the
 // end; colours, cursor and font are made at the first expose and live until exit. Plot coordinates are

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "profile/Plot.h"
 
 #include <IWL.h>
@@ -9,7 +10,9 @@
 // Module state.
 ProfilePlot plot;
 
-static const char* const colorNames[plotColorCount] = {
+namespace {
+
+const char* const colorNames[plotColorCount] = {
     "#6666ff", // colorBlue
     "Red",     // colorRed
     "Yellow",  // colorYellow
@@ -26,17 +29,17 @@ constexpr unsigned cursorSize = 19, cursorHotSpot = 9;
 #define V 0x00, 0x05, 0x00
 #define H 0xff, 0xfd, 0x07
 #define N 0x00, 0x00, 0x00
-static const unsigned char cursorSource[57] = {V, V, V, V, V, V, V, V, H, N, H, V, V, V, V, V, V, V, V};
+const unsigned char cursorSource[57] = {V, V, V, V, V, V, V, V, H, N, H, V, V, V, V, V, V, V, V};
 #undef V
 #undef H
 #define V 0x00, 0x07, 0x00
 #define H 0x7f, 0xf0, 0x07
-static const unsigned char cursorMask[57] = {V, V, V, V, V, V, V, N, H, H, H, N, V, V, V, V, V, V, V};
+const unsigned char cursorMask[57] = {V, V, V, V, V, V, V, N, H, H, H, N, V, V, V, V, V, V, V};
 #undef V
 #undef H
 #undef N
 
-static void allocateColors(Widget area)
+void allocateColors(Widget area)
 {
     Colormap colormap = None;
     XtVaGetValues(area, XmNcolormap, &colormap, nullptr);
@@ -47,13 +50,13 @@ static void allocateColors(Widget area)
     }
 }
 
-static Pixmap makeBitmap(Widget area, const unsigned char* bits)
+Pixmap makeBitmap(Widget area, const unsigned char* bits)
 {
     return XCreateBitmapFromData(XtDisplay(area), XtWindow(area), reinterpret_cast<const char*>(bits),
                                  cursorSize, cursorSize);
 }
 
-static void defineCursor(Widget area)
+void defineCursor(Widget area)
 {
     Display* display = XtDisplay(area);
     Colormap colormap = DefaultColormapOfScreen(XtScreen(area));
@@ -68,7 +71,7 @@ static void defineCursor(Widget area)
     XFreePixmap(display, mask);
 }
 
-static void loadFont(Display* display)
+void loadFont(Display* display)
 {
     const char* name = IWGetConfig("KV_GRAPHICS_FONT");
     if (!name)
@@ -88,7 +91,7 @@ static void loadFont(Display* display)
 }
 
 // Stores the area's size and returns its depth.
-static int readAreaSize(Widget area)
+int readAreaSize(Widget area)
 {
     Dimension width = 0, height = 0;
     int depth = 0;
@@ -98,11 +101,13 @@ static int readAreaSize(Widget area)
     return depth;
 }
 
-static void createPlotPixmap(Widget area, int depth)
+void createPlotPixmap(Widget area, int depth)
 {
     plot.plotPixmap = XCreatePixmap(XtDisplay(area), XtWindow(area), static_cast<unsigned>(plot.plotWidth),
                                     static_cast<unsigned>(plot.plotHeight), static_cast<unsigned>(depth));
 }
+
+} // namespace
 
 void freePlotPixmap(Display* display)
 {

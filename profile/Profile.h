@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Profile: the intensities along the Segment, one curve per displayed wavelength, recomputed from the
 // image by every drawProfile. One instance, owned by this module; its buffers live for the whole run. Read,
 // never changed, by the plot, the readout and the saved profiles. Sample i stands i * length / sampleCount

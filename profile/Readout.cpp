@@ -1,16 +1,19 @@
+// SPDX-License-Identifier: MIT
 #include "profile/Mapping.h"
 #include "profile/Plot.h"
 #include "profile/Profile.h"
 
 #include <Xm/DrawingA.h>
 
-static int insidePlot(int x, int y, Dimension W, Dimension H)
+namespace {
+
+int insidePlot(int x, int y, Dimension W, Dimension H)
 {
     return x >= 0 && x < W && y >= 0 && y < H;
 }
 
 // Draws the readout for row y straight onto the window: the next redraw of the plot wipes it.
-static void drawReadout(Widget area, int x, int y, Dimension W, Dimension H, const char* text)
+void drawReadout(Widget area, int x, int y, Dimension W, Dimension H, const char* text)
 {
     Display* display = XtDisplay(area);
     XSetForeground(display, plot.plotGC, plot.plotColors[colorYellow]);
@@ -20,7 +23,7 @@ static void drawReadout(Widget area, int x, int y, Dimension W, Dimension H, con
     drawPlotText(XtWindow(area), at.x, at.y, text);
 }
 
-static void readOutAt(Widget area, int x, int y)
+void readOutAt(Widget area, int x, int y)
 {
     Dimension W = 0, H = 0;
     XtVaGetValues(area, XmNwidth, &W, XmNheight, &H, nullptr);
@@ -32,6 +35,8 @@ static void readOutAt(Widget area, int x, int y)
     drawProfile(1);
     drawReadout(area, x, y, W, H, text);
 }
+
+} // namespace
 
 void plotInput(Widget widget, XtPointer, XtPointer callData)
 {

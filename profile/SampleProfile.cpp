@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "profile/Profile.h"
 
 #include "profile/Patch.h"
@@ -18,8 +19,11 @@
 Profile profile;
 int32_t channelColorIndex[maxChannels];
 ProfileSettings settings;
-static float* passSamples[maxChannels];
-static PixelPoint* passPoints;
+
+namespace {
+
+float* passSamples[maxChannels];
+PixelPoint* passPoints;
 
 struct Section {
     int z, t, p;
@@ -40,12 +44,12 @@ struct Pass {
     Range range;
 };
 
-static Range emptyRange()
+Range emptyRange()
 {
     return {FLT_MAX, -FLT_MAX};
 }
 
-static void widen(Range* range, float min, float max)
+void widen(Range* range, float min, float max)
 {
     if (min < range->min)
         range->min = min;
@@ -53,7 +57,7 @@ static void widen(Range* range, float min, float max)
         range->max = max;
 }
 
-static int readImageTable(int* colors)
+int readImageTable(int* colors)
 {
     int nz = 0, nw = 0, nt = 0, np = 0, total = 0;
     IMAlCon(imageSlot, 1);
@@ -62,7 +66,7 @@ static int readImageTable(int* colors)
     return std::min(nw, IW_MAX_WAVES);
 }
 
-static void walkSegment(Pass* pass)
+void walkSegment(Pass* pass)
 {
     PixelPoint from = {truncateToInt(segment.start.x), truncateToInt(segment.start.y)};
     PixelPoint to = {truncateToInt(segment.end.x), truncateToInt(segment.end.y)};
@@ -73,7 +77,7 @@ static void walkSegment(Pass* pass)
     pass->pixels = rect.pixels();
 }
 
-static void emptyProfile()
+void emptyProfile()
 {
     profile.sampleCount = 0;
     profile.channelCount = 0;
@@ -84,7 +88,7 @@ static void emptyProfile()
 }
 
 // In a display of z panels the section is that of the panel in which the segment lies.
-static Section displayedSection()
+Section displayedSection()
 {
     Section section = {};
     int w = 0, columns = 1, rows = 1;
@@ -96,7 +100,7 @@ static Section displayedSection()
 }
 
 // The constant range is the file's, over all wavelengths, displayed or not.
-static Range startRange(int nw)
+Range startRange(int nw)
 {
     Range range = emptyRange();
     for (int w = 0; settings.scaleMode == 1 && w < nw; w++) {
@@ -107,7 +111,7 @@ static Range startRange(int nw)
     return range;
 }
 
-static int hasArrived(int w, int z)
+int hasArrived(int w, int z)
 {
     if (IWRtScratchSize(imageSlot) <= 0)
         return 1;
@@ -116,7 +120,7 @@ static int hasArrived(int w, int z)
 }
 
 // Reads the samples of one wavelength from the positioned section, patch by patch. 0 when a read fails.
-static int readSamples(const Pass& pass, float* samples)
+int readSamples(const Pass& pass, float* samples)
 {
     for (int32_t first = 0; first < pass.points;) {
         Patch patch = patchAt(passPoints, pass.points, first, pass.pixels);
@@ -130,7 +134,7 @@ static int readSamples(const Pass& pass, float* samples)
     return 1;
 }
 
-static void takeChannel(Pass* pass, int w, int color)
+void takeChannel(Pass* pass, int w, int color)
 {
     int c = pass->channels;
     // Room for the whole patch; beyond the samples it is never touched, so costs no memory.
@@ -147,7 +151,7 @@ static void takeChannel(Pass* pass, int w, int color)
 }
 
 // 0 after a positioning failure.
-static int takeChannels(Pass* pass, int nw, const int* colors, const Section& section)
+int takeChannels(Pass* pass, int nw, const int* colors, const Section& section)
 {
     for (int w = 0; w < nw && pass->channels < maxChannels; w++) {
         if (!IWIsWaveMap(imageSlot, w))
@@ -162,7 +166,7 @@ static int takeChannels(Pass* pass, int nw, const int* colors, const Section& se
     return 1;
 }
 
-static void publish(const Pass& pass)
+void publish(const Pass& pass)
 {
     profile.sampleCount = pass.channels > 0 ? pass.points : 0;
     profile.channelCount = pass.channels;
@@ -174,6 +178,8 @@ static void publish(const Pass& pass)
     profile.scaleMin = pass.range.min;
     profile.scaleMax = pass.range.max;
 }
+
+} // namespace
 
 int sampleProfile()
 {

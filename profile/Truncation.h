@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Conversion of floats to integers: toward zero, and defined for every value. Not a number gives 0, values
 // beyond the range its nearest limit.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "profile/Walk.h"
 
 #include <algorithm>

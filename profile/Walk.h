@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The pixels of a segment: the digital line between two pixels and the rectangles that cover it. Pure
 // arithmetic on image pixels, (0, 0) at the top left; all bounds are inclusive.
 #pragma once
@@ -6,6 +7,8 @@
 
 struct PixelPoint {
     int32_t x, y;
+
+    friend bool operator==(const PixelPoint&, const PixelPoint&) = default;
 };
 
 struct PixelRect {

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "samples/Cells.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace sample {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The model of the specimen: flat adherent cells on a coverslip, with their nuclei and the light sources of
 // every stained structure. No optics and no pixels here.
 //
@@ -8,6 +9,7 @@
 #include "samples/PortableMath.h"
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <vector>
 

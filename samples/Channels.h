@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The channels that makesample can write, in their order: dyes, filters and how they are shown. One table for
 // the image and for its metadata.
 #pragma once

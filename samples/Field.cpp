@@ -1,6 +1,9 @@
+// SPDX-License-Identifier: MIT
 #include "samples/Field.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstdlib>
 
 namespace sample {

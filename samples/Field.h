@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the microscope makes of the specimen: sharp light on thin depth slices, defocus and point spread per
 // section, illumination, bleaching, photon noise and the camera's offset.
 //
@@ -8,6 +9,7 @@
 #include "samples/Cells.h"
 #include "samples/Channels.h"
 
+#include <array>
 #include <map>
 #include <memory>
 #include <span>

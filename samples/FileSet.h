@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which files a run writes and which plane stands where in them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // makesample: writes the demo image and its variants for tests and benchmarks. See --help.
 #include "samples/FileSet.h"
 #include "samples/Options.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The descriptions that go with the pixels: OME-XML (schema 2016-06) and ImageJ's text and binary metadata.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "samples/Options.h"
 
 #include <CLI/CLI.hpp>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What makesample was asked for: parsed and checked here, read by everything else.
 #pragma once
 

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "samples/Pattern.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace sample {

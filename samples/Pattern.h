@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pixel values of one plane, and their bytes in a pixel type.
 #pragma once
 

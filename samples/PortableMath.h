@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Elementary functions and random numbers that give the same bits on every machine, so that a seed always
 // makes the same image. They use only operations that IEEE 754 defines exactly (the C library's exp, log and
 // sin, and the standard library's distributions, differ between systems); the target is compiled without

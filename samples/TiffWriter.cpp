@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "samples/TiffWriter.h"
 
 #include "samples/Metadata.h"
@@ -8,9 +9,14 @@
 #include <algorithm>
 #include <bit>
 #include <cstdarg>
+#include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <memory>
+#include <string>
+#include <system_error>
+#include <vector>
 
 namespace sample {
 

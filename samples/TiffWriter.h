@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writes a set of files through libtiff. Every file is written under a temporary name beside its place, and
 // all take their names at the end, so that a failure leaves nothing behind.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "saved/SavedProfiles.h"
 #include "saved/Sylk.h"
 #include "shell/Message.h"
@@ -11,25 +12,27 @@
 #include <libgen.h>
 #include <unistd.h>
 
+namespace {
+
 // Module state: what the file chooser proposes. Made from the first saved profile at the first export; after
 // that, whatever the chooser has left.
 constexpr int pathCapacity = 256;
 static_assert(pathCapacity == ORVEL_NAME_SIZE);
-static int exportFirstUse = 1;
-static char exportDirectory[pathCapacity];
-static char exportFilter[pathCapacity];
-static char exportDefaultName[pathCapacity];
-static char exportPath[pathCapacity];
-static char exportSourceName[pathCapacity];
+int exportFirstUse = 1;
+char exportDirectory[pathCapacity];
+char exportFilter[pathCapacity];
+char exportDefaultName[pathCapacity];
+char exportPath[pathCapacity];
+char exportSourceName[pathCapacity];
 
 // target has pathCapacity bytes; what is longer is cut.
-static void copyPath(char* target, const char* source)
+void copyPath(char* target, const char* source)
 {
     std::strncpy(target, source, pathCapacity - 1);
     target[pathCapacity - 1] = '\0';
 }
 
-static void prepareDefaults()
+void prepareDefaults()
 {
     copyPath(exportSourceName, savedProfiles[0]->imageName);
     OrvelGenerateFileName(exportSourceName, "PRF", "slk", exportDefaultName);
@@ -44,7 +47,7 @@ static void prepareDefaults()
     exportFirstUse = 0;
 }
 
-static int choosePath()
+int choosePath()
 {
     WMSetGetFileSrc("ZVE_DEF_DIR:", "SYLK_EXT:");
     WMSetCenterOnScreen(1);
@@ -53,7 +56,7 @@ static int choosePath()
 }
 
 // An existing file is removed once the user agrees. 0 when the user declines.
-static int makeWay()
+int makeWay()
 {
     if (access(exportPath, F_OK) != 0)
         return 1;
@@ -63,6 +66,8 @@ static int makeWay()
     unlink(exportPath);
     return 1;
 }
+
+} // namespace
 
 void writeSavedProfiles(Widget, XtPointer, XtPointer)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A kept copy of a Profile with everything that the spreadsheet needs to tell where it came from. The record
 // owns what its pointers point to; nothing in it points into the current Profile.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "saved/SavedProfiles.h"
 
 #include "profile/Truncation.h"
@@ -18,6 +19,8 @@ SavedProfile** savedProfiles = nullptr;
 int32_t savedCount = 0;
 SavedControls savedControls;
 
+namespace {
+
 // Values of a section's extended header.
 constexpr int timeStampField = 1, knownBiasField = 14;
 
@@ -27,12 +30,12 @@ struct DisplayedSection {
     int timePoints;
 };
 
-template<typename T> static T* allocate(int32_t count)
+template<typename T> T* allocate(int32_t count)
 {
     return static_cast<T*>(std::calloc(static_cast<size_t>(count), sizeof(T)));
 }
 
-static SavedProfile* appendRecord()
+SavedProfile* appendRecord()
 {
     size_t size = (static_cast<size_t>(savedCount) + 1) * sizeof *savedProfiles;
     savedProfiles = static_cast<SavedProfile**>(std::realloc(savedProfiles, size));
@@ -40,7 +43,7 @@ static SavedProfile* appendRecord()
     return savedProfiles[savedCount];
 }
 
-static void keepNameAndTime(SavedProfile* record)
+void keepNameAndTime(SavedProfile* record)
 {
     char name[IW_FILENAME_SIZE] = "";
     record->imageName = strdup(IWRtFilename(imageSlot, 0, name) == 1 ? name : "unknown");
@@ -51,7 +54,7 @@ static void keepNameAndTime(SavedProfile* record)
         record->savedAt[length - 1] = '\0';
 }
 
-static void toStage(SegmentPoint* point)
+void toStage(SegmentPoint* point)
 {
     float stage[3] = {};
     IWDataToTSPos(point->x, point->y, point->z, imageSlot, stage);
@@ -60,7 +63,7 @@ static void toStage(SegmentPoint* point)
     point->z = stage[2];
 }
 
-static void keepGeometry(SavedProfile* record)
+void keepGeometry(SavedProfile* record)
 {
     static_assert(offsetof(Segment, end) == sizeof(SegmentPoint));
     std::memcpy(record->segmentCopy, &segment.start, sizeof record->segmentCopy);
@@ -72,14 +75,14 @@ static void keepGeometry(SavedProfile* record)
     record->angle = stageAngle(dx, dy);
 }
 
-static float headerValue(const DisplayedSection& at, int field)
+float headerValue(const DisplayedSection& at, int field)
 {
     double value = 0.0;
     int status = IMRtExHdrValueZWTP(imageSlot, at.z, at.w, at.t, at.p, field, &value);
     return status == 0 ? static_cast<float>(value) : 0.0f;
 }
 
-static DisplayedSection keepSection(SavedProfile* record)
+DisplayedSection keepSection(SavedProfile* record)
 {
     DisplayedSection at = {};
     int nz = 0, nw = 0, np = 0, total = 0;
@@ -92,14 +95,14 @@ static DisplayedSection keepSection(SavedProfile* record)
     return at;
 }
 
-static void keepSpacing(SavedProfile* record)
+void keepSpacing(SavedProfile* record)
 {
     float spacing[3] = {};
     IMRtDel(imageSlot, spacing);
     record->pixelSize = spacing[0];
 }
 
-static void keepWavelengths(SavedProfile* record)
+void keepWavelengths(SavedProfile* record)
 {
     static float waves[IW_MAX_WAVES];
     int count = 0;
@@ -112,7 +115,7 @@ static void keepWavelengths(SavedProfile* record)
 
 // Channel i of the record is the Profile's channel i. The window may display more wavelengths than the
 // Profile could read: the channels that are left stay zero.
-static void keepSamples(SavedProfile* record)
+void keepSamples(SavedProfile* record)
 {
     record->sampleCount = profile.sampleCount;
     record->channelSamples = allocate<float*>(record->channelCount);
@@ -123,7 +126,7 @@ static void keepSamples(SavedProfile* record)
     }
 }
 
-static void keepPoints(SavedProfile* record, int z)
+void keepPoints(SavedProfile* record, int z)
 {
     record->pixelPoints = allocate<FloatPair>(record->sampleCount);
     record->micronPoints = allocate<FloatPair>(record->sampleCount);
@@ -136,6 +139,8 @@ static void keepPoints(SavedProfile* record, int z)
         record->micronPoints[j] = {stage[0], stage[1]};
     }
 }
+
+} // namespace
 
 void saveCurrentProfile(Widget, XtPointer, XtPointer)
 {
@@ -157,7 +162,9 @@ void saveCurrentProfile(Widget, XtPointer, XtPointer)
     WMUpdateField(savedControls.savedCountField);
 }
 
-static void freeRecord(SavedProfile* record)
+namespace {
+
+void freeRecord(SavedProfile* record)
 {
     std::free(record->imageName);
     for (int i = 0; record->channelSamples && i < record->channelCount; i++)
@@ -167,6 +174,8 @@ static void freeRecord(SavedProfile* record)
     std::free(record->micronPoints);
     std::free(record);
 }
+
+} // namespace
 
 void clearSavedProfiles(Widget, XtPointer, XtPointer)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The store of saved profiles: kept for the whole run in the order of saving, shown as the "Saved:" counter,
 // emptied by "Clear" and by every write to a file. It owns its records.
 #pragma once

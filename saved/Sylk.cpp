@@ -1,32 +1,35 @@
+// SPDX-License-Identifier: MIT
 #include "saved/Sylk.h"
 
 #include <algorithm>
 #include <charconv>
 #include <string_view>
 
+namespace {
+
 // Rows of a block beside its samples.
 constexpr int blockRows = 7;
 // Columns of sample coordinates, and of a block's values.
 constexpr int coordinateColumns = 4, valueColumns = 8;
 
-static void textCell(FILE* file, int column, int row, const char* text)
+void textCell(FILE* file, int column, int row, const char* text)
 {
     std::fprintf(file, "C;X%d;Y%d;K\"%s\"\n", column, row, text);
 }
 
-static void integerCell(FILE* file, int column, int row, int value)
+void integerCell(FILE* file, int column, int row, int value)
 {
     std::fprintf(file, "C;X%d;Y%d;K\"%d\"\n", column, row, value);
 }
 
-static char* append(char* at, std::string_view text)
+char* append(char* at, std::string_view text)
 {
     return std::copy(text.begin(), text.end(), at);
 }
 
 // The bytes of fprintf with "C;X%d;Y%d;K\"%.<decimals>f\"\n". A file has millions of these cells, and
 // to_chars makes the same digits in a fraction of the time.
-static void floatCell(FILE* file, int column, int row, float value, int decimals)
+void floatCell(FILE* file, int column, int row, float value, int decimals)
 {
     char record[128];                       // the longest float has 39 digits before the point
     char* end = record + sizeof record - 8; // leaves room for what stands around the numbers
@@ -39,21 +42,21 @@ static void floatCell(FILE* file, int column, int row, float value, int decimals
 }
 
 // Cells of a row from column on; returns the column after them.
-static int textCells(FILE* file, int column, int row, std::initializer_list<const char*> texts)
+int textCells(FILE* file, int column, int row, std::initializer_list<const char*> texts)
 {
     for (const char* text : texts)
         textCell(file, column++, row, text);
     return column;
 }
 
-static int floatCells(FILE* file, int column, int row, std::initializer_list<float> values, int decimals)
+int floatCells(FILE* file, int column, int row, std::initializer_list<float> values, int decimals)
 {
     for (float value : values)
         floatCell(file, column++, row, value, decimals);
     return column;
 }
 
-static void writeBounds(FILE* file, SavedProfile* const* profiles, int count)
+void writeBounds(FILE* file, SavedProfile* const* profiles, int count)
 {
     int rows = 0, channels = -1;
     for (int i = 0; i < count; i++) {
@@ -63,7 +66,7 @@ static void writeBounds(FILE* file, SavedProfile* const* profiles, int count)
     std::fprintf(file, "B;Y%d;X%d\n", rows, std::max(channels + coordinateColumns, valueColumns));
 }
 
-static void writeContext(FILE* file, const SavedProfile& saved, int ordinal, int row, int showFwhm)
+void writeContext(FILE* file, const SavedProfile& saved, int ordinal, int row, int showFwhm)
 {
     if (saved.imageName)
         textCell(file, 1, row, saved.imageName);
@@ -83,7 +86,7 @@ static void writeContext(FILE* file, const SavedProfile& saved, int ordinal, int
         floatCell(file, column, row + 3, saved.peakFwhm, 6);
 }
 
-static void writeChannelHeaders(FILE* file, const SavedProfile& saved, int row)
+void writeChannelHeaders(FILE* file, const SavedProfile& saved, int row)
 {
     for (int c = 0; c < saved.channelCount; c++) {
         char header[32];
@@ -93,7 +96,7 @@ static void writeChannelHeaders(FILE* file, const SavedProfile& saved, int row)
     textCells(file, saved.channelCount + 1, row, {"X (pixel)", "Y (pixel)", "X (microns)", "Y (microns)"});
 }
 
-static void writeSample(FILE* file, const SavedProfile& saved, int j, int row)
+void writeSample(FILE* file, const SavedProfile& saved, int j, int row)
 {
     for (int c = 0; c < saved.channelCount; c++)
         floatCell(file, c + 1, row, saved.channelSamples[c][j], 6);
@@ -101,6 +104,8 @@ static void writeSample(FILE* file, const SavedProfile& saved, int j, int row)
     int column = floatCells(file, saved.channelCount + 1, row, {pixel.x, pixel.y}, 0);
     floatCells(file, column, row, {micron.x, micron.y}, 6);
 }
+
+} // namespace
 
 void writeSylk(FILE* file, SavedProfile* const* profiles, int count, int showFwhm)
 {

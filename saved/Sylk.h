@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Writer of saved profiles as one SYLK (Symbolic Link) spreadsheet: plain 8-bit text, one record per line,
 // every cell a string constant. Knows nothing of the user interface.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "segment/Geometry.h"
 
 #include <cmath>

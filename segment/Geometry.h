@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Length and direction of a segment in the stage plane. Pure arithmetic.
 #pragma once
 

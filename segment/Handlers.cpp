@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "segment/Handlers.h"
 
 #include "gauge/XrtGauge.h"
@@ -22,6 +23,8 @@ PanelIndex startPanel = {-1, -1};
 PanelIndex endPanel = {-1, -1};
 SegmentPlot segmentPlot;
 
+namespace {
+
 constexpr int microSign = 0xB5; // ISO 8859-1
 
 // Drawing attributes of the overlays: width, dash and annotation colour.
@@ -39,7 +42,7 @@ struct PanelBinding {
     float z0, z1;
 };
 
-static int locate(XEvent* event, ImagePosition* position)
+int locate(XEvent* event, ImagePosition* position)
 {
     int window = 0;
     return IWGetButPressInfo(event, &window, &position->x, &position->y, &position->z,
@@ -47,7 +50,7 @@ static int locate(XEvent* event, ImagePosition* position)
 }
 
 // Non-zero in a display of several panels; style receives what they differ in.
-static int multiPanel(int* style)
+int multiPanel(int* style)
 {
     int columns = 1, rows = 1;
     IWRtMulDis(imageSlot, &columns, &rows);
@@ -57,7 +60,7 @@ static int multiPanel(int* style)
 
 // Wavelength panels (style 2) differ by panel, z panels (style 1) by section; in others an overlay shows
 // everywhere.
-static PanelBinding bindToPanel(int style, int panel, float z0, float z1)
+PanelBinding bindToPanel(int style, int panel, float z0, float z1)
 {
     if (style == 2)
         return {panel, -1.0f, -1.0f};
@@ -66,7 +69,7 @@ static PanelBinding bindToPanel(int style, int panel, float z0, float z1)
     return {-1, -1.0f, -1.0f};
 }
 
-static int32_t addStartMarker(const ImagePosition& at)
+int32_t addStartMarker(const ImagePosition& at)
 {
     int style = 0;
     if (!multiPanel(&style))
@@ -75,7 +78,7 @@ static int32_t addStartMarker(const ImagePosition& at)
     return IWGrAddPt5D(imageSlot, -1, binding.panel, overlayWidth, overlayColor, at.x, at.y, binding.z0);
 }
 
-static int32_t addLine(const SegmentPoint& from, const ImagePosition& to, int multi, int style)
+int32_t addLine(const SegmentPoint& from, const ImagePosition& to, int multi, int style)
 {
     if (!multi)
         return IWGrAddLn2D(imageSlot, overlayWidth, overlaySolid, overlayColor, from.x, from.y, to.x, to.y);
@@ -85,7 +88,7 @@ static int32_t addLine(const SegmentPoint& from, const ImagePosition& to, int mu
 }
 
 // lineId keeps the removed id: the first motion removes it once more, which the image window ignores.
-static void removePreviousOverlays()
+void removePreviousOverlays()
 {
     int removed = 0;
     if (segment.start.markerId > 0) {
@@ -100,13 +103,15 @@ static void removePreviousOverlays()
         IWDisplay(imageSlot);
 }
 
-static int insideImage(const ImagePosition& position)
+int insideImage(const ImagePosition& position)
 {
     int nx = 0, ny = 0;
     IMRtXY(imageSlot, &nx, &ny);
     return !(position.x < 0 || position.x > static_cast<float>(nx - 1) || position.y < 0 ||
              position.y > static_cast<float>(ny - 1));
 }
+
+} // namespace
 
 int segmentPress(XEvent* event, void*)
 {
@@ -131,9 +136,11 @@ int segmentPress(XEvent* event, void*)
     return 0;
 }
 
+namespace {
+
 // Motion goes on outside the window while the button is held: pin such positions to its edge. 0 when the
 // window is gone.
-static int clampToWindow(XMotionEvent* motion)
+int clampToWindow(XMotionEvent* motion)
 {
     Window root = None;
     int x = 0, y = 0;
@@ -146,7 +153,7 @@ static int clampToWindow(XMotionEvent* motion)
     return 1;
 }
 
-static void clampToImage(ImagePosition* position)
+void clampToImage(ImagePosition* position)
 {
     int nx = 0, ny = 0;
     IMRtXY(imageSlot, &nx, &ny);
@@ -154,14 +161,14 @@ static void clampToImage(ImagePosition* position)
     position->y = std::max(std::min(position->y, static_cast<float>(ny - 1)), 0.0f);
 }
 
-static int onStartPanel(const ImagePosition& position)
+int onStartPanel(const ImagePosition& position)
 {
     return position.z == segment.start.z && position.panel.panel == startPanel.panel &&
            position.panel.subPanel == startPanel.subPanel;
 }
 
 // Shift makes the segment vertical and wins over Control, which makes it horizontal.
-static void constrain(ImagePosition* position, unsigned modifiers)
+void constrain(ImagePosition* position, unsigned modifiers)
 {
     if (modifiers & ShiftMask)
         position->x = segment.start.x;
@@ -169,7 +176,7 @@ static void constrain(ImagePosition* position, unsigned modifiers)
         position->y = segment.start.y;
 }
 
-static void extendSegment(const ImagePosition& to, int multi, int style)
+void extendSegment(const ImagePosition& to, int multi, int style)
 {
     if (segment.lineId != 0)
         IWGrRmGrID(imageSlot, segment.lineId);
@@ -183,7 +190,7 @@ static void extendSegment(const ImagePosition& to, int multi, int style)
 }
 
 // Range and label precision of the distance axis. The margin is the length of five plot pixels.
-static void setDistanceGauge(float segmentLength)
+void setDistanceGauge(float segmentLength)
 {
     Dimension width = 0;
     XtVaGetValues(segmentPlot.plotArea, XmNwidth, &width, nullptr);
@@ -195,7 +202,7 @@ static void setDistanceGauge(float segmentLength)
                   XmNxrtGaMax, std::bit_cast<XtArgVal>(double{segmentLength + distanceMargin}), nullptr);
 }
 
-static void reportGeometry()
+void reportGeometry()
 {
     float E[3] = {}, S[3] = {};
     IWDataToTSPos(segment.end.x, segment.end.y, segment.end.z, imageSlot, E);
@@ -206,6 +213,8 @@ static void reportGeometry()
     showMessage("Line length %.3f %cm, angle %.2f degrees", double{segmentLength}, microSign,
                 double{segmentAngle});
 }
+
+} // namespace
 
 int segmentMotion(XEvent* event, void*)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The image window's button and motion handlers that define the Segment, and what a drag drives besides it.
 // The shell installs segmentPress; a press installs the other two and the release removes them.
 #pragma once

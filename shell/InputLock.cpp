@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/InputLock.h"
 
 #include "segment/Segment.h"
@@ -11,15 +12,18 @@
 // Module state: the lock, the name of its other holder after a refusal (malloc'ed, ours to free), and whether
 // the user has been told.
 int32_t lockId = 0;
-static char* lockOwner = nullptr;
-static int32_t lockRefusalShown = 0;
+
+namespace {
+
+char* lockOwner = nullptr;
+int32_t lockRefusalShown = 0;
 
 // The identity under which the suite's tools know this lock; its spelling is part of it.
 constexpr const char* lockTitle = "Arbitray Line Profile";
 constexpr int pointerInput = 12;
 
 // The holder chose its own name: its length is bounded here, and the text is never used as a format.
-static void showRefusal()
+void showRefusal()
 {
     const char* owner = lockOwner ? lockOwner : "unknown";
     char text[1024];
@@ -31,6 +35,8 @@ static void showRefusal()
                   owner, owner);
     WMConfirmError("%s", text);
 }
+
+} // namespace
 
 int acquireInputLock()
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Exclusive control of the image window's pointer input.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The one-line message field of the tool window. showMessage is its only writer.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/Settings.h"
 
 #include "profile/Plot.h"

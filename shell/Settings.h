@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two settings that persist in the user's configuration: FWHM display and intensity scaling.
 #pragma once
 

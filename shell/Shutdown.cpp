@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/Shutdown.h"
 
 #include "profile/Plot.h"
@@ -10,17 +11,21 @@
 
 #include <cstdlib>
 
-static void releaseInputLock()
+namespace {
+
+void releaseInputLock()
 {
     if (lockId != 0)
         WMReleaseMonitorLock(lockId);
 }
 
-static void releasePlotPixmap()
+void releasePlotPixmap()
 {
     if (plot.plotPixmap != None)
         freePlotPixmap(XtDisplay(toolWindow.toolShell));
 }
+
+} // namespace
 
 void quitTool(Widget, XtPointer, XtPointer)
 {
@@ -35,9 +40,11 @@ void quitTool(Widget, XtPointer, XtPointer)
     std::exit(0);
 }
 
+namespace {
+
 // The image window is going away, and with it all that the other ending acts on: graphics, image, enter
 // events.
-static void endWithImageWindow()
+void endWithImageWindow()
 {
     WMCancelDisplayChange(imageSlot);
     WMCancelEventHandler(imageSlot, ButtonPressMask);
@@ -45,6 +52,8 @@ static void endWithImageWindow()
     releasePlotPixmap();
     std::exit(0);
 }
+
+} // namespace
 
 [[gnu::visibility("default")]] int ProcDisChange(int, WMDisplayChange* change, void*)
 {

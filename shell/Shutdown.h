@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ways in which the tool ends, and its reaction to changes of the image window's display. The program
 // exports ProcDisChange and EnterWindow (declared in WMEnh.h) under these names: a tool-window library may
 // call them by name as well as through the pointers that it is given.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/StartUp.h"
 
 #include "profile/Profile.h"
@@ -18,16 +19,18 @@
 #include <climits>
 #include <cstdlib>
 
+namespace {
+
 // Module state: the number of the attached image window.
-static int32_t imageWindowNumber = 0;
+int32_t imageWindowNumber = 0;
 
 // The leading digits; 0 when there are none, the nearest limit when there are too many.
-static int parseWindowNumber(const char* text)
+int parseWindowNumber(const char* text)
 {
     return static_cast<int>(std::clamp<long>(std::strtol(text, nullptr, 10), INT_MIN, INT_MAX));
 }
 
-static void attachToImage(int argc, char** argv)
+void attachToImage(int argc, char** argv)
 {
     IWAttach(argc, argv);
     if (argc != 2) {
@@ -44,14 +47,14 @@ static void attachToImage(int argc, char** argv)
         std::exit(-1);
 }
 
-static void readPixelSize()
+void readPixelSize()
 {
     float spacing[3] = {};
     IMRtDel(imageSlot, spacing);
     settings.pixelSize = spacing[0];
 }
 
-static void hookImageWindow()
+void hookImageWindow()
 {
     segment.start.markerId = 0;
     segment.lineId = 0;
@@ -61,7 +64,7 @@ static void hookImageWindow()
     WMAddEventHandler(imageSlot, EnterWindowMask, EnterWindow, nullptr);
 }
 
-static void showToolWindow()
+void showToolWindow()
 {
     OrvelPositionNextToImage(imageWindowNumber, toolWindow.toolFrame);
     WMDisplay();
@@ -69,6 +72,8 @@ static void showToolWindow()
     WMAttachToImageWindow(nullptr, imageWindowNumber);
     KVRunRegisterPgm("Arbitrary Profile", nullptr, quitTool);
 }
+
+} // namespace
 
 int runTool(int argc, char** argv)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/ToolWindow.h"
 
 #include "gauge/XrtGauge.h"
@@ -19,24 +20,26 @@
 // Module state.
 ToolWindow toolWindow;
 
+namespace {
+
 // Large fonts make them larger.
 constexpr Dimension leastIntensityGaugeWidth = 60, leastDistanceGaugeHeight = 24;
 
-static const WMMenuItem scalingItems[] = {{"Autoscale"}, {"Constant Min/Max"}};
+const WMMenuItem scalingItems[] = {{"Autoscale"}, {"Constant Min/Max"}};
 
 // Pointer motion with a button held, button and key presses and releases all reach the input callback.
-static const char plotTranslations[] = "<BtnMotion>: DrawingAreaInput() \n"
-                                       "<BtnDown>: DrawingAreaInput() \n"
-                                       "<BtnUp>: DrawingAreaInput() \n"
-                                       "<KeyDown>: DrawingAreaInput() \n"
-                                       "<KeyUp>: DrawingAreaInput() \n";
+const char plotTranslations[] = "<BtnMotion>: DrawingAreaInput() \n"
+                                "<BtnDown>: DrawingAreaInput() \n"
+                                "<BtnUp>: DrawingAreaInput() \n"
+                                "<KeyDown>: DrawingAreaInput() \n"
+                                "<KeyUp>: DrawingAreaInput() \n";
 
-static XtArgVal doubleValue(double value)
+XtArgVal doubleValue(double value)
 {
     return std::bit_cast<XtArgVal>(value);
 }
 
-static void addSettingsRow()
+void addSettingsRow()
 {
     WMAddInfoButton("Intensity Scaling", 0);
     WMAddOptionMenu(scalingItems, XtNumber(scalingItems), &settings.scaleMode, scalingChosen, nullptr, 0, 0);
@@ -47,7 +50,7 @@ static void addSettingsRow()
 }
 
 // Gives a gauge the room that the labels of its font need.
-static void fitToLabels(Widget gauge)
+void fitToLabels(Widget gauge)
 {
     XtWidgetGeometry wish;
     XtQueryGeometry(gauge, nullptr, &wish);
@@ -57,7 +60,7 @@ static void fitToLabels(Widget gauge)
         XtVaSetValues(gauge, XmNheight, std::max(wish.height, leastDistanceGaugeHeight), nullptr);
 }
 
-static void addIntensityGauge()
+void addIntensityGauge()
 {
     ToolWindow& w = toolWindow;
     w.intensityGauge = WMAddCustom("tick_gauge", xmXrtGaLinearGaugeWidgetClass, nullptr, 0);
@@ -74,7 +77,7 @@ static void addIntensityGauge()
     fitToLabels(w.intensityGauge);
 }
 
-static void addPlotArea()
+void addPlotArea()
 {
     plot.plotArea = WMAddDrawingArea(plot.plotWidth, plot.plotHeight);
     WMAttachRightSide();
@@ -86,7 +89,7 @@ static void addPlotArea()
         XCreateGC(XtDisplay(plot.plotArea), RootWindowOfScreen(XtScreen(plot.plotArea)), 0, nullptr);
 }
 
-static void addDistanceGauge()
+void addDistanceGauge()
 {
     ToolWindow& w = toolWindow;
     w.distanceGauge = WMAddCustom("tick_gauge", xmXrtGaLinearGaugeWidgetClass, nullptr, 0);
@@ -107,7 +110,7 @@ static void addDistanceGauge()
     fitToLabels(w.distanceGauge);
 }
 
-static void addSavedCount()
+void addSavedCount()
 {
     // The counter has no limits; the three limits of the field are bound to this.
     static int spare = 0;
@@ -117,7 +120,7 @@ static void addSavedCount()
     XtVaSetValues(savedControls.savedCountField, XmNeditable, False, nullptr);
 }
 
-static void addButtonRow()
+void addButtonRow()
 {
     WMAddDoneButton("Done", quitTool, nullptr, 0, 0);
     WMAddToolTip("Close this tool");
@@ -131,7 +134,7 @@ static void addButtonRow()
     WMAddHelpButton("LineProfile");
 }
 
-static void addMessageArea()
+void addMessageArea()
 {
     WMStartMainWindowMessageAreaForm(toolWindow.toolFrame);
     messageField = WMAddText(messageText, sizeof messageText, nullptr);
@@ -141,11 +144,13 @@ static void addMessageArea()
     WMEndMainWindowMessageAreaForm();
 }
 
-static void shareWidgets()
+void shareWidgets()
 {
     plot.intensityScale = toolWindow.intensityScale;
     segmentPlot = {drawProfile, plot.plotArea, toolWindow.distanceScale, toolWindow.distanceTicks};
 }
+
+} // namespace
 
 void buildToolWindow()
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tool window: settings row, plot between its two axes, message line and button row. One instance, made
 // at start-up; its widgets live until exit.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "shell/StartUp.h"
 
 #include <csignal>

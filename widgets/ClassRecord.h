@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The parts of class records that all classes of the set fill alike. Each class sets what it does
 // differently.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Aligner: labels and fields in columns, row by row. Children fill the cells from left to right and top to
  * bottom in the order of their creation. Each column is as wide as its widest child; the texts of a row stand
  * on one baseline, whatever stands around them; what has no text stands in the middle of its row. Width to

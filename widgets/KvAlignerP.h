@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Instance, constraint and class records of the aligner, for its own file and for subclasses.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/KvOutlinerP.h"
 
 #include "widgets/ClassRecord.h"
@@ -7,6 +8,8 @@
 #include <algorithm>
 #include <memory>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace {
 

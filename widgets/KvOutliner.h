@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Outliner: rows of cells in columns under headings, as a tree. Rows are opened and closed at their nodes; a
  * press on a heading sorts by its column, a second one the other way round; the lines between headings are
  * dragged to resize columns. Only what is in sight is drawn, so that ten thousand rows cost little.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Instance and class records of the outliner, its geometry, and what its files ask of each other.
 #pragma once
 
@@ -5,6 +6,9 @@
 #include "widgets/OutlineRows.h"
 
 #include <Xm/PrimitiveP.h>
+
+#include <string>
+#include <vector>
 
 struct KvOutlinerClassPart {
     XtPointer extension;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Progress bar: what share of a task is done, or that it is under way, with a text inside and a cross to
  * cancel.
  *

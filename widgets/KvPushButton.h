@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Push button for tool bars: XmPushButton with pixmap and string, flat until the pointer enters it or it is
  * pressed. All resources and callbacks are XmPushButton's; XmNlabelType is XmPIXMAP_AND_STRING by
  * default, and the pixmap, where there is one, stands above the string.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/KvTabManagerP.h"
 
 #include "widgets/ClassRecord.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/KvTabManagerP.h"
 
 #include "widgets/ClassRecord.h"
@@ -5,6 +6,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <vector>
 
 namespace {
 

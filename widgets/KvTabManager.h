@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Tab manager: pages of which one is shown, each behind a tab. Every managed child is a page and gets a tab
  * button of its own; the user selects, closes and reorders the tabs by pointer and keyboard. Tabs share the
  * width when it is short; their texts end with "..." then.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Instance, constraint and class records of tab manager and tab button, for their own files and for
 // subclasses.
 #pragma once

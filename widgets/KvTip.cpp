@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/KvTip.h"
 
 #include "gauge/ResourceRows.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Tips: a short text beside the pointer while it rests on a widget, of any class: buttons, drawing areas and
  * managers too. A tip follows the font of its surroundings and stays on the screen.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/KvToolBarP.h"
 
 #include "widgets/ClassRecord.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Tool bar: a row of buttons and other controls in groups. Children stand from left to right in the order of
  * their creation, a line between groups. What does not fit is hidden, from the right, and an arrow at the
  * right end opens a menu of it: push buttons and toggle buttons with their present sensitivity and state;

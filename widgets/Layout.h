@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the set's managers share: sizes that children want, and giving children their places.
 #pragma once
 
@@ -7,6 +8,7 @@
 #include <Xm/XmP.h>
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace widgets {

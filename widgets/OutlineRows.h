@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The rows of an outliner without its window: a forest of rows with cells, sorted and searched.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an outliner shows, and where.
 #include "widgets/KvOutlinerP.h"
 #include "widgets/Painter.h"
@@ -6,6 +7,8 @@
 #include <Xm/DrawP.h>
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 namespace widgets {
 

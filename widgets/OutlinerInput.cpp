@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the user does with an outliner: pointer and keys.
 #include "widgets/ClassRecord.h"
 #include "widgets/KvOutlinerP.h"
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <string_view>
 
 namespace widgets {
 

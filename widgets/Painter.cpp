@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/Painter.h"
 
 #include <X11/IntrinsicP.h>

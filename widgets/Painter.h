@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Drawing of the set's own primitives: a buffer of the widget's size with cairo for shapes and Xft for text,
 // copied to the window once.
 #pragma once

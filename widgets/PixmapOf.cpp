@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/PixmapOf.h"
 
 #include "widgets/Painter.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pictures on the screen: the thin part between widgets/picture and X.
 #pragma once
 

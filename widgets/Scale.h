@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sizes at the resolution of the screen. All fixed sizes in the set are in pixels of 96 dots per inch and go
 // through here once.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The display colours that wavelengths and overlay graphics name by index.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tells two states of a file apart: another file under the same name, another size, another time.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Limits that files, records and programs share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/base/UserFolders.h"
 
 #include <cstdlib>

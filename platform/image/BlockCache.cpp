@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/BlockCache.h"
 
 #include "platform/image/ImageFile.h"

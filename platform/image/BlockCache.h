@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Decoded blocks (strips, tiles, runs of rows) of all open images, kept up to a limit; the least recently
 // used go first. One cache per process; all functions may be called by several threads.
 #pragma once

@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/Colors.h"
 
 #include "platform/image/Dyes.h"
 
 #include <algorithm>
 #include <memory>
+#include <string_view>
 
 namespace image {
 
@@ -48,7 +50,9 @@ std::optional<int> colorOfDye(std::string_view channelName)
     return dye->color ? dye->color : colorOfNanometres(static_cast<double>(dye->emission));
 }
 
-static std::optional<int> hintedColor(const Wavelength& wavelength, const ColorHint& hint)
+namespace {
+
+std::optional<int> hintedColor(const Wavelength& wavelength, const ColorHint& hint)
 {
     constexpr double typicalStokesShift = 25; // nm between excitation and emission
     std::optional<int> color = hint.color ? nearestColor(*hint.color) : std::nullopt;
@@ -59,8 +63,7 @@ static std::optional<int> hintedColor(const Wavelength& wavelength, const ColorH
     return color ? color : colorOfDye(wavelength.name);
 }
 
-static int nextFreeColor(std::span<const Wavelength> wavelengths, std::span<const bool> done,
-                         std::size_t turn)
+int nextFreeColor(std::span<const Wavelength> wavelengths, std::span<const bool> done, std::size_t turn)
 {
     static constexpr int order[] = {Green, Magenta, Cyan, Yellow, Red, Blue, White};
     for (const int color : order) {
@@ -73,7 +76,7 @@ static int nextFreeColor(std::span<const Wavelength> wavelengths, std::span<cons
     return order[turn % std::size(order)];
 }
 
-static void setColor(Wavelength& wavelength, int index, std::optional<Rgb> own)
+void setColor(Wavelength& wavelength, int index, std::optional<Rgb> own)
 {
     const Rgb color = own.value_or(displayColors[static_cast<std::size_t>(index)].rgb);
     wavelength.colorIndex = index;
@@ -81,6 +84,8 @@ static void setColor(Wavelength& wavelength, int index, std::optional<Rgb> own)
     wavelength.green = color.green;
     wavelength.blue = color.blue;
 }
+
+} // namespace
 
 void assignColors(std::span<Wavelength> wavelengths, std::span<const ColorHint> hints)
 {

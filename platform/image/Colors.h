@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which of the seven display colours a wavelength gets.
 #pragma once
 
@@ -6,6 +7,7 @@
 
 #include <optional>
 #include <span>
+#include <string_view>
 
 namespace image {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Compiled with -O3: the loops below must be vectorised (see CMakeLists.txt).
 #include "platform/image/Convert.h"
 
@@ -7,9 +8,10 @@
 #include <limits>
 
 namespace image {
+namespace {
 
 // The bits of an IEEE half as a float. Subnormal halves are scaled; infinity and NaN keep their mantissa.
-static float fromHalf(std::uint16_t half)
+float fromHalf(std::uint16_t half)
 {
     const std::uint32_t sign = (half & 0x8000u) << 16, exponent = (half >> 10) & 0x1fu,
                         mantissa = half & 0x3ffu;
@@ -29,25 +31,24 @@ struct Triple {
     std::uint8_t bytes[3];
 };
 
-template<class T> static inline float toFloat(T value)
+template<class T> inline float toFloat(T value)
 {
     return static_cast<float>(value);
 }
 
-static inline float toFloat(Half value)
+inline float toFloat(Half value)
 {
     return fromHalf(value.bits);
 }
 
-static inline float toFloat(Triple value)
+inline float toFloat(Triple value)
 {
     constexpr bool little = std::endian::native == std::endian::little;
     const unsigned low = value.bytes[little ? 0 : 2], high = value.bytes[little ? 2 : 0];
     return static_cast<float>(low | (value.bytes[1] << 8) | (high << 16));
 }
 
-template<class T>
-static void convertSamples(const SampleSource& s, float* __restrict out, std::size_t outStride)
+template<class T> void convertSamples(const SampleSource& s, float* __restrict out, std::size_t outStride)
 {
     const auto samples = static_cast<std::size_t>(s.samples), width = static_cast<std::size_t>(s.width);
     for (int row = 0; row < s.height; ++row, out += outStride) {
@@ -64,7 +65,7 @@ static void convertSamples(const SampleSource& s, float* __restrict out, std::si
 }
 
 // One sample of up to 15 bits that starts at any bit of the row.
-static unsigned bitsAt(const std::byte* row, std::size_t bit, int count)
+unsigned bitsAt(const std::byte* row, std::size_t bit, int count)
 {
     unsigned value = 0;
     for (int taken = 0; taken < count;) {
@@ -77,7 +78,7 @@ static unsigned bitsAt(const std::byte* row, std::size_t bit, int count)
     return value;
 }
 
-static void convertBits(const SampleSource& s, float* out, std::size_t outStride)
+void convertBits(const SampleSource& s, float* out, std::size_t outStride)
 {
     for (int row = 0; row < s.height; ++row, out += outStride) {
         const std::byte* start = s.first + static_cast<std::size_t>(s.y + row) * s.rowBytes;
@@ -94,7 +95,7 @@ struct TypeRow {
     Converter converter;
 };
 
-static constexpr TypeRow types[] = {
+constexpr TypeRow types[] = {
     {SampleType::Bits, 0, convertBits},
     {SampleType::U8, 1, convertSamples<std::uint8_t>},
     {SampleType::I8, 1, convertSamples<std::int8_t>},
@@ -110,10 +111,12 @@ static constexpr TypeRow types[] = {
     {SampleType::F64, 8, convertSamples<double>},
 };
 
-static const TypeRow& rowOf(SampleType type)
+const TypeRow& rowOf(SampleType type)
 {
     return types[static_cast<std::size_t>(type)];
 }
+
+} // namespace
 
 Converter converterOf(SampleType type)
 {
@@ -125,7 +128,9 @@ int bytesOf(SampleType type)
     return rowOf(type).bytes;
 }
 
-template<class T> static T reversed(T value)
+namespace {
+
+template<class T> T reversed(T value)
 {
     T result = 0;
     for (std::size_t i = 0; i < sizeof(T); ++i)
@@ -134,12 +139,14 @@ template<class T> static T reversed(T value)
     return result;
 }
 
-template<class T> static void swapAll(std::span<std::byte> data)
+template<class T> void swapAll(std::span<std::byte> data)
 {
     T* values = reinterpret_cast<T*>(data.data());
     for (std::size_t i = 0, count = data.size() / sizeof(T); i < count; ++i)
         values[i] = reversed(values[i]);
 }
+
+} // namespace
 
 void swapSamples(std::span<std::byte> data, SampleType type)
 {

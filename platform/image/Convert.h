@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stored samples to floats: the inner loops of every read.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/Dataset.h"
 
 #include "platform/base/Limits.h"
@@ -6,6 +7,8 @@
 #include "platform/image/Plausible.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <span>
 
 namespace image {
 
@@ -83,7 +86,9 @@ void setSizes(Dataset& dataset, std::int64_t z, std::int64_t wavelengths, std::i
     dataset.info.sizeP = static_cast<int>(p);
 }
 
-static PixelType pixelTypeOf(const Plane& plane)
+namespace {
+
+PixelType pixelTypeOf(const Plane& plane)
 {
     switch (plane.type) {
     case SampleType::Bits:
@@ -108,6 +113,8 @@ static PixelType pixelTypeOf(const Plane& plane)
         return PixelType::Float64;
     }
 }
+
+} // namespace
 
 void setGeometry(Dataset& dataset, const Plane& plane)
 {
@@ -139,11 +146,15 @@ std::optional<Rgb> paletteColor(const Directory& directory)
     return Rgb{byte(best), byte(entries + best), byte(2 * entries + best)};
 }
 
-static std::string sampleName(const std::string& channel, int sample)
+namespace {
+
+std::string sampleName(const std::string& channel, int sample)
 {
     static const char* const colors[3] = {"Red", "Green", "Blue"};
     return channel.empty() ? colors[sample] : channel + " " + colors[sample];
 }
+
+} // namespace
 
 void setSpacing(ImageInfo& info, const std::array<std::optional<double>, 3>& microns)
 {
@@ -186,7 +197,9 @@ std::string counted(std::uint64_t count, const std::string& thing)
     return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
 }
 
-static std::string readText(const std::filesystem::path& path)
+namespace {
+
+std::string readText(const std::filesystem::path& path)
 {
     const InputFile file(path);
     if (file.size() > maxXmlBytes)
@@ -196,7 +209,7 @@ static std::string readText(const std::filesystem::path& path)
     return text;
 }
 
-static bool startsLikeXml(const std::filesystem::path& path)
+bool startsLikeXml(const std::filesystem::path& path)
 {
     std::array<std::byte, 4> head = {};
     const InputFile file(path);
@@ -204,6 +217,8 @@ static bool startsLikeXml(const std::filesystem::path& path)
     const auto byte = [&](std::size_t i) { return std::to_integer<unsigned>(head[i]); };
     return byte(0) == '<' || (byte(0) == 0xef && byte(1) == 0xbb && byte(2) == 0xbf && byte(3) == '<');
 }
+
+} // namespace
 
 OpenedFile openForReading(const std::filesystem::path& path)
 {

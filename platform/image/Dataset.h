@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What opening a file finds out: the image's description and which page of which file holds a section. Made
 // once by one of the formats (OME, ImageJ, plain pages), read-only afterwards.
 #pragma once
@@ -8,8 +9,10 @@
 #include "platform/image/PlaneMap.h"
 
 #include <array>
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 

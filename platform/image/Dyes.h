@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fluorescent dyes and proteins by the names that people give to channels.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the readers throw among themselves: what() is a clause without the file's name ("the file is
 // truncated"); ImageFile::open and the read functions make the user's sentence out of it.
 #pragma once

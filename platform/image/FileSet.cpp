@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/FileSet.h"
 
 #include "platform/image/Error.h"

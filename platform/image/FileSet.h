@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The files of one image, opened when they are first needed. At most maxOpenFiles stay open: a set may have
 // thousands of files. May be used by several threads at once.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/ImageFile.h"
 
 #include "platform/image/TiffImage.h"
@@ -6,11 +7,14 @@
 #include <new>
 
 namespace image {
+namespace {
 
-static ImageError openError(const std::filesystem::path& path, const char* reason)
+ImageError openError(const std::filesystem::path& path, const char* reason)
 {
     return ImageError("Cannot open image file \"" + path.string() + "\": " + reason + ".");
 }
+
+} // namespace
 
 std::unique_ptr<ImageFile> ImageFile::open(const std::filesystem::path& path)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Image files as the viewer and libIWL read them: one open image, its dimensions and metadata, and pixel
 // values of any rectangle of any section as floats. No X here.
 //
@@ -41,8 +42,8 @@ struct Wavelength {
     std::string name;                                // channel name, may be empty
     float nanometres = 0;                            // emission, else excitation, else 0
     std::uint8_t red = 255, green = 255, blue = 255; // the file's own colour, or the colour of colorIndex
-    int colorIndex = 0; // of base::displayColors
-    std::optional<float> displayMin, displayMax; // display range that the file asks for
+    int colorIndex = 0;                              // of base::displayColors
+    std::optional<float> displayMin, displayMax;     // display range that the file asks for
 };
 
 struct ImageInfo {
@@ -66,7 +67,6 @@ enum ExtendedHeaderField {
     StageZMicrons = 4,
     KnownBias = 14
 };
-
 
 class ImageFile {
 public:

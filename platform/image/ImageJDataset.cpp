@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stacks and hyperstacks as ImageJ writes them: planes are stored channel by channel, then slice by slice,
 // then frame by frame.
 #include "platform/image/Dataset.h"
@@ -6,10 +7,15 @@
 #include "platform/image/Plausible.h"
 
 #include <algorithm>
+#include <array>
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace image {
+namespace {
 
-static std::uint64_t bytesOfPlane(const Plane& plane)
+std::uint64_t bytesOfPlane(const Plane& plane)
 {
     const Directory& d = plane.directory;
     return static_cast<std::uint64_t>(plane.rowBytes) * static_cast<std::uint64_t>(d.height) *
@@ -18,7 +24,7 @@ static std::uint64_t bytesOfPlane(const Plane& plane)
 
 // A stack over 4 GB has one page only; its other planes follow the first one's data. Returns how many there
 // are.
-static std::int64_t contiguousPlanes(const OpenedFile& opened, const Plane& plane, std::int64_t images)
+std::int64_t contiguousPlanes(const OpenedFile& opened, const Plane& plane, std::int64_t images)
 {
     if (!opened.tiff->damage().empty() || plane.access != Plane::Access::RawRows)
         return 1;
@@ -27,7 +33,7 @@ static std::int64_t contiguousPlanes(const OpenedFile& opened, const Plane& plan
     return std::max<std::int64_t>(1, std::min(images, static_cast<std::int64_t>(fit)));
 }
 
-static void setImageJSizes(Dataset& dataset, const ImageJMetadata& metadata, std::int64_t planes)
+void setImageJSizes(Dataset& dataset, const ImageJMetadata& metadata, std::int64_t planes)
 {
     constexpr std::int64_t limit = 1 << 24;
     const std::int64_t c = metadata.channels, z = metadata.slices, t = metadata.frames;
@@ -39,7 +45,7 @@ static void setImageJSizes(Dataset& dataset, const ImageJMetadata& metadata, std
         setSizes(dataset, images, dataset.samplesPerPlane, 1, 1);
 }
 
-static void placePlanes(Dataset& dataset, const OpenedFile& opened, const Plane& plane, std::int64_t images)
+void placePlanes(Dataset& dataset, const OpenedFile& opened, const Plane& plane, std::int64_t images)
 {
     const std::vector<PageSummary>& pages = opened.tiff->pages();
     const bool single = pages.size() == 1;
@@ -51,8 +57,7 @@ static void placePlanes(Dataset& dataset, const OpenedFile& opened, const Plane&
 }
 
 // The resolution tags give pixels per unit; the description gives the unit and the spacing of z.
-static std::array<std::optional<double>, 3> spacingOf(const ImageJMetadata& metadata,
-                                                      const OpenedFile& opened)
+std::array<std::optional<double>, 3> spacingOf(const ImageJMetadata& metadata, const OpenedFile& opened)
 {
     const std::uint64_t page = opened.tiff->pages()[0].offset;
     std::array<std::optional<double>, 3> microns;
@@ -69,7 +74,7 @@ static std::array<std::optional<double>, 3> spacingOf(const ImageJMetadata& meta
     return microns;
 }
 
-static void setDisplay(Dataset& dataset, const ImageJMetadata& metadata, const Plane& plane)
+void setDisplay(Dataset& dataset, const ImageJMetadata& metadata, const Plane& plane)
 {
     std::vector<ColorHint> hints(static_cast<std::size_t>(dataset.info.sizeW));
     const bool colored = !metadata.grayscale && !isRgb(plane);
@@ -91,6 +96,8 @@ static void setDisplay(Dataset& dataset, const ImageJMetadata& metadata, const P
     if (metadata.ranges.empty() && hints.size() == 1)
         setRange(0, metadata.min, metadata.max);
 }
+
+} // namespace
 
 Dataset readImageJDataset(const OpenedFile& opened)
 {

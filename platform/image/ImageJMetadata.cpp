@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/ImageJMetadata.h"
 
 #include "platform/image/Units.h"
@@ -8,13 +9,15 @@
 #include <charconv>
 #include <cmath>
 #include <map>
+#include <span>
 
 namespace image {
+namespace {
 
 using Fields = std::map<std::string, std::string, std::less<>>;
 
 // ImageJ's own lines come first; what other programs append may be long.
-static Fields fieldsOf(std::string_view description)
+Fields fieldsOf(std::string_view description)
 {
     constexpr std::size_t maxBytes = 64u << 10;
     description = description.substr(0, maxBytes);
@@ -30,7 +33,7 @@ static Fields fieldsOf(std::string_view description)
     return result;
 }
 
-static std::optional<double> number(const Fields& fields, std::string_view name)
+std::optional<double> number(const Fields& fields, std::string_view name)
 {
     const auto found = fields.find(name);
     if (found == fields.end())
@@ -41,23 +44,27 @@ static std::optional<double> number(const Fields& fields, std::string_view name)
     return error == std::errc() && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
-static std::int64_t count(const Fields& fields, std::string_view name)
+std::int64_t count(const Fields& fields, std::string_view name)
 {
     return static_cast<std::int64_t>(std::clamp(number(fields, name).value_or(1), 1.0, 1e15));
 }
 
-static std::string_view text(const Fields& fields, std::string_view name)
+std::string_view text(const Fields& fields, std::string_view name)
 {
     const auto found = fields.find(name);
     return found == fields.end() ? std::string_view() : std::string_view(found->second);
 }
+
+} // namespace
 
 bool isImageJ(std::string_view description)
 {
     return description.starts_with("ImageJ=") && description.size() > 8;
 }
 
-static double bigOrLittleDouble(std::span<const std::byte> raw, bool bigEndian)
+namespace {
+
+double bigOrLittleDouble(std::span<const std::byte> raw, bool bigEndian)
 {
     std::uint64_t bits = 0;
     for (std::size_t i = 0; i < 8; ++i)
@@ -66,7 +73,7 @@ static double bigOrLittleDouble(std::span<const std::byte> raw, bool bigEndian)
 }
 
 // The brightest entry of a table of 256 reds, greens and blues.
-static Rgb brightestColor(std::span<const std::byte> table)
+Rgb brightestColor(std::span<const std::byte> table)
 {
     Rgb best{0, 0, 0};
     int most = -1;
@@ -86,7 +93,7 @@ static Rgb brightestColor(std::span<const std::byte> table)
 // Tag 50839 holds blocks of bytes, 50838 their sizes. The first block lists, as pairs of a four-letter type
 // and a count, which blocks follow ("rang": two doubles per channel, "luts": 768 bytes per channel). Letters
 // and numbers are in the file's byte order.
-static void readBinaryTags(const TiffStructure& tags, std::uint64_t directory, ImageJMetadata& result)
+void readBinaryTags(const TiffStructure& tags, std::uint64_t directory, ImageJMetadata& result)
 {
     constexpr std::uint64_t maxBlocks = 65536, maxBytes = 16u << 20;
     const std::vector<std::uint64_t> sizes = tags.integers(directory, TagImageJCounts, maxBlocks);
@@ -118,6 +125,8 @@ static void readBinaryTags(const TiffStructure& tags, std::uint64_t directory, I
         }
     }
 }
+
+} // namespace
 
 ImageJMetadata readImageJ(std::string_view description, const TiffStructure& tags, std::uint64_t directory)
 {

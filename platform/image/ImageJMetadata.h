@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The description and the private tags that ImageJ writes into a TIFF file.
 #pragma once
 

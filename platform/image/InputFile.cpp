@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/InputFile.h"
 
 #include "platform/image/Error.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One open file, read at offsets. Never mapped: a mapping of a file that another program truncates raises
 // SIGBUS. Reads of several threads at once are fine.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // OME-TIFF: one file, several files that name each other, or files whose metadata is in a companion.
 #include "platform/image/Dataset.h"
 #include "platform/image/Error.h"
@@ -5,9 +6,13 @@
 #include "platform/image/SiblingFiles.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace image {
-
 namespace {
 
 class OmeReader {
@@ -51,7 +56,9 @@ private:
 
 } // namespace
 
-static OmeDocument metadataOf(const OpenedFile& opened, OpenedFile& holder)
+namespace {
+
+OmeDocument metadataOf(const OpenedFile& opened, OpenedFile& holder)
 {
     OmeDocument document = parseOme(opened.description);
     holder = {opened.path, opened.tiff, {}};
@@ -68,12 +75,14 @@ static OmeDocument metadataOf(const OpenedFile& opened, OpenedFile& holder)
     return document;
 }
 
-static bool namesOneFile(const OmeDocument& document)
+bool namesOneFile(const OmeDocument& document)
 {
     return !document.files.empty() && std::ranges::all_of(document.files, [&](const OmeFile& file) {
         return file.name == document.files[0].name;
     });
 }
+
+} // namespace
 
 OmeReader::OmeReader(const OpenedFile& opened) : document(metadataOf(opened, holder))
 {
@@ -160,8 +169,10 @@ void OmeReader::checkPages()
         }
 }
 
+namespace {
+
 // The first plane that TiffData mean; nothing when it is outside the image.
-static std::optional<PlaneIndex> firstPlane(const Dataset& dataset, const OmeTiffData& data, int p)
+std::optional<PlaneIndex> firstPlane(const Dataset& dataset, const OmeTiffData& data, int p)
 {
     // Some writers count samples in FirstC.
     const int channels = dataset.channels();
@@ -170,6 +181,8 @@ static std::optional<PlaneIndex> firstPlane(const Dataset& dataset, const OmeTif
                         data.firstT >= 0 && data.firstT < dataset.info.sizeT;
     return inside ? std::optional(PlaneIndex{data.firstZ, c, data.firstT, p}) : std::nullopt;
 }
+
+} // namespace
 
 void OmeReader::placeData(const OmeTiffData& data, int p)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/OmeMetadata.h"
 
 #include "platform/image/Error.h"
@@ -5,6 +6,7 @@
 #include "platform/image/Units.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -16,26 +18,28 @@ namespace image {
 
 using pugi::xml_node;
 
-static std::string_view localName(xml_node node)
+namespace {
+
+std::string_view localName(xml_node node)
 {
     const std::string_view name = node.name();
     const auto colon = name.find(':');
     return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
 
-static xml_node child(xml_node parent, std::string_view name)
+xml_node child(xml_node parent, std::string_view name)
 {
     return parent.find_child([&](xml_node node) { return localName(node) == name; });
 }
 
-template<class Action> static void forEachChild(xml_node parent, std::string_view name, Action action)
+template<class Action> void forEachChild(xml_node parent, std::string_view name, Action action)
 {
     for (const xml_node node : parent.children())
         if (localName(node) == name)
             action(node);
 }
 
-static std::optional<double> number(std::string_view text)
+std::optional<double> number(std::string_view text)
 {
     const auto start = text.find_first_not_of(" \t\r\n+");
     if (start == std::string_view::npos)
@@ -48,13 +52,13 @@ static std::optional<double> number(std::string_view text)
     return value;
 }
 
-static std::optional<double> number(xml_node node, const char* attribute)
+std::optional<double> number(xml_node node, const char* attribute)
 {
     return number(std::string_view(node.attribute(attribute).value()));
 }
 
 // Whole numbers beyond any image become a value that every check refuses.
-template<class Int = std::int64_t> static std::optional<Int> integer(xml_node node, const char* attribute)
+template<class Int = std::int64_t> std::optional<Int> integer(xml_node node, const char* attribute)
 {
     constexpr double limit = std::min<double>(std::numeric_limits<Int>::max(), 1e15);
     const std::optional<double> value = number(node, attribute);
@@ -67,7 +71,7 @@ using UnitScale = std::optional<double> (*)(std::string_view);
 
 // A value with its unit attribute ("PhysicalSizeX", "PhysicalSizeXUnit") times what the unit means; without
 // the attribute the value is in the default unit already.
-static std::optional<double> quantity(xml_node node, const std::string& attribute, UnitScale scale)
+std::optional<double> quantity(xml_node node, const std::string& attribute, UnitScale scale)
 {
     const std::optional<double> value = number(node, attribute.c_str());
     const pugi::xml_attribute unit = node.attribute((attribute + "Unit").c_str());
@@ -77,19 +81,19 @@ static std::optional<double> quantity(xml_node node, const std::string& attribut
     return factor ? std::optional(*value * *factor) : std::nullopt;
 }
 
-static std::optional<double> nanometresPer(std::string_view unit)
+std::optional<double> nanometresPer(std::string_view unit)
 {
     const std::optional<double> microns = micronsPer(unit);
     return microns ? std::optional(*microns * 1000) : std::nullopt;
 }
 
-static std::optional<double> wavelength(xml_node node, const char* attribute)
+std::optional<double> wavelength(xml_node node, const char* attribute)
 {
     const std::optional<double> value = quantity(node, attribute, nanometresPer);
     return value && *value > 1 && *value < 1e6 ? value : std::nullopt;
 }
 
-static std::optional<SampleType> sampleType(std::string_view name)
+std::optional<SampleType> sampleType(std::string_view name)
 {
     struct Row {
         std::string_view name;
@@ -121,20 +125,20 @@ struct Context {
     std::size_t channels = 0;
 };
 
-static void refuseMoreThan(std::size_t limit, std::size_t count, const char* things)
+void refuseMoreThan(std::size_t limit, std::size_t count, const char* things)
 {
     if (count > limit)
         throw FormatError("its OME metadata describes more than " + std::to_string(limit) + " " + things);
 }
 
-static std::size_t countOf(xml_node parent, std::string_view name)
+std::size_t countOf(xml_node parent, std::string_view name)
 {
     std::size_t count = 0;
     forEachChild(parent, name, [&](xml_node) { ++count; });
     return count;
 }
 
-static Detectors detectors(xml_node root)
+Detectors detectors(xml_node root)
 {
     Detectors result;
     forEachChild(root, "Instrument", [&](xml_node instrument) {
@@ -147,7 +151,7 @@ static Detectors detectors(xml_node root)
 }
 
 // A Channel, or the LogicalChannel of schemas before 2009.
-static OmeChannel channel(xml_node node, const Detectors& known)
+OmeChannel channel(xml_node node, const Detectors& known)
 {
     OmeChannel result;
     result.name = plausibleText(node.attribute("Name").value());
@@ -172,7 +176,7 @@ static OmeChannel channel(xml_node node, const Detectors& known)
     return result;
 }
 
-static OmeTiffData tiffData(xml_node node, Context& context)
+OmeTiffData tiffData(xml_node node, Context& context)
 {
     using Int = std::int32_t;
     OmeTiffData result;
@@ -189,7 +193,7 @@ static OmeTiffData tiffData(xml_node node, Context& context)
     return result;
 }
 
-static OmePlane plane(xml_node node)
+OmePlane plane(xml_node node)
 {
     OmePlane result;
     result.z = integer<std::int32_t>(node, "TheZ").value_or(0);
@@ -209,7 +213,7 @@ static OmePlane plane(xml_node node)
     return result;
 }
 
-static std::string dimensionOrder(std::string_view text)
+std::string dimensionOrder(std::string_view text)
 {
     std::string sorted(text);
     std::sort(sorted.begin(), sorted.end());
@@ -217,7 +221,7 @@ static std::string dimensionOrder(std::string_view text)
     return valid ? std::string(text) : "XYCZT";
 }
 
-static OmeImage readImage(xml_node imageNode, xml_node pixels, Context& context)
+OmeImage readImage(xml_node imageNode, xml_node pixels, Context& context)
 {
     OmeImage result;
     result.sizeX = integer(pixels, "SizeX").value_or(0);
@@ -255,6 +259,8 @@ static OmeImage readImage(xml_node imageNode, xml_node pixels, Context& context)
     return result;
 }
 
+} // namespace
+
 bool isOmeXml(std::string_view text)
 {
     // The root may have a prefix and stands behind comments of any length.
@@ -265,9 +271,11 @@ bool isOmeXml(std::string_view text)
     return head.find("<OME") != std::string_view::npos || head.find(":OME") != std::string_view::npos;
 }
 
+namespace {
+
 // The parser keeps a node of 64 bytes for each element and each text between elements, and 40 bytes for each
 // attribute. Real metadata take up to 5 times their own size.
-static void refuseHugeTree(std::string_view text)
+void refuseHugeTree(std::string_view text)
 {
     constexpr std::size_t nodeBytes = 64, attributeBytes = 40, always = 16u << 20, timesText = 6;
     std::size_t bytes = 0;
@@ -281,6 +289,8 @@ static void refuseHugeTree(std::string_view text)
     if (bytes > std::max(always, timesText * text.size()))
         throw FormatError("its OME metadata has more elements than its length has room for");
 }
+
+} // namespace
 
 OmeDocument parseOme(std::string text)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // OME-XML as the readers use it: the dimensions, where the planes are, and what is known of each channel and
 // plane. Schemas of 2008 to 2016 and any namespace prefix. Values are already in microns, seconds and
 // nanometres; what the document does not tell, or tells in units that are no length or time, is absent.

@@ -1,23 +1,32 @@
+// SPDX-License-Identifier: MIT
 // TIFF files without metadata: the pages of one size are z sections.
 #include "platform/image/Colors.h"
 #include "platform/image/Dataset.h"
 #include "platform/image/Error.h"
 
-namespace image {
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
-static bool sameShape(const PageSummary& a, const PageSummary& b)
+namespace image {
+namespace {
+
+bool sameShape(const PageSummary& a, const PageSummary& b)
 {
     return a.width == b.width && a.height == b.height && a.bits == b.bits && a.samples == b.samples;
 }
 
 // Section z is the page; pages that follow each other make one run.
-static void addPage(std::vector<PlaneRun>& runs, std::uint32_t z, std::uint32_t page)
+void addPage(std::vector<PlaneRun>& runs, std::uint32_t z, std::uint32_t page)
 {
     if (!runs.empty() && runs.back().place.page + runs.back().count == page)
         ++runs.back().count;
     else
         runs.push_back({z, 1, {0, page, 0}});
 }
+
+} // namespace
 
 Dataset readPlainDataset(const OpenedFile& opened)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/Plane.h"
 
 #include "platform/image/Error.h"
@@ -7,6 +8,7 @@
 #include <string>
 
 namespace image {
+namespace {
 
 enum Photometric {
     MinIsWhite = 0,
@@ -27,12 +29,12 @@ constexpr std::size_t maxWholeBytes = 64u << 20;     // of a strip or tile that 
 constexpr std::size_t maxConvertedBytes = 32u << 20; // the conversion takes four times as much besides
 constexpr std::int64_t maxBlocks = 1 << 26;          // of a plane
 
-static int photometricYcbcr()
+int photometricYcbcr()
 {
     return 6;
 }
 
-static bool needsColorConversion(const Directory& d)
+bool needsColorConversion(const Directory& d)
 {
     const int p = d.photometric;
     if (p == photometricYcbcr())
@@ -42,12 +44,14 @@ static bool needsColorConversion(const Directory& d)
 }
 
 // A page without SampleFormat is taken as unsigned; the metadata may know better.
-static SampleType typeOf(const Directory& d, std::optional<SampleType> declared)
+SampleType typeOf(const Directory& d, std::optional<SampleType> declared)
 {
     if (d.typeGiven || !declared || bytesOf(*declared) != bytesOf(d.type) || bytesOf(d.type) == 0)
         return d.type;
     return *declared;
 }
+
+} // namespace
 
 bool Plane::isTiles() const
 {
@@ -60,21 +64,23 @@ std::size_t Plane::blockBytes(int block) const
     return rowBytes * static_cast<std::size_t>(isTiles() ? blockHeight : rowsIn(blockRow));
 }
 
+namespace {
+
 // Whether libtiff decodes the rows of a strip one after the other, without room for all of them.
-static bool decodesRowByRow(int compression)
+bool decodesRowByRow(int compression)
 {
     static constexpr int schemes[] = {2, 3,     4,     5,     7,
                                       8, 32773, 32946, 34925, 50000};    // CCITT, LZW, JPEG, Deflate,
     return std::ranges::find(schemes, compression) != std::end(schemes); // PackBits, LZMA, Zstandard
 }
 
-static std::size_t bytesOfStrip(const Directory& d)
+std::size_t bytesOfStrip(const Directory& d)
 {
     const auto samples = static_cast<std::size_t>(d.planar ? 1 : d.samples);
     return (static_cast<std::size_t>(d.width) * samples * d.bits + 7) / 8 * d.blockHeight;
 }
 
-static Plane::Access accessOf(const Directory& d)
+Plane::Access accessOf(const Directory& d)
 {
     if (needsColorConversion(d))
         return d.tiled ? Plane::Access::RgbTiles : Plane::Access::RgbStrips;
@@ -86,7 +92,7 @@ static Plane::Access accessOf(const Directory& d)
     return inParts ? Plane::Access::DecodedRows : Plane::Access::DecodedStrips;
 }
 
-static int runOfRows(const Plane& plane)
+int runOfRows(const Plane& plane)
 {
     const Directory& d = plane.directory;
     const auto rows = [&](std::size_t bytes) {
@@ -100,7 +106,7 @@ static int runOfRows(const Plane& plane)
     return std::min(d.height, strips * d.blockHeight);
 }
 
-static void divideIntoBlocks(Plane& plane)
+void divideIntoBlocks(Plane& plane)
 {
     const Directory& d = plane.directory;
     plane.blockWidth = d.tiled ? d.blockWidth : d.width;
@@ -117,6 +123,8 @@ static void divideIntoBlocks(Plane& plane)
     if (std::int64_t{plane.across} * plane.down * (d.planar ? d.samples : 1) > maxBlocks)
         throw FormatError("its pages are larger than any image");
 }
+
+} // namespace
 
 Plane planeOf(const Directory& directory, std::optional<SampleType> declared, std::uint64_t firstByteShift)
 {

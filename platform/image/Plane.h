@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One page of pixels (or one of the planes that lie behind a single page) as blocks that are loaded one by
 // one.
 //

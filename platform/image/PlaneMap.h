@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the planes of an image are stored, described by runs of planes: an image may claim millions of
 // planes, its file can name only as many runs as it has bytes for.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/Plausible.h"
 
 #include "platform/text/Utf8.h"

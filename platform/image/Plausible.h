@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The gate through which texts and numbers of a file's metadata come in: nothing behind it meets a text too
 // long for a window or a number that a float cannot hold.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/RangeScan.h"
 
 #include "platform/image/RangeStore.h"
@@ -5,6 +6,7 @@
 #include <algorithm>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <sys/resource.h>
 #include <thread>
 #include <unistd.h>

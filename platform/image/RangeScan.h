@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Minimum and maximum of every wavelength over all its sections: scanned by a background thread and kept in
 // the user's cache directory ($XDG_CACHE_HOME/kelvora/ranges, else ~/.cache/kelvora/ranges) by the file's
 // path, size and modification time, so that a file is scanned once.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/RangeStore.h"
 
 #include "platform/base/FileStamp.h"
@@ -12,21 +13,26 @@
 #include <limits>
 #include <sstream>
 #include <unistd.h>
+#include <vector>
 
 namespace image {
 
 namespace fs = std::filesystem;
 
-static constexpr char versionLine[] = "kelvora-ranges 1";
+namespace {
+
+constexpr char versionLine[] = "kelvora-ranges 1";
 
 // FNV-1a, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv/
-static std::uint64_t hash(std::string_view text)
+std::uint64_t hash(std::string_view text)
 {
     std::uint64_t value = 0xcbf29ce484222325u;
     for (const char c : text)
         value = (value ^ static_cast<unsigned char>(c)) * 0x100000001b3u;
     return value;
 }
+
+} // namespace
 
 std::string rangeIdentity(const ImageFile& image)
 {
@@ -43,11 +49,15 @@ std::string rangeIdentity(const ImageFile& image)
     return identity.str();
 }
 
-static fs::path folder()
+namespace {
+
+fs::path folder()
 {
     const fs::path cache = base::cacheFolder();
     return cache.empty() ? cache : cache / "ranges";
 }
+
+} // namespace
 
 std::optional<std::vector<ValueRange>> loadRanges(const std::string& identity, std::size_t count)
 {
@@ -65,7 +75,9 @@ std::optional<std::vector<ValueRange>> loadRanges(const std::string& identity, s
     return ranges;
 }
 
-static bool writeAll(int descriptor, std::string_view text)
+namespace {
+
+bool writeAll(int descriptor, std::string_view text)
 {
     while (!text.empty()) {
         const ssize_t written = write(descriptor, text.data(), text.size());
@@ -75,6 +87,8 @@ static bool writeAll(int descriptor, std::string_view text)
     }
     return true;
 }
+
+} // namespace
 
 void storeRanges(const std::string& identity, const std::vector<ValueRange>& ranges)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ranges of wavelengths kept between runs, one small file per image in the user's cache directory.
 #pragma once
 
@@ -5,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace image {
 

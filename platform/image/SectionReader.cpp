@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/SectionReader.h"
 
 #include "platform/image/WorkerPool.h"
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <span>
 
 namespace image {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pixel values of one section (or of a reduced copy of it) from the blocks of its page.
 #pragma once
 
@@ -5,6 +6,8 @@
 #include "platform/image/ImageFile.h"
 #include "platform/image/TiffFile.h"
 
+#include <memory>
+#include <span>
 #include <stop_token>
 #include <vector>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/SiblingFiles.h"
 
 #include "platform/image/Error.h"
@@ -15,7 +16,9 @@ SiblingFiles::SiblingFiles(const OpenedFile& openedFile, const OpenedFile& holde
 {
 }
 
-static std::string uuidOf(const std::filesystem::path& path)
+namespace {
+
+std::string uuidOf(const std::filesystem::path& path)
 {
     try {
         const InputFile file(path);
@@ -26,6 +29,8 @@ static std::string uuidOf(const std::filesystem::path& path)
         return {};
     }
 }
+
+} // namespace
 
 void SiblingFiles::readFolder()
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finds the files that OME metadata names, in the folder of the file that was opened.
 //
 // A file may have been renamed since its metadata was written, so the identifiers in the metadata (UUIDs)

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/TiffDecoder.h"
 
 #include "platform/image/Error.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdarg>
 #include <cstdio>
@@ -58,7 +60,9 @@ void TiffDecoder::Handle::fail(const char* what)
     throw FormatError(reason);
 }
 
-static int onError(TIFF*, void* user, const char*, const char* format, va_list arguments)
+namespace {
+
+int onError(TIFF*, void* user, const char*, const char* format, va_list arguments)
 {
     char text[400];
     std::vsnprintf(text, sizeof text, format, arguments);
@@ -70,12 +74,12 @@ static int onError(TIFF*, void* user, const char*, const char* format, va_list a
     return 1;
 }
 
-static int onWarning(TIFF*, void*, const char*, const char*, va_list)
+int onWarning(TIFF*, void*, const char*, const char*, va_list)
 {
     return 1;
 }
 
-static std::array<std::byte, 16> headerFor(bool bigTiff, bool bigEndian, std::uint64_t offset)
+std::array<std::byte, 16> headerFor(bool bigTiff, bool bigEndian, std::uint64_t offset)
 {
     std::array<std::byte, 16> header = {};
     const auto put = [&](std::size_t at, std::size_t size, std::uint64_t value) {
@@ -92,6 +96,8 @@ static std::array<std::byte, 16> headerFor(bool bigTiff, bool bigEndian, std::ui
     }
     return header;
 }
+
+} // namespace
 
 namespace {
 
@@ -200,8 +206,10 @@ void TiffDecoder::tile(std::uint32_t index, std::span<std::byte> out)
     handle->error.clear();
 }
 
+namespace {
+
 // libtiff fills a raster from the bottom row up.
-static void copyRaster(std::span<const std::uint32_t> raster, int width, int height, std::span<std::byte> out)
+void copyRaster(std::span<const std::uint32_t> raster, int width, int height, std::span<std::byte> out)
 {
     std::byte* to = out.data();
     for (int y = height - 1; y >= 0; --y)
@@ -212,6 +220,8 @@ static void copyRaster(std::span<const std::uint32_t> raster, int width, int hei
             to[2] = static_cast<std::byte>(TIFFGetB(pixel));
         }
 }
+
+} // namespace
 
 // libtiff fills the raster by what the page's directory said when the decoder was made: that may be another
 // one than the caller's, since another program may have written the page anew in between.

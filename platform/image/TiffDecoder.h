@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Decodes strips and tiles of one page with libtiff. A decoder serves one thread at a time; it reads through
 // the InputFile, which must outlive it.
 #pragma once

@@ -1,21 +1,28 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/TiffFile.h"
 
 #include "platform/image/Error.h"
 
 #include <algorithm>
 #include <limits>
+#include <optional>
+#include <span>
+#include <string>
 
 namespace image {
+namespace {
 
 constexpr std::size_t maxPlanesKept = 1024;
 constexpr std::size_t maxTableEntries = 256 << 10; // in the block tables of the planes that are kept
 constexpr std::size_t maxIdleDecoders = 4;
 
-static std::uint64_t nextFileId()
+std::uint64_t nextFileId()
 {
     static std::atomic<std::uint64_t> last = 0;
     return ++last;
 }
+
+} // namespace
 
 TiffFile::TiffFile(const std::filesystem::path& path)
     : file(path), opened(file.stamp()), id(nextFileId()), structure(file), chain(structure.pages()),
@@ -83,13 +90,17 @@ BlockPtr TiffFile::load(const Plane& plane, int block)
     return result;
 }
 
+namespace {
+
 // Bytes [first, first + count) of a strip or tile, which must lie inside it when its size is known.
-static void requireInside(const Directory& d, std::size_t block, std::uint64_t first, std::uint64_t count)
+void requireInside(const Directory& d, std::size_t block, std::uint64_t first, std::uint64_t count)
 {
     const bool known = d.blockBytes[block] != 0;
     if ((known && first + count > d.blockBytes[block]) || d.blockOffsets[block] == 0)
         throw FormatError("one of its strips or tiles is incomplete");
 }
+
+} // namespace
 
 void TiffFile::loadRows(const Plane& plane, int block, std::span<std::byte> out)
 {
@@ -131,7 +142,9 @@ void TiffFile::loadRawTile(const Plane& plane, int block, std::span<std::byte> o
         swapSamples(out, plane.type);
 }
 
-static void requireInFile(const Directory& d, std::size_t block, std::uint64_t fileSize)
+namespace {
+
+void requireInFile(const Directory& d, std::size_t block, std::uint64_t fileSize)
 {
     const std::uint64_t offset = d.blockOffsets[block], bytes = d.blockBytes[block];
     if (offset == 0 || bytes == 0)
@@ -139,6 +152,8 @@ static void requireInFile(const Directory& d, std::size_t block, std::uint64_t f
     if (offset > fileSize || bytes > fileSize - offset)
         throw FormatError("the file is truncated: a strip or tile lies beyond its end");
 }
+
+} // namespace
 
 void TiffFile::decodeStrips(TiffDecoder& decoder, const Plane& plane, int block, std::span<std::byte> out)
 {
@@ -224,9 +239,11 @@ void TiffFile::giveDecoder(Lease lease)
     idleDecoders.push_back(std::move(lease.decoder));
 }
 
+namespace {
+
 // Without a decoder the pixels themselves say how many bytes there must be; tables are often wrong about the
 // last strip.
-static void requireRawInFile(const Plane& plane, int block, std::uint64_t fileSize)
+void requireRawInFile(const Plane& plane, int block, std::uint64_t fileSize)
 {
     const Directory& d = plane.directory;
     const int row = d.tiled ? 0 : block % d.blocksDown() * d.blockHeight;
@@ -239,10 +256,12 @@ static void requireRawInFile(const Plane& plane, int block, std::uint64_t fileSi
         throw FormatError("the file is truncated: a strip or tile lies beyond its end");
 }
 
-static bool isRaw(const Plane& plane)
+bool isRaw(const Plane& plane)
 {
     return plane.access == Plane::Access::RawRows || plane.access == Plane::Access::RawTiles;
 }
+
+} // namespace
 
 void TiffFile::requireComplete(const Plane& plane)
 {

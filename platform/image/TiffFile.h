@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One TIFF file of an open image: its pages, and their blocks on demand. All functions may be called by
 // several threads at once.
 #pragma once
@@ -11,6 +12,9 @@
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <span>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/TiffImage.h"
 
 #include "platform/image/Error.h"
@@ -7,9 +8,15 @@
 
 #include <algorithm>
 #include <atomic>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace image {
-
 namespace {
 
 // The section that a thread read last. One per thread.
@@ -68,11 +75,15 @@ private:
 
 } // namespace
 
-static std::uint64_t nextImageId()
+namespace {
+
+std::uint64_t nextImageId()
 {
     static std::atomic<std::uint64_t> last = 0;
     return ++last;
 }
+
+} // namespace
 
 TiffImage::TiffImage(Dataset&& data) : dataset(std::move(data)), id(nextImageId())
 {
@@ -186,11 +197,15 @@ SectionReader& TiffImage::readerOf(const SectionIndex& section, int level)
     return recent.reader;
 }
 
-static std::string nameOf(const SectionIndex& s)
+namespace {
+
+std::string nameOf(const SectionIndex& s)
 {
     return "section z " + std::to_string(s.z) + ", wavelength " + std::to_string(s.w) + ", time " +
            std::to_string(s.t) + ", position " + std::to_string(s.p);
 }
+
+} // namespace
 
 bool TiffImage::fail(const SectionIndex& section, std::string reason)
 {
@@ -283,8 +298,10 @@ std::vector<std::filesystem::path> TiffImage::files() const
     return result;
 }
 
+namespace {
+
 // The formats, the most specific first.
-static constexpr struct {
+constexpr struct {
     bool (*matches)(std::string_view description);
     Dataset (*read)(const OpenedFile& opened);
 } formats[] = {
@@ -292,6 +309,8 @@ static constexpr struct {
     {isImageJ, readImageJDataset},
     {[](std::string_view) { return true; }, readPlainDataset},
 };
+
+} // namespace
 
 std::unique_ptr<ImageFile> openTiffImage(const std::filesystem::path& path)
 {

@@ -1,8 +1,11 @@
+// SPDX-License-Identifier: MIT
 // The ImageFile of TIFF files: reads rectangles of sections block by block.
 #pragma once
 
 #include "platform/image/Dataset.h"
 
+#include <filesystem>
+#include <memory>
 #include <stop_token>
 
 namespace image {

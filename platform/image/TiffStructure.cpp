@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/TiffStructure.h"
 
 #include "platform/image/Error.h"
@@ -5,9 +6,11 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <span>
 #include <unordered_set>
 
 namespace image {
+namespace {
 
 // Limits far beyond any real image: what exceeds them is a damaged or hostile file.
 constexpr std::size_t maxPages = 1 << 20;
@@ -19,7 +22,7 @@ constexpr std::uint64_t maxBlockBytes = 512u << 20;
 constexpr std::uint64_t maxDescriptionBytes = 64u << 20;
 constexpr std::uint64_t maxSubDirectories = 32;
 
-static std::size_t sizeOfType(std::uint16_t type)
+std::size_t sizeOfType(std::uint16_t type)
 {
     switch (type) {
     case 1:
@@ -47,12 +50,12 @@ static std::size_t sizeOfType(std::uint16_t type)
     }
 }
 
-static bool isIntegerType(std::uint16_t type)
+bool isIntegerType(std::uint16_t type)
 {
     return type == 1 || type == 3 || type == 4 || type == 7 || type == 13 || type == 16 || type == 18;
 }
 
-template<class T> static T loadAs(std::span<const std::byte> raw, bool swap)
+template<class T> T loadAs(std::span<const std::byte> raw, bool swap)
 {
     std::array<std::byte, sizeof(T)> copy;
     std::copy_n(raw.begin(), sizeof(T), copy.begin());
@@ -60,6 +63,8 @@ template<class T> static T loadAs(std::span<const std::byte> raw, bool swap)
         std::reverse(copy.begin(), copy.end());
     return std::bit_cast<T>(copy);
 }
+
+} // namespace
 
 std::uint64_t TiffStructure::number(std::span<const std::byte> raw) const
 {
@@ -194,12 +199,16 @@ std::uint64_t TiffStructure::bytesOf(const Entries& entries) const
     return (big ? 16 : 6) + entries.list.size() * (big ? 20 : 12);
 }
 
-static void refuseSize(std::uint64_t width, std::uint64_t height)
+namespace {
+
+void refuseSize(std::uint64_t width, std::uint64_t height)
 {
     if (width == 0 || height == 0 || width > maxSide || height > maxSide)
         throw FormatError("a page claims " + std::to_string(width) + " x " + std::to_string(height) +
                           " pixels");
 }
+
+} // namespace
 
 // Directories that do not overlap have no more bytes than the file: that bounds the time of reading them.
 PageChain TiffStructure::pages() const
@@ -232,7 +241,9 @@ PageChain TiffStructure::pages() const
     return chain;
 }
 
-static std::optional<SampleType> sampleType(std::uint64_t format, std::uint64_t bits)
+namespace {
+
+std::optional<SampleType> sampleType(std::uint64_t format, std::uint64_t bits)
 {
     enum { Unsigned = 1, Signed = 2, Float = 3, Void = 4 };
     if (format == Void)
@@ -254,6 +265,8 @@ static std::optional<SampleType> sampleType(std::uint64_t format, std::uint64_t 
             return row.type;
     return std::nullopt;
 }
+
+} // namespace
 
 void TiffStructure::readSamples(const Entries& entries, Directory& directory) const
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The directories of a TIFF or BigTIFF file, read without a decoder: where they are, and the tags that say
 // how a page's pixels are stored. Every number in the file is checked before it is used. Tag numbers and
 // field types: TIFF Revision 6.0 and the BigTIFF layout (8-byte offsets, version 43).
@@ -6,7 +7,9 @@
 #include "platform/image/InputFile.h"
 
 #include <array>
+#include <bit>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 

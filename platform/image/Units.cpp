@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/Units.h"
 
 #include <string>
 
 namespace image {
+namespace {
 
 struct Prefix {
     std::string_view symbol;
@@ -10,7 +12,7 @@ struct Prefix {
 };
 
 // Micro in UTF-8 (the micro sign and the Greek letter), in ISO 8859-1, as an escape, and as a plain u.
-static constexpr Prefix prefixes[] = {
+constexpr Prefix prefixes[] = {
     {"", 1},           {"Y", 1e24},  {"Z", 1e21},      {"E", 1e18},      {"P", 1e15},    {"T", 1e12},
     {"G", 1e9},        {"M", 1e6},   {"k", 1e3},       {"h", 1e2},       {"da", 1e1},    {"d", 1e-1},
     {"c", 1e-2},       {"m", 1e-3},  {"\u00b5", 1e-6}, {"\u03bc", 1e-6}, {"\xb5", 1e-6}, {"\\u00B5", 1e-6},
@@ -18,7 +20,7 @@ static constexpr Prefix prefixes[] = {
     {"z", 1e-21},      {"y", 1e-24},
 };
 
-static constexpr Prefix lengthsInMetres[] = {
+constexpr Prefix lengthsInMetres[] = {
     {"\u00c5", 1e-10},
     {"\u212b", 1e-10},
     {"\xc5", 1e-10},
@@ -51,12 +53,12 @@ static constexpr Prefix lengthsInMetres[] = {
     {"metre", 1},
 };
 
-static constexpr Prefix timesInSeconds[] = {
+constexpr Prefix timesInSeconds[] = {
     {"min", 60}, {"h", 3600},   {"hr", 3600},   {"d", 86400},
     {"sec", 1},  {"second", 1}, {"seconds", 1}, {"msec", 1e-3},
 };
 
-template<std::size_t n> static std::optional<double> lookUp(const Prefix (&table)[n], std::string_view symbol)
+template<std::size_t n> std::optional<double> lookUp(const Prefix (&table)[n], std::string_view symbol)
 {
     for (const Prefix& row : table)
         if (row.symbol == symbol)
@@ -64,20 +66,22 @@ template<std::size_t n> static std::optional<double> lookUp(const Prefix (&table
     return std::nullopt;
 }
 
-static std::optional<double> withPrefix(std::string_view unit, char base)
+std::optional<double> withPrefix(std::string_view unit, char base)
 {
     if (unit.empty() || unit.back() != base)
         return std::nullopt;
     return lookUp(prefixes, unit.substr(0, unit.size() - 1));
 }
 
-static std::string_view trimmed(std::string_view text)
+std::string_view trimmed(std::string_view text)
 {
     const auto first = text.find_first_not_of(" \t\r\n");
     if (first == std::string_view::npos)
         return {};
     return text.substr(first, text.find_last_not_of(" \t\r\n") + 1 - first);
 }
+
+} // namespace
 
 std::optional<double> micronsPer(std::string_view text)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Units of length and time as image metadata spell them.
 #pragma once
 

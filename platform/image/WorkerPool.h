@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Splits a large read over the cores. The threads are started by the first large read and then kept.
 #pragma once
 

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/Application.h"
 
-#include "platform/imagewindow/controls/Appearance.h"
 #include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/controls/Appearance.h"
 #include "platform/protocol/XProtocol.h"
 #include "platform/text/Locale.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The process: the connection to the X server, the open image windows and the event loop. Ends when the last
 // window has closed. Everything runs on the one thread of the loop.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/view/Readout.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One image window: the image file, what of it is shown and how, the canvas with its overlay graphics, and
 // the record that tells clients about all this. The controls call the actions below; nothing is drawn before
 // the next update().
@@ -12,9 +13,9 @@
 #include "platform/imagewindow/controls/ContrastDialogue.h"
 #include "platform/imagewindow/controls/Controls.h"
 #include "platform/imagewindow/controls/ScaleDialogue.h"
+#include "platform/imagewindow/files/Scale.h"
 #include "platform/imagewindow/files/Scratch.h"
 #include "platform/imagewindow/render/Renderer.h"
-#include "platform/imagewindow/view/Scale.h"
 #include "platform/imagewindow/view/View.h"
 #include "platform/protocol/XProtocol.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/Options.h"
 
 #include "platform/base/DisplayColors.h"
@@ -6,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <regex>
 #include <stdexcept>
@@ -13,7 +15,6 @@
 namespace viewer {
 
 namespace {
-
 
 constexpr const char* keys = R"(
 One window and one window number each; "window N: FILE" is written to standard output when a window is shown.
@@ -117,8 +118,7 @@ void declare(CLI::App& app, Options& options, Typed& typed)
     addList(app, "--wavelengths", options.wavelengths, maxDisplayed, indexOf,
             "Wavelengths to show, at most five, counted from 1: 1,3", "LIST");
     addList(app, "--colors", options.colors, base::maxWavelengths, colorOf,
-            "Display colours of the wavelengths, by name or number: " + base::listOfDisplayColors(),
-            "LIST");
+            "Display colours of the wavelengths, by name or number: " + base::listOfDisplayColors(), "LIST");
     app.add_option("--panels", typed.panels, "Panels side by side: z, wavelength, time or single")
         ->check(CLI::IsMember({"single", "z", "wavelength", "time"}))
         ->type_name("KIND");

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the user does to an image window, and what the status lines say.
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/controls/Dialogs.h"
@@ -5,11 +6,17 @@
 #include "platform/imagewindow/view/Readout.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <csignal>
 #include <cstring>
+#include <filesystem>
+#include <memory>
+#include <optional>
 #include <spawn.h>
+#include <string>
 #include <utility>
+#include <vector>
 
 extern char** environ;
 

@@ -1,8 +1,12 @@
+// SPDX-License-Identifier: MIT
 // The image window and its file: following a file that grows or is replaced, the ranges of its wavelengths,
 // and the record that tells clients what is shown.
 #include "platform/imagewindow/ImageWindow.h"
 
 #include <algorithm>
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace viewer {
 

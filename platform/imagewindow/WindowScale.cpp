@@ -1,8 +1,14 @@
+// SPDX-License-Identifier: MIT
 // The scale of an image window: what the user has set for an image whose file does not tell it, where it is
 // kept, and what is said about it.
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/files/ScaleStore.h"
 #include "platform/imagewindow/view/Readout.h"
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
 
 namespace viewer {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/image/ImageFile.h"
 #include "platform/imagewindow/Application.h"
 #include "platform/imagewindow/view/Readout.h"
@@ -5,6 +6,8 @@
 #include <csignal>
 #include <cstdio>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace {
 

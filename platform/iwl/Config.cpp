@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The user configuration of the C interface: values from the file at the first call, changes on top of them.
 #include "platform/iwl/ConfigFile.h"
 #include "platform/iwl/Session.h"
@@ -6,6 +7,7 @@
 #include <X11/Xresource.h>
 
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <strings.h>
 

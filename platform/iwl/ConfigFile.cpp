@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/iwl/ConfigFile.h"
 
 #include "platform/base/UserFolders.h"
@@ -5,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>

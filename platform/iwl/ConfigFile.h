@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The user's configuration file: an X resource file that people may edit and several programs change. Saving
 // merges the changed keys into what the file holds at that moment and replaces the file whole; comments and
 // foreign lines stay as they are. No X connection here.

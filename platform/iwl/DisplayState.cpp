@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an image window shows, answered from the record that it published last: no call here asks the server.
 #include "platform/iwl/Slots.h"
 #include "platform/protocol/Geometry.h"
@@ -7,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <optional>
 
 namespace {
 

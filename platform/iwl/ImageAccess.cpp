@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: MIT
 // The image file of a slot: its dimensions, metadata and pixel values.
 #include "platform/iwl/Slots.h"
 
 #include <IWL.h>
 
 #include <algorithm>
+#include <optional>
+#include <span>
 
 namespace {
 

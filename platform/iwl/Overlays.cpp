@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Overlay graphics: commands appended to the canvas for the viewer. The graphics of this process are
 // remembered, so that a viewer that takes no commands (a stopped process) costs the server a bounded backlog:
 // from then on commands are held back, and when the viewer goes on it gets the present state.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/iwl/Session.h"
 
 #include "platform/base/Limits.h"
@@ -13,6 +14,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <unistd.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What libWMEnh needs to know of libIWL: the X connection and the attached image windows. libWMEnh selects
 // and dispatches the events of the canvases; libIWL keeps the display state up to date from them. The
 // canvases belong to the viewer, the connection to libIWL; all calls are made from the one thread that calls

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/iwl/SlotImage.h"
 
 #include "platform/iwl/Session.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The image file behind an attached window: opened by the path that the window publishes, followed when the
 // window shows another file or the file is replaced on disk, and read section by section. Indices and frame
 // as in ImageFile.h.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The attached image windows as libIWL keeps them: one record per slot, made by IWAttachWin and freed by
 // IMClose. Internal to libIWL.
 #pragma once

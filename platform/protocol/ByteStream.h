@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Packs and unpacks the records of the protocol: little-endian integers and IEEE floats without padding,
 // whatever the machine. The reader never reads beyond its bytes: the first short read makes it fail for good.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the process keeps per X connection, freed when the connection is closed. Internal to the protocol
 // library.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/protocol/DisplayRecord.h"
 
 #include "platform/base/Limits.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an image window shows, as the viewer publishes it in the property _IW_DISPLAY of its canvas (type
 // _IW_DISPLAY, format 8, version first) and clients read it. No X here: encode and decode are pure.
 #pragma once

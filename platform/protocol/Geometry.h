@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a canvas shows an image: zoom, scroll origin and the grid of panels, and the one pair of functions that
 // converts between canvas pixels and data coordinates. Viewer and client use the same pair. No X here.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/protocol/OverlayRecord.h"
 
 #include "platform/protocol/ByteStream.h"

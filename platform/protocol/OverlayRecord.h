@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Overlay commands that clients append to the property _IW_OVERLAY of a canvas (type _IW_OVERLAY, format 8,
 // PropModeAppend) and the viewer drains. Every command is one record of fixed size. No X here.
 #pragma once

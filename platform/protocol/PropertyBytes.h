@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads a window property that any client may have written. Internal to the protocol library.
 #pragma once
 

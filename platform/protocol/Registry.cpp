@@ -1,14 +1,19 @@
+// SPDX-License-Identifier: MIT
 // What the selections and the tool list say: which windows have which number, who holds the input, which
 // tools run.
 #include "platform/protocol/ConnectionState.h"
 #include "platform/protocol/PropertyBytes.h"
 #include "platform/protocol/XProtocol.h"
+#include "platform/text/Utf8.h"
 
 #include <X11/Xatom.h>
 
 #include <algorithm>
 #include <cstring>
 #include <functional>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace protocol {
 namespace {
@@ -82,12 +87,7 @@ std::string readTitle(Display* display, Window window, Atom property)
 {
     const PropertyBytes stored = readProperty(display, window, property, atoms(display).utf8String, 8, 4096);
     std::string title(reinterpret_cast<const char*>(stored.bytes.data()), stored.bytes.size());
-    if (title.size() > maxTitleBytes) {
-        std::size_t end = maxTitleBytes;
-        while (end > 0 && (static_cast<unsigned char>(title[end]) & 0xC0) == 0x80)
-            --end;
-        title.resize(end);
-    }
+    title.resize(text::cutToBytes(title, maxTitleBytes).size());
     std::replace_if(
         title.begin(), title.end(), [](unsigned char c) { return c < 32 || c == 127; }, ' ');
     return title;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/protocol/XProtocol.h"
 
 #include <cstdio>

@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "platform/protocol/XProtocol.h"
 
 #include "platform/protocol/PropertyBytes.h"
 
 #include <cstdio>
 #include <memory>
+#include <span>
 
 namespace protocol {
 namespace {

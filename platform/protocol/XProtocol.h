@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The X side of what viewer and client agree on: atoms, properties, the registry of image windows and the
 // exclusive input lock. Everything here lives in the server and vanishes with the client that made it.
 //

@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: MIT
 // Names of files and folders. No X here.
 #include "platform/base/UserFolders.h"
 #include "platform/include/IWL.h"
 #include "platform/include/OrUtils.h"
+#include "platform/text/Utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -46,16 +48,6 @@ std::string_view withoutImageEnding(std::string_view name)
     return dot == std::string_view::npos || dot == 0 ? name : name.substr(0, dot);
 }
 
-// The first size bytes at most, no UTF-8 sequence cut in two.
-std::string_view shortened(std::string_view text, size_t size)
-{
-    if (text.size() <= size)
-        return text;
-    while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80)
-        --size;
-    return text.substr(0, size);
-}
-
 bool isFolder(const std::string& path)
 {
     std::error_code error;
@@ -91,8 +83,8 @@ int OrvelGenerateFileName(const char* source, const char* tag, const char* exten
 {
     const std::string ending = "_" + std::string(tag) + "." + extension;
     const size_t room = ORVEL_NAME_SIZE - 1 - std::min<size_t>(ending.size(), ORVEL_NAME_SIZE - 1);
-    std::string made(shortened(withoutImageEnding(baseName(source)), room));
-    made += shortened(ending, ORVEL_NAME_SIZE - 1 - made.size());
+    std::string made(text::cutToBytes(withoutImageEnding(baseName(source)), room));
+    made += text::cutToBytes(ending, ORVEL_NAME_SIZE - 1 - made.size());
     memcpy(name, made.c_str(), made.size() + 1);
     return 1;
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Registration of the running tool: its shell carries its title, image windows know it, and it can be asked
 // to end.
 #include "platform/include/KVRunUtils.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Placing a tool window beside an image window.
 #include "platform/include/OrUtils.h"
 #include "platform/protocol/XProtocol.h"

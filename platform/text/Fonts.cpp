@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/text/Fonts.h"
 
 #include "platform/text/Locale.h"

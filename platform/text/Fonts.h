@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The fonts of all widgets, as resources.
 #pragma once
 

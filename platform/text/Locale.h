@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The user's locale, as Motif needs it.
 #pragma once
 

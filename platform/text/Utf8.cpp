@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/text/Utf8.h"
 
 namespace text {
@@ -61,14 +62,26 @@ void appendUtf8(std::string& out, char32_t code)
 
 std::string shortened(std::string_view text, size_t maxCharacters)
 {
-    size_t end = 0, cut = 0; // after the last character looked at, and after the last that leaves room
+    constexpr std::string_view dots = "...";
+    size_t end = 0, cut = 0; // after the last character looked at, and where the dots would stand
     for (size_t count = 0; end < text.size(); ++count) {
+        if (count + dots.size() == maxCharacters)
+            cut = end;
         if (count == maxCharacters)
-            return std::string(text.substr(0, cut)) + "\u2026";
+            return std::string(text.substr(0, cut)) + std::string(dots);
         end += decodeUtf8(text, end).length;
-        cut = count + 1 < maxCharacters ? end : cut;
     }
     return std::string(text);
+}
+
+std::string_view cutToBytes(std::string_view text, size_t maxBytes)
+{
+    if (text.size() <= maxBytes)
+        return text;
+    size_t end = 0;
+    for (size_t next = 0; next <= maxBytes; next += decodeUtf8(text, next).length)
+        end = next;
+    return text.substr(0, end);
 }
 
 } // namespace text

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Characters of UTF-8 text that may be anything, one at a time.
 #pragma once
 
@@ -18,8 +19,11 @@ Character decodeUtf8(std::string_view text, size_t start);
 
 void appendUtf8(std::string& out, char32_t code);
 
-// The text, or its first characters and an ellipsis, maxCharacters (1 or more) in all. Cuts between
+// The text, or its first characters and three dots, maxCharacters (3 or more) in all. Cuts between
 // characters; a byte that belongs to no sequence counts as one.
 std::string shortened(std::string_view text, size_t maxCharacters);
+
+// The beginning of the text that fits into maxBytes bytes, in whole characters.
+std::string_view cutToBytes(std::string_view text, size_t maxBytes);
 
 } // namespace text

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Push buttons of a row.
 #include "platform/include/WMEnh.h"
 #include "platform/wmenh/FieldRegistry.h"

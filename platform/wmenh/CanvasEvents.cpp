@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Events of the image windows. A canvas belongs to another process: its events come over our connection, Xt
 // hands them to an unrealised carrier widget, and from there they go to the handlers that are registered at
 // that moment. Everything is selected once and up front, because the mask of an implicit grab is frozen at

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/wmenh/ChooserPaths.h"
 
 #include <algorithm>

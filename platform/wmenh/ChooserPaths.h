@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the file chooser makes of names and folders. No X here.
 #pragma once
 

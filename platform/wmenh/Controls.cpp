@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The controls that can stand in a row, except the buttons.
 #include "platform/include/WMEnh.h"
 #include "platform/wmenh/FieldRegistry.h"
@@ -18,6 +19,7 @@
 #include <climits>
 #include <cstring>
 #include <string>
+#include <vector>
 
 using namespace wmenh;
 

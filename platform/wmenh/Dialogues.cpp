@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/wmenh/Dialogues.h"
 
 #include "platform/include/WMEnh.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What every dialogue of the library shares: where it stands, how the window manager's close button ends it,
 // and the event loop of a modal one.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/wmenh/FieldRegistry.h"
 
 #include <Xm/Xm.h>

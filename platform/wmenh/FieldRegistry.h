@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The controls that are bound to a program's variables: how each shows its variable and whom it tells of a
 // change. An entry lives as long as its widget; the variables belong to the program.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The modal chooser of a file to write, an XmFileSelectionBox. It starts in the folder that the program names
 // when a file can be written there, else in the one remembered from last time, and a button leads to the
 // latter. A name without an extension gets that of the filter. What cannot be taken is said in the dialogue,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/wmenh/Help.h"
 
 #include "platform/wmenh/Dialogues.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window that shows a help topic: a text file <topic>.txt in UTF-8.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The end of the attached image windows, for what must not outlive them.
 #pragma once
 

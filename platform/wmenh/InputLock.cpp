@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Exclusive input of image windows.
 #include "platform/include/WMEnh.h"
 #include "platform/iwl/Session.h"

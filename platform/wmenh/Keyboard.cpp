@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/wmenh/Keyboard.h"
 
 #include "platform/wmenh/Toolkit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The main window by keyboard: Tab goes from control to control, drawing areas among them, and Alt with the
 // underlined letter of a label goes straight to its control.
 #pragma once

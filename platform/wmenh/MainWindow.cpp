@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/wmenh/MainWindow.h"
 
 #include "platform/include/WMEnh.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tool's main window: the application shell, the frame in it, and in the frame the form of rows and the
 // message area below it. One per process.
 #pragma once

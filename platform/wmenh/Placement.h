@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where a window goes beside another one. No X here. All rectangles are on the screen, in pixels, window
 // manager's frames included.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/wmenh/RowLayout.h"
 
 #include <Xm/Xm.h>

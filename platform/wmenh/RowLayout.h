@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lays out rows of controls on one XmForm, top to bottom and left to right, by attachments alone, so that a
 // program can still change the attachments of what it added. A row's controls are centred on its tallest one;
 // the next row hangs below that. Widgets belong to their parent; a RowLayout only refers to them.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/wmenh/Text.h"
 
 #include "platform/text/Locale.h"
@@ -13,11 +14,6 @@ bool isControl(char32_t code)
     return (code < 0x20 && code != '\n' && code != '\t') || (code >= 0x7F && code < 0xA0);
 }
 
-bool isContinuation(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
-
 void appendWrapped(std::string& out, std::string_view line, int columns, bool utf8)
 {
     size_t start = 0;
@@ -27,9 +23,7 @@ void appendWrapped(std::string& out, std::string_view line, int columns, bool ut
         for (int column = 0; end < line.size() && column < columns; ++column) {
             if (line[end] == ' ')
                 space = end;
-            ++end;
-            while (utf8 && end < line.size() && isContinuation(line[end]))
-                ++end;
+            end += utf8 ? text::decodeUtf8(line, end).length : 1;
         }
         if (end >= line.size())
             break;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text on its way to the screen. The callers' strings are ISO 8859-1 or UTF-8 (often a bit of both: a micro
 // sign as one byte beside a file name in UTF-8), Motif wants the encoding of the locale. No X here.
 #pragma once

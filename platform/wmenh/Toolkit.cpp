@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/wmenh/Toolkit.h"
 
 #include "platform/iwl/Session.h"

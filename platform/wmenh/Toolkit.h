@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Xt side of the library: one application context over the connection of libIWL and the one application
 // shell, made at the first use so that dialogues work before there is a main window. Both live as long as the
 // process. Also the small X helpers that several files of the library need.

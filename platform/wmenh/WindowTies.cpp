@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ties of a tool window to an image window.
 #include "platform/include/WMEnh.h"
 #include "platform/protocol/XProtocol.h"

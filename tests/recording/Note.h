@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: MIT
 // How the recording platform writes its calls down. For its own files.
 #pragma once
 
 #include "tests/recording/Recording.h"
 
 #include <sstream>
+#include <string>
 #include <type_traits>
 #include <utility>
 

@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: MIT
 #include "tests/recording/Recording.h"
 
 #include "tests/recording/Note.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace recording {

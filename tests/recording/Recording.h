@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A platform for tests of the tool's own code: implements what the tool calls of the four platform headers,
 // notes each call with its arguments as one line of text, and answers from a script. Widgets are named by
 // what they are ("Save", "plotArea"); without a display they are opaque tokens, good for the platform's own

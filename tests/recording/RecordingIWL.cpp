@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // libIWL, recorded.
 #include "tests/recording/Note.h"
 
@@ -9,8 +10,10 @@
 
 using namespace recording;
 
+namespace {
+
 // Stores each value behind the pointer that stands before it.
-static int answer(int result)
+int answer(int result)
 {
     return result;
 }
@@ -20,10 +23,12 @@ template<typename Value, typename... More> int answer(int result, Value* target,
     return answer(result, more...);
 }
 
-static int waveCount()
+int waveCount()
 {
     return static_cast<int>(script.waves.size());
 }
+
+} // namespace
 
 RECORDED(int, IWAttach, (int argc, char** argv), 1, argc, argv[0])
 RECORDED(int, IWAttachWin, (int slot, int number, const char* mode), number == imageWindowNumber, slot,

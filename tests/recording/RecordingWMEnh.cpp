@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // libWMEnh, libOrUtils and libKVRunUtils, recorded.
 #include "tests/recording/Note.h"
 
@@ -14,13 +15,17 @@
 #include <cstdio>
 #include <cstring>
 #include <list>
+#include <string>
 
 using namespace recording;
 
 namespace recording {
+namespace {
 
-static Display* display;
-static Widget form;
+Display* display;
+Widget form;
+
+} // namespace
 
 Display* useDisplay()
 {
@@ -39,23 +44,27 @@ Widget makeToken(const std::string& name)
     return widgets[name] = reinterpret_cast<Widget>(&tokens.emplace_back());
 }
 
-static Widget makeWidget(const std::string& name, WidgetClass widgetClass, ArgList args = nullptr,
-                         Cardinal count = 0)
+namespace {
+
+Widget makeWidget(const std::string& name, WidgetClass widgetClass, ArgList args = nullptr,
+                  Cardinal count = 0)
 {
     return widgets[name] = XtCreateManagedWidget(name.c_str(), widgetClass, form, args, count);
 }
 
-static Widget makeControl(const char* label, XtCallbackProc activated)
+Widget makeControl(const char* label, XtCallbackProc activated)
 {
     actions[label] = activated;
     return makeWidget(label, xmLabelWidgetClass);
 }
 
-static Widget makeArea(int width, int height)
+Widget makeArea(int width, int height)
 {
     Arg size[] = {{const_cast<String>(XmNwidth), width}, {const_cast<String>(XmNheight), height}};
     return makeWidget("plotArea", xmDrawingAreaWidgetClass, size, XtNumber(size));
 }
+
+} // namespace
 
 } // namespace recording
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/recording/RunningTool.h"
 
 #include "profile/Plot.h"
@@ -8,7 +9,12 @@
 #include <X11/IntrinsicP.h> // XtConfigureWidget
 
 Display* RunningTool::display;
-static Window imageWindow; // where pointer events come from
+
+namespace {
+
+Window imageWindow; // where pointer events come from
+
+} // namespace
 
 void RunningTool::SetUpTestSuite()
 {

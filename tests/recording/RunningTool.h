@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The whole tool on the recording platform and a real display: started once per test program, as its user
 // would find it. Its window is on the screen and the plot has been exposed.
 #pragma once

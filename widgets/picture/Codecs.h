@@ -1,10 +1,15 @@
+// SPDX-License-Identifier: MIT
 // The five formats by themselves. Decoders throw FormatError, whose what() is a clause without a subject ("is
 // cut short").
 #pragma once
 
 #include "widgets/picture/Picture.h"
 
+#include <optional>
+#include <span>
+#include <stdexcept>
 #include <string_view>
+#include <vector>
 
 namespace picture {
 

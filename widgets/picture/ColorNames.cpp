@@ -1,9 +1,13 @@
+// SPDX-License-Identifier: MIT
 // The colour names of the X server, for pictures that are read without one.
 #include "widgets/picture/Codecs.h"
 
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace picture {
 

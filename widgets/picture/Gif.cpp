@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/picture/Codecs.h"
 #include "widgets/picture/Palette.h"
 
@@ -6,6 +7,8 @@
 #include <cstring>
 #include <gif_lib.h>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace picture {
 

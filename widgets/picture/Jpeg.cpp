@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/picture/Codecs.h"
 
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <jpeglib.h>
 

@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/picture/OutputFile.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>

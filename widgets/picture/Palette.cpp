@@ -1,8 +1,10 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/picture/Palette.h"
 
 #include <algorithm>
 #include <gif_lib.h>
 #include <unordered_map>
+#include <vector>
 
 namespace picture {
 

@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: MIT
 // Pictures of at most 256 colours.
 #pragma once
 
 #include "widgets/picture/Picture.h"
+
+#include <vector>
 
 namespace picture {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/picture/Codecs.h"
 #include "widgets/picture/OutputFile.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pictures as files: PNG, JPEG, GIF, XPM and XWD, read and written without an X server. Every byte of a file
 // is untrusted: what a file may ask for in memory is limited before anything is decoded.
 #pragma once

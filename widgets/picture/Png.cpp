@@ -1,6 +1,10 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/picture/Codecs.h"
 
 #include <png.h>
+
+#include <string>
+#include <vector>
 
 namespace picture {
 

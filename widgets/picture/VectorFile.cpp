@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/picture/VectorFile.h"
 
 #include "widgets/picture/Codecs.h"
@@ -9,7 +10,11 @@
 
 #include <cctype>
 #include <cmath>
+#include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace picture {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any drawing as vectors on paper: PDF, SVG and PostScript by cairo, without an X server.
 #pragma once
 
@@ -5,7 +6,10 @@
 
 #include <cairo.h>
 
+#include <filesystem>
 #include <functional>
+#include <optional>
+#include <vector>
 
 namespace picture {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/picture/Codecs.h"
 #include "widgets/picture/Palette.h"
 
@@ -8,7 +9,11 @@
 #include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <unordered_map>
+#include <vector>
 
 namespace picture {
 

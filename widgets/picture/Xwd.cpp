@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Window dumps, file version 7: a header, the window's name, the colour map, the rows. All numbers of the
 // header are most significant byte first; the rows are in the order that the header tells.
 #include "widgets/picture/Codecs.h"
@@ -5,9 +6,11 @@
 #include <X11/X.h>
 #include <X11/XWDFile.h>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
+#include <vector>
 
 namespace picture {
 

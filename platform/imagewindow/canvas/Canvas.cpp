@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <X11/IntrinsicP.h>
 // IntrinsicP.h must come before CoreP.h.
 #include <X11/CoreP.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The widget class of the canvas: a bare window that shows the image. It has no translations, so the viewer
 // selects no button press on it and the one client that may do so can be a tool. Its contents are drawn by
 // its owner, in the callback expose (call data: CanvasExposure).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/canvas/CanvasBuffer.h"
 
 #include "platform/protocol/XProtocol.h"

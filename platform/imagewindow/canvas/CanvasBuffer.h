@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The pictures behind the canvas: client-side pixels that the renderer fills (shared memory when the server
 // can), the image as a pixmap, and a second pixmap in which the overlay graphics are drawn over a copy of it
 // before the changed part goes to the window. Owns all of them.

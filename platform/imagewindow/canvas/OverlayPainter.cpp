@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/canvas/OverlayPainter.h"
 
 #include "platform/imagewindow/view/Palette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws overlay graphics, panel captions and scale bars on the canvas. One per image window; owns its
 // graphics contexts and font. Only what has changed is drawn: a copy of the image, the graphics over it, then
 // the copy to the window.
@@ -5,8 +6,8 @@
 
 #include "platform/imagewindow/canvas/CanvasBuffer.h"
 #include "platform/imagewindow/canvas/OverlayStore.h"
-#include "platform/imagewindow/view/Palette.h"
 #include "platform/imagewindow/canvas/ScaleBar.h"
+#include "platform/imagewindow/view/Palette.h"
 #include "platform/imagewindow/view/View.h"
 
 #include <X11/Xlib.h>

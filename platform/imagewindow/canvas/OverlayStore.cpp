@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/canvas/OverlayStore.h"
 
 #include <algorithm>
@@ -6,7 +7,6 @@
 #include <utility>
 
 namespace viewer {
-
 namespace {
 
 constexpr std::size_t maxTouched = 64;
@@ -106,13 +106,17 @@ std::optional<std::vector<Graphic>> OverlayStore::takeTouched()
     return list;
 }
 
-static bool boundElsewhere(const Graphic& graphic, int style, int panel, const PanelContent& content)
+namespace {
+
+bool boundElsewhere(const Graphic& graphic, int style, int panel, const PanelContent& content)
 {
     if (graphic.command.panel < 0 || graphic.binding.style != style)
         return false;
     return style == protocol::WavelengthPanels ? content.wavelengths.front() != graphic.binding.wavelength
                                                : graphic.command.panel != panel;
 }
+
+} // namespace
 
 bool showsIn(const Graphic& graphic, int style, int panel, const PanelContent& content)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The overlay graphics of one window: what clients have added and not yet removed, and where each one shows.
 // Ids are per client; a client's graphics go when it dies. Bounded whatever clients send. Pure: the painter
 // asks what to draw, the window feeds in the decoded commands.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The length of a scale bar and its label. Pure.
 #pragma once
 

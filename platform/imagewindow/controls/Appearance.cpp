@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/Appearance.h"
 
 #include "platform/text/Fonts.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the viewer's widgets look: colours and fonts, as fallback resources that the user's own resources
 // override.
 #pragma once

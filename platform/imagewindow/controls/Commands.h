@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The commands of an image window, each a row of one table. Menus, pop-up menu, accelerators, tool tips, the
 // page of mouse and keys and the list in the manual page all come from it; a new command is a new row.
 #pragma once

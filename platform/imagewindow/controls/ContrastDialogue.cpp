@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/ContrastDialogue.h"
 
 #include "platform/imagewindow/ImageWindow.h"
@@ -6,6 +7,7 @@
 #include "platform/imagewindow/render/Contrast.h"
 #include "platform/imagewindow/view/Placement.h"
 #include "platform/imagewindow/view/Readout.h"
+#include "platform/text/Utf8.h"
 
 #include <Xm/Form.h>
 #include <Xm/Label.h>
@@ -17,6 +19,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <string>
 #include <utility>
 
 namespace viewer {
@@ -152,7 +155,8 @@ void ContrastDialogue::addRow(int wavelength)
     Widget line = makeLine(lines);
     Row row;
     row.wavelength = wavelength;
-    makeLabel(line, shortened(wavelengthName(window.image().info(), wavelength), nameLength), widestName);
+    makeLabel(line, text::shortened(wavelengthName(window.image().info(), wavelength), nameLength),
+              widestName);
     addColorMenu(row, line);
     row.black = makeScale(line, "black", moved, this);
     row.white = makeScale(line, "white", moved, this);
@@ -170,9 +174,10 @@ void ContrastDialogue::addColorMenu(Row& row, Widget line)
     setLabel(row.swatch, " ");
     row.colors = XmCreatePulldownMenu(line, const_cast<char*>("colors"), nullptr, 0);
     for (std::size_t color = 0; color < base::displayColors.size(); ++color) {
-        Widget button = XtVaCreateManagedWidget(base::displayColors[color].name, xmPushButtonWidgetClass, row.colors,
-                                                XmNforeground, allocateColor(line, textPalette[color]),
-                                                XmNuserData, reinterpret_cast<XtPointer>(color), nullptr);
+        Widget button =
+            XtVaCreateManagedWidget(base::displayColors[color].name, xmPushButtonWidgetClass, row.colors,
+                                    XmNforeground, allocateColor(line, textPalette[color]), XmNuserData,
+                                    reinterpret_cast<XtPointer>(color), nullptr);
         XtAddCallback(button, XmNactivateCallback, chosen, this);
     }
     row.color = XmCreateOptionMenu(line, const_cast<char*>("color"), nullptr, 0);
@@ -204,7 +209,8 @@ void ContrastDialogue::showRow(Row& row)
     const auto color =
         static_cast<std::size_t>(window.currentView().colors[static_cast<std::size_t>(row.wavelength)]);
     XtVaSetValues(row.swatch, XmNbackground, allocateColor(row.swatch, palette[color]), nullptr);
-    XtVaSetValues(row.color, XmNmenuHistory, XtNameToWidget(row.colors, base::displayColors[color].name), nullptr);
+    XtVaSetValues(row.color, XmNmenuHistory, XtNameToWidget(row.colors, base::displayColors[color].name),
+                  nullptr);
 }
 
 void ContrastDialogue::show()

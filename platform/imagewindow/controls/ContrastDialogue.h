@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The dialogue in which the user sets the colour of each displayed wavelength and which of its values are
 // black and full brightness. Owned by its image window; the widgets go with the object. Not shown at first.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/Controls.h"
 
 #include "platform/imagewindow/ImageWindow.h"

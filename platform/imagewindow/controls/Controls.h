@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The widgets of an image window: menu bar, wavelength toggles, canvas with scroll bars, scales and status
 // lines. They show the state that they are told and call the window's actions. Destroying the object destroys
 // the window.

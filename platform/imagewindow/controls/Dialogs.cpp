@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/Dialogs.h"
 
 #include "platform/imagewindow/ImageWindow.h"

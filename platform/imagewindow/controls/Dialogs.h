@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dialogue windows of the viewer. All are modeless for other windows of the process and own themselves.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/HelpPage.h"
 
 #include "platform/imagewindow/controls/Commands.h"
@@ -9,6 +10,8 @@
 #include <Xm/RowColumn.h>
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 namespace viewer {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The page that tells what mouse and keys do in an image window.
 #pragma once
 

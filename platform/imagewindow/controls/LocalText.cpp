@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/LocalText.h"
 
 #include "platform/text/Locale.h"
@@ -15,7 +16,8 @@ bool printable(const text::Character& character)
 
 XmString oneLine(const std::string& utf8)
 {
-    return XmStringCreateLocalized(const_cast<char*>(localText(shortened(utf8, maxLineCharacters)).c_str()));
+    return XmStringCreateLocalized(
+        const_cast<char*>(localText(text::shortened(utf8, maxLineCharacters)).c_str()));
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text for widgets and standard output in the character set of the user's locale: UTF-8, or else ISO 8859-1,
 // which is what the widgets draw in the C locale.
 #pragma once

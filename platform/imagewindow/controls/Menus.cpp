@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/Menus.h"
 
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/controls/LocalText.h"
+#include "platform/text/Utf8.h"
 
 #include <Xm/CascadeB.h>
 #include <Xm/PushB.h>
@@ -11,6 +13,7 @@
 
 #include <algorithm>
 #include <span>
+#include <string>
 
 namespace viewer {
 
@@ -109,7 +112,7 @@ void listTools(Widget menu, XtPointer client, XtPointer)
     if (!tools.empty())
         XtVaCreateManagedWidget(toolItemName, xmSeparatorWidgetClass, menu, nullptr);
     for (const protocol::ToolEntry& tool : tools) {
-        const LabelText label("End \"" + shortened(tool.title, 40) + "\"");
+        const LabelText label("End \"" + text::shortened(tool.title, 40) + "\"");
         Widget item = XtVaCreateManagedWidget(toolItemName, xmPushButtonWidgetClass, menu, XmNlabelString,
                                               static_cast<XmString>(label), nullptr);
         XtAddCallback(item, XmNactivateCallback, endTool, reinterpret_cast<XtPointer>(tool.shell));

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The menu bar of an image window and the menu of button 3, made from the table of commands.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/ScaleDialogue.h"
 
 #include "platform/imagewindow/ImageWindow.h"
@@ -12,6 +13,8 @@
 
 #include <cmath>
 #include <cstdio>
+#include <optional>
+#include <vector>
 
 namespace viewer {
 

@@ -1,13 +1,15 @@
+// SPDX-License-Identifier: MIT
 // The dialogue in which the user sets the scale of an image whose file does not tell it: the spacing of its
 // pixels, or the known length of the segment that a tool has drawn. Owned by its image window; the widgets go
 // with the object. Not shown at first.
 #pragma once
 
-#include "platform/imagewindow/view/Scale.h"
+#include "platform/imagewindow/files/Scale.h"
 
 #include <X11/Intrinsic.h>
 
 #include <array>
+#include <optional>
 #include <string>
 
 namespace viewer {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The rows of an image window that choose what is shown of the image: the wavelengths' toggles, and the
 // scales of sections, time points and positions.
 #include "platform/imagewindow/controls/Controls.h"
@@ -6,6 +7,7 @@
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/view/Readout.h"
+#include "platform/text/Utf8.h"
 
 #include <Xm/Form.h>
 #include <Xm/Label.h>
@@ -15,6 +17,7 @@
 #include <Xm/ToggleB.h>
 
 #include <algorithm>
+#include <string>
 
 namespace viewer {
 
@@ -94,7 +97,7 @@ Widget Controls::makeToggles(Widget parent)
     }
     dimmedPixel = allocateColor(row, dimmedText);
     for (int w = 0; w < info().sizeW; ++w) {
-        const LabelText name(shortened(wavelengthName(info(), w), maxNameLength));
+        const LabelText name(text::shortened(wavelengthName(info(), w), maxNameLength));
         Widget toggle = XtVaCreateManagedWidget(("wavelength" + std::to_string(w + 1)).c_str(),
                                                 xmToggleButtonWidgetClass, row, XmNlabelString,
                                                 static_cast<XmString>(name), XmNindicatorOn, XmINDICATOR_FILL,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/StatusLines.h"
 
 #include "platform/imagewindow/controls/LocalText.h"

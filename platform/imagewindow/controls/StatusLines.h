@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lines under the image: what is to be said about the file, the pixel under the pointer or what went
 // wrong, and, beside each other where there is room, the stage position and the state of the window. Owned by
 // the window's controls; the widgets go with their parent.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Small helpers for Motif widgets that several parts of the window share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A stream of binary PGM and PPM images, one after another, as programs that acquire images write them to a
 // pipe: every image is one section. Pure; fed with whatever has arrived.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/files/ScaleStore.h"
 
 #include "platform/base/FileStamp.h"
@@ -5,6 +6,7 @@
 #include "platform/image/Plausible.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <iomanip>

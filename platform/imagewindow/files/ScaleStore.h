@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 // The scales that the user has set, one small text file for each image in the user's data folder:
 // $XDG_DATA_HOME/kelvora/scales, else ~/.local/share/kelvora/scales. Named by a hash of the image's path.
 #pragma once
 
-#include "platform/imagewindow/view/Scale.h"
+#include "platform/imagewindow/files/Scale.h"
 
 #include <filesystem>
 #include <optional>

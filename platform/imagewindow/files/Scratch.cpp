@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/files/Scratch.h"
 
 #include "platform/base/UserFolders.h"
@@ -11,10 +12,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <poll.h>
+#include <span>
 #include <sys/stat.h>
 #include <tiffio.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace viewer {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Images that grow while they are shown: noticing that a file has changed, which of its sections have
 // arrived, and a file of its own for the sections that come through standard input.
 #pragma once
@@ -9,6 +10,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 struct tiff;
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/render/Composite.h"
 
 #include <algorithm>

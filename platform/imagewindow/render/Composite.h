@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The additive composite: pixel values of several wavelengths, each stretched between its two contrast limits
 // and tinted with its display colour, summed into packed 0x00RRGGBB pixels. Pure arithmetic; called by
 // Renderer.

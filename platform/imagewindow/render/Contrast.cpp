@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/render/Contrast.h"
 
 #include <algorithm>

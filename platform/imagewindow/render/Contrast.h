@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Automatic contrast: the limits between which a wavelength's values are shown, from a sample of its section.
 // Pure but for reading the sample from the image file; called by Renderer.
 #pragma once

@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/render/Renderer.h"
 
 #include "platform/image/WorkerPool.h"
 #include "platform/imagewindow/render/Contrast.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 
 namespace viewer {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Turns the image file and the view into the pixels of the canvas. Keeps the floats of the visible region and
 // the contrast limits, so that showing a wavelength again or moving a limit reads nothing. No X; one per
 // window, used from the window's thread.

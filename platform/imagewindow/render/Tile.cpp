@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/render/Tile.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The visible part of one section as floats: what a panel shows of one wavelength, kept for contrast changes
 // and for the values under the pointer. Bounded by the visible area: at zoom 1 and above a tile holds data
 // pixels, below it holds one box average per canvas pixel. No X.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The colours of wavelengths and overlay graphics as the viewer shows them.
 #pragma once
 

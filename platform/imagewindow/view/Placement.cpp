@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/view/Placement.h"
 
 #include <algorithm>

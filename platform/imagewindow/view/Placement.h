@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where a dialogue stands on the screen. Pure; screen pixels.
 #pragma once
 

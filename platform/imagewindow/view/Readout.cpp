@@ -1,6 +1,8 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/view/Readout.h"
 
 #include "platform/imagewindow/view/TextFlow.h"
+#include "platform/text/Utf8.h"
 
 #include <cstdio>
 
@@ -31,10 +33,10 @@ std::vector<std::string> pixelItems(const std::string& caption, int x, int y,
 {
     std::vector<std::string> items;
     if (!caption.empty())
-        items.push_back(shortened(caption, maxNameLength));
+        items.push_back(text::shortened(caption, maxNameLength));
     items.push_back(format("x %d  y %d", x, y));
     for (const WavelengthValue& entry : values)
-        items.push_back(shortened(entry.name, maxNameLength) + " " +
+        items.push_back(text::shortened(entry.name, maxNameLength) + " " +
                         (entry.value ? format("%.7g", static_cast<double>(*entry.value)) : "-"));
     return items;
 }

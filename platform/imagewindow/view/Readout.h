@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: MIT
 // The texts of the status line. Pure.
 #pragma once
 
 #include "platform/image/ImageFile.h"
-#include "platform/imagewindow/view/Scale.h"
+#include "platform/imagewindow/files/Scale.h"
 
 #include <optional>
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/view/TextFlow.h"
 
 #include "platform/text/Utf8.h"
@@ -57,19 +58,6 @@ std::string unfinished(std::string line, int width, const Measure& measure)
 }
 
 } // namespace
-
-std::string shortened(const std::string& utf8, std::size_t count)
-{
-    std::size_t position = 0, kept = 0, cut = 0;
-    while (position < utf8.size()) {
-        if (kept + 3 == count)
-            cut = position;
-        position += text::decodeUtf8(utf8, position).length;
-        if (++kept > count)
-            return utf8.substr(0, cut) + "...";
-    }
-    return utf8;
-}
 
 std::string fitted(const std::string& text, int width, const Measure& measure)
 {

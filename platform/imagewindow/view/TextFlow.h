@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Breaks texts into lines that fit, so that nothing is cut in the middle of a number. Pure: the caller says
 // how wide a text is.
 #pragma once
@@ -10,9 +11,7 @@ namespace viewer {
 
 using Measure = std::function<int(const std::string&)>; // pixels that a text takes
 
-// At most count characters of utf8, the last three being dots when it was cut.
 constexpr std::size_t maxNameLength = 24; // characters of a wavelength's name among others
-std::string shortened(const std::string& utf8, std::size_t count);
 
 // text, or its beginning and three dots when it is wider than width.
 std::string fitted(const std::string& text, int width, const Measure& measure);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/view/View.h"
 
 #include "platform/imagewindow/view/Palette.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a window shows of its image and how: section, displayed wavelengths, panels, zoom and scroll origin,
 // and how these turn into the canvas geometry. Pure. Frames are those of Geometry.h: data pixels and canvas
 // pixels. The scroll origin is kept at whole canvas pixels, so that scrolling never shifts an image by part

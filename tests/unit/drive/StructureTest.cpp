@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: MIT
 // Where the demonstration draws its line.
 #include <gtest/gtest.h>
 
 #include "drive/Structure.h"
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 using drive::Line;
 using drive::Picture;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The arithmetic under the layout: label text, rounding, nice numbers, decimals of a range, the first tick.
 #include "gauge/TickNumbers.h"
 #include "gauge/TickSeries.h"

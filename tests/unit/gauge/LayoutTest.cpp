@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whole axes: properties that hold at every range and size, and figures for some that are known.
 #include "gauge/TickLayout.h"
 #include "gauge/TickNumbers.h"

@@ -1,8 +1,12 @@
+// SPDX-License-Identifier: MIT
 // Files that change, shrink or go away while they are open.
 #include "tests/unit/image/TestFiles.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
 
 using namespace image;
 using testing::HasSubstr;

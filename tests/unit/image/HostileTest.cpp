@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files that are made to cost time and memory, or that a window could not show.
 #include "platform/image/BlockCache.h"
 #include "platform/image/PlaneMap.h"
@@ -6,29 +7,37 @@
 #include "tests/unit/image/TestFiles.h"
 
 #include <cstring>
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <malloc.h>
+#include <memory>
+#include <string>
 #include <tiffio.h>
+#include <vector>
 
 using namespace image;
 using testing::ElementsAre;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
 
-static std::string omeText(const std::string& attributes, const std::string& content)
+namespace {
+
+std::string omeText(const std::string& attributes, const std::string& content)
 {
     return "<OME><Image><Pixels Type='uint16' SizeX='37' SizeY='29' " + attributes + ">" + content +
            "</Pixels></Image></OME>";
 }
 
-static std::size_t charactersOf(const std::string& text)
+std::size_t charactersOf(const std::string& text)
 {
     std::size_t count = 0;
     for (std::size_t at = 0; at < text.size(); ++count)
         at += text::decodeUtf8(text, at).length;
     return count;
 }
+
+} // namespace
 
 TEST(Hostile, LongNamesEndWithAnEllipsis)
 {
@@ -39,13 +48,15 @@ TEST(Hostile, LongNamesEndWithAnEllipsis)
         const TestImage image({.description = omeText("", "<Channel Name='" + name + "'/>")});
         const std::string& shown = image->info().wavelengths[0].name;
         EXPECT_EQ(charactersOf(shown), std::min<std::size_t>(length, 255));
-        EXPECT_EQ(shown.ends_with("\u00e9\u2026"), length > 255) << length;
+        EXPECT_EQ(shown.ends_with("\u00e9..."), length > 255) << length;
         EXPECT_EQ(shown == name, length <= 255) << length;
     }
 }
 
+namespace {
+
 // Each directory has 4096 entries and shares all but two with the next one.
-static std::string overlappingDirectories(std::size_t count)
+std::string overlappingDirectories(std::size_t count)
 {
     constexpr std::uint16_t entries = 4096;
     constexpr std::size_t start = 11, step = 24; // the start keeps offsets from looking like the tags in use
@@ -69,6 +80,8 @@ static std::string overlappingDirectories(std::size_t count)
     return bytes;
 }
 
+} // namespace
+
 TEST(Hostile, DirectoriesThatOverlapAreReadNoLongerThanTheFile)
 {
     const TempFolder folder;
@@ -79,8 +92,10 @@ TEST(Hostile, DirectoriesThatOverlapAreReadNoLongerThanTheFile)
     EXPECT_EQ(chain.pages.size(), file.size() / (4096 * 12 + 6));
 }
 
+namespace {
+
 // A strip of 48 MiB that takes next to nothing in the file; a pixel's value is its row's number.
-static void writeLongStrip(const fs::path& path, std::uint16_t compression)
+void writeLongStrip(const fs::path& path, std::uint16_t compression)
 {
     constexpr std::uint32_t width = 4096, height = 12288;
     const std::unique_ptr<TIFF, void (*)(TIFF*)> tiff(TIFFOpen(path.c_str(), "w"), TIFFClose);
@@ -96,6 +111,8 @@ static void writeLongStrip(const fs::path& path, std::uint16_t compression)
         pixels.append(width, static_cast<char>(y % 251));
     TIFFWriteEncodedStrip(tiff.get(), 0, pixels.data(), static_cast<tmsize_t>(pixels.size()));
 }
+
+} // namespace
 
 TEST(Hostile, LongStripsAreDecodedInParts)
 {
@@ -117,11 +134,15 @@ TEST(Hostile, LongStripsAreDecodedInParts)
     }
 }
 
-static std::size_t allocatedBytes()
+namespace {
+
+std::size_t allocatedBytes()
 {
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;
 }
+
+} // namespace
 
 TEST(Hostile, DeclaredSectionsTakeNoMemory)
 {

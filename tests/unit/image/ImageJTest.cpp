@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stacks as ImageJ writes them.
 #include "tests/unit/image/TestFiles.h"
 
@@ -5,10 +6,16 @@
 #include <gtest/gtest.h>
 #include <tiffio.h>
 
+#include <string>
+
 using namespace image;
 using testing::ElementsAre;
 
-static const std::string start = "ImageJ=1.54f\n";
+namespace {
+
+const std::string start = "ImageJ=1.54f\n";
+
+} // namespace
 
 TEST(ImageJ, HyperstackOrderSpacingAndRange)
 {

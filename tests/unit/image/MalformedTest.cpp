@@ -1,18 +1,24 @@
+// SPDX-License-Identifier: MIT
 // Damaged and hostile files: a sentence that names the file or correct behaviour, never a crash.
 #include "tests/unit/image/TestFiles.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
+#include <string>
 #include <sys/stat.h>
 #include <tiffio.h>
+#include <vector>
 
 using namespace image;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
 
+namespace {
+
 // Reads some rows of some sections and of their reduced copies; counts the reads that failed.
-static int readSome(ImageFile& image, const std::string& path)
+int readSome(ImageFile& image, const std::string& path)
 {
     int failures = 0;
     for (int z = 0; z < std::min(image.info().sizeZ, 4); ++z)
@@ -30,7 +36,7 @@ static int readSome(ImageFile& image, const std::string& path)
 }
 
 // Opens and reads; counts the sentences.
-static int exercise(const fs::path& path)
+int exercise(const fs::path& path)
 {
     try {
         return readSome(*ImageFile::open(path), path);
@@ -41,7 +47,7 @@ static int exercise(const fs::path& path)
 }
 
 // Calls the check for the bytes of a file of each kind.
-template<class Check> static void forEachSeed(Check check)
+template<class Check> void forEachSeed(Check check)
 {
     const std::string ome =
         "<OME><Image><Pixels SizeX='37' SizeY='29' SizeZ='2' SizeC='1' SizeT='1' Type='uint16' "
@@ -60,6 +66,8 @@ template<class Check> static void forEachSeed(Check check)
         check(readBytes(folder / "whole.tif"), folder / "spoilt.tif");
     }
 }
+
+} // namespace
 
 TEST(Malformed, TruncatedAtEveryLength)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Units and colours.
 #include "platform/image/Colors.h"
 #include "platform/image/Dyes.h"

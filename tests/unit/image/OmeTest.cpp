@@ -1,36 +1,43 @@
+// SPDX-License-Identifier: MIT
 // Which plane of which file is which section, and what OME metadata tell about it.
 #include "tests/unit/image/TestFiles.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <optional>
+#include <string>
+
 using namespace image;
 using testing::ElementsAre;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
 
-static std::string omeRoot(const std::string& content, const std::string& uuid = "urn:uuid:own")
+namespace {
+
+std::string omeRoot(const std::string& content, const std::string& uuid = "urn:uuid:own")
 {
     return "<?xml version='1.0' encoding='UTF-8'?><!-- made for a test --><OME "
            "xmlns='http://www.openmicroscopy.org/Schemas/OME/2016-06' UUID='" +
            uuid + "'>" + content + "</OME>";
 }
 
-static std::string omeImage(const std::string& attributes, const std::string& content,
-                            const std::string& size = "SizeX='37' SizeY='29'")
+std::string omeImage(const std::string& attributes, const std::string& content,
+                     const std::string& size = "SizeX='37' SizeY='29'")
 {
     return "<Image ID='Image:0'><Pixels ID='Pixels:0' Type='uint16' " + size + " " + attributes + ">" +
            content + "</Pixels></Image>";
 }
 
-static std::string sizes(int z, int c, int t, const std::string& order = "XYZCT")
+std::string sizes(int z, int c, int t, const std::string& order = "XYZCT")
 {
     return "DimensionOrder='" + order + "' SizeZ='" + std::to_string(z) + "' SizeC='" + std::to_string(c) +
            "' SizeT='" + std::to_string(t) + "'";
 }
 
 // The page that a section comes from, -1 when it is not there.
-static int pageOf(ImageFile& image, const SectionIndex& section)
+int pageOf(ImageFile& image, const SectionIndex& section)
 {
     if (!image.hasSection(section))
         return -1;
@@ -40,6 +47,8 @@ static int pageOf(ImageFile& image, const SectionIndex& section)
             return page;
     return -2;
 }
+
+} // namespace
 
 TEST(Ome, PlanesFollowTiffDataAndDimensionOrder)
 {
@@ -94,7 +103,9 @@ TEST(Ome, ImagesOfEqualSizeArePositions)
     EXPECT_EQ(pageOf(*image, {1, 0, 0, 1}), 4);
 }
 
-static const std::string twoChannels = R"(<OME><Instrument><Detector ID='Detector:1' Offset='7'/></Instrument>
+namespace {
+
+const std::string twoChannels = R"(<OME><Instrument><Detector ID='Detector:1' Offset='7'/></Instrument>
 <Image><Pixels Type='uint16' SizeX='37' SizeY='29' SizeC='2' PhysicalSizeX='250' PhysicalSizeXUnit='nm'
   PhysicalSizeY='2.5' PhysicalSizeYUnit='Å' PhysicalSizeZ='0.5' PhysicalSizeZUnit='µm'>
 <Channel Name='actin' EmissionWavelength='0.6' EmissionWavelengthUnit='µm' ExcitationWavelength='561'>
@@ -103,6 +114,8 @@ static const std::string twoChannels = R"(<OME><Instrument><Detector ID='Detecto
 <TiffData/>
 <Plane TheZ='0' TheC='1' TheT='0' DeltaT='2' DeltaTUnit='min' PositionX='1.5' PositionXUnit='mm'
   PositionY='3' PositionZ='4' PositionZUnit='reference frame'/></Pixels></Image></OME>)";
+
+} // namespace
 
 TEST(Ome, ChannelsPlanesAndUnits)
 {
@@ -163,8 +176,10 @@ TEST(Ome, NumbersThatAFloatCannotHoldAreNotGiven)
     EXPECT_FALSE(image->info().zCalibrated);
 }
 
+namespace {
+
 // A prefix on every element, the elements of a 2008 file, and attributes of older names.
-static const std::string oldSchema = R"(<?xml version='1.0'?>
+const std::string oldSchema = R"(<?xml version='1.0'?>
 <ome:OME xmlns:ome='http://www.openmicroscopy.org/Schemas/OME/2008-02'><ome:Image ID='Image:0'>
 <ome:LogicalChannel ID='C:0' Name='first' EmWave='525'/>
 <ome:LogicalChannel ID='C:1' Name='second' ExWave='640'/>
@@ -173,6 +188,8 @@ static const std::string oldSchema = R"(<?xml version='1.0'?>
 <ome:Plane TheZ='0' TheC='0' TheT='0'><ome:PlaneTiming DeltaT='3.5' ExposureTime='1'/>
   <ome:StagePosition PositionX='10' PositionY='20' PositionZ='30'/></ome:Plane>
 </ome:Pixels></ome:Image></ome:OME>)";
+
+} // namespace
 
 TEST(Ome, OldSchemasAndPrefixes)
 {

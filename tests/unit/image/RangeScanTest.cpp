@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ranges: found in the background, kept between runs, never spoilt by what is no number.
 #include "platform/image/RangeScan.h"
 #include "tests/unit/image/TestFiles.h"
@@ -6,10 +7,15 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <latch>
 #include <limits>
+#include <memory>
+#include <string>
 #include <thread>
+#include <vector>
 
 using namespace image;
 namespace fs = std::filesystem;

@@ -1,15 +1,21 @@
+// SPDX-License-Identifier: MIT
 // The real images: their dimensions as their makers list them, their pixels as another reader took them
 // (tests/data/image/samples.txt).
 #include "tests/Folders.h"
 #include "tests/unit/image/TestFiles.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <numeric>
+#include <optional>
 #include <sstream>
+#include <string>
+#include <vector>
 
 using namespace image;
 using testing::_;
@@ -29,8 +35,12 @@ protected:
     fs::path folder;
 };
 
-static const std::string positions = "181003_multi_pos_time_course_1_MMStack.ome.tif",
-                         companion = "multifile-companion/multifile";
+namespace {
+
+const std::string positions = "181003_multi_pos_time_course_1_MMStack.ome.tif",
+                  companion = "multifile-companion/multifile";
+
+} // namespace
 
 TEST_F(Samples, DimensionsSpacingAndColours)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A folder that goes away with the test, and files as strings of bytes.
 #pragma once
 

@@ -1,10 +1,16 @@
+// SPDX-License-Identifier: MIT
 #include "tests/unit/image/TestFiles.h"
 
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <limits>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
 #include <tiffio.h>
 
 namespace fs = std::filesystem;
@@ -22,7 +28,9 @@ double storedValue(const TiffSpec& spec, int x, int y, int page, int sample)
     return spec.kind.format == 2 && (x + y) % 2 ? -value : value;
 }
 
-static std::uint16_t halfBits(double value)
+namespace {
+
+std::uint16_t halfBits(double value)
 {
     if (value == 0)
         return 0;
@@ -34,7 +42,7 @@ static std::uint16_t halfBits(double value)
 }
 
 // The value as it is stored, in the low bits.
-static std::uint64_t bitsOf(const PixelKind& kind, double value)
+std::uint64_t bitsOf(const PixelKind& kind, double value)
 {
     if (kind.format != 3)
         return static_cast<std::uint64_t>(static_cast<std::int64_t>(value));
@@ -67,8 +75,8 @@ struct Packer {
 };
 
 // Pixels of a block as libtiff wants them: the machine's byte order, rows padded to bytes.
-static std::vector<std::uint8_t> blockData(const TiffSpec& spec, int x0, int y0, int width, int height,
-                                           int page, int plane)
+std::vector<std::uint8_t> blockData(const TiffSpec& spec, int x0, int y0, int width, int height, int page,
+                                    int plane)
 {
     Packer packer;
     for (int y = y0; y < y0 + height; ++y, packer.bitsInRow = 0)
@@ -82,13 +90,13 @@ static std::vector<std::uint8_t> blockData(const TiffSpec& spec, int x0, int y0,
 
 using Tiff = std::unique_ptr<TIFF, void (*)(TIFF*)>;
 
-static void require(bool good)
+void require(bool good)
 {
     if (!good)
         throw std::runtime_error("libtiff could not write the test file");
 }
 
-static void writeBlocks(TIFF* tiff, const TiffSpec& spec, int page)
+void writeBlocks(TIFF* tiff, const TiffSpec& spec, int page)
 {
     const int blockWidth = spec.tile ? spec.tile : spec.width,
               blockHeight = spec.tile ? spec.tile : spec.rowsPerStrip;
@@ -104,7 +112,7 @@ static void writeBlocks(TIFF* tiff, const TiffSpec& spec, int page)
             }
 }
 
-static void setTags(TIFF* tiff, const TiffSpec& spec)
+void setTags(TIFF* tiff, const TiffSpec& spec)
 {
     TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, spec.width);
     TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, spec.height);
@@ -133,7 +141,7 @@ static void setTags(TIFF* tiff, const TiffSpec& spec)
     }
 }
 
-static void writePage(TIFF* tiff, const TiffSpec& spec, int page)
+void writePage(TIFF* tiff, const TiffSpec& spec, int page)
 {
     setTags(tiff, spec);
     if (page == 0 && !spec.description.empty())
@@ -154,6 +162,8 @@ static void writePage(TIFF* tiff, const TiffSpec& spec, int page)
     }
 }
 
+} // namespace
+
 void writeTiff(const fs::path& path, const TiffSpec& spec)
 {
     const std::string order = spec.bigEndian ? "b" : "l", mode = spec.append ? "a" : "w";
@@ -169,12 +179,16 @@ std::unique_ptr<image::ImageFile> writeAndOpen(const fs::path& path, const TiffS
     return image::ImageFile::open(path);
 }
 
-template<class T> static T numberAt(const std::string& bytes, std::size_t at)
+namespace {
+
+template<class T> T numberAt(const std::string& bytes, std::size_t at)
 {
     T value;
     std::memcpy(&value, bytes.data() + at, sizeof value);
     return value;
 }
+
+} // namespace
 
 std::size_t nextPointerOf(const std::string& bytes, int page)
 {

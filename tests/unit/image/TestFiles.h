@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Small TIFF files with known pixels, written with libtiff.
 #pragma once
 
@@ -5,6 +6,10 @@
 #include "tests/unit/image/TempFolder.h"
 
 #include <array>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 // How a sample is stored; format as TIFF's SampleFormat: 1 unsigned, 2 signed, 3 float.

@@ -1,20 +1,26 @@
+// SPDX-License-Identifier: MIT
 // Every way to store pixels, as a table: what is read is what was written, as a whole and rectangle by
 // rectangle.
 #include "platform/image/BlockCache.h"
 #include "tests/unit/image/TestFiles.h"
 
+#include <atomic>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
+#include <string>
 #include <thread>
 #include <tiffio.h>
+#include <vector>
 
 using namespace image;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-static std::string nameOf(const TiffSpec& s)
+namespace {
+
+std::string nameOf(const TiffSpec& s)
 {
     return std::string(s.kind.name) + (s.bigEndian ? " big-endian" : "") + (s.bigTiff ? " BigTIFF" : "") +
            (s.planar ? " planar" : "") + " samples " + std::to_string(s.samples) + " tile " +
@@ -22,8 +28,8 @@ static std::string nameOf(const TiffSpec& s)
            std::to_string(s.compression) + " predictor " + std::to_string(s.predictor);
 }
 
-static void expectRectangle(ImageFile& image, const TiffSpec& spec, const SectionIndex& section,
-                            const PixelRect& rect, double tolerance)
+void expectRectangle(ImageFile& image, const TiffSpec& spec, const SectionIndex& section,
+                     const PixelRect& rect, double tolerance)
 {
     std::vector<float> out(static_cast<std::size_t>(rect.width()) * rect.height());
     ASSERT_TRUE(image.read(section, rect, out)) << image.lastError();
@@ -38,7 +44,7 @@ static void expectRectangle(ImageFile& image, const TiffSpec& spec, const Sectio
 }
 
 // Writes the file and compares every section, as a whole and in random rectangles.
-static void expectRoundTrip(const TiffSpec& spec, double tolerance = 0)
+void expectRoundTrip(const TiffSpec& spec, double tolerance = 0)
 {
     SCOPED_TRACE(nameOf(spec));
     const TestImage image(spec);
@@ -62,7 +68,7 @@ static void expectRoundTrip(const TiffSpec& spec, double tolerance = 0)
         }
 }
 
-static constexpr PixelKind kinds[] = {
+constexpr PixelKind kinds[] = {
     bitKind,
     {"2 bits", 2, 1, PixelType::UInt8},
     {"4 bits", 4, 1, PixelType::UInt8},
@@ -82,7 +88,7 @@ static constexpr PixelKind kinds[] = {
 };
 
 // Each in both byte orders, uncompressed and compressed.
-static void expectRoundTrips(TiffSpec spec)
+void expectRoundTrips(TiffSpec spec)
 {
     for (const bool bigEndian : {false, true})
         for (const int compression : {COMPRESSION_NONE, COMPRESSION_ADOBE_DEFLATE}) {
@@ -92,6 +98,8 @@ static void expectRoundTrips(TiffSpec spec)
             expectRoundTrip(spec);
         }
 }
+
+} // namespace
 
 TEST(TiffVariants, EveryTypeInEveryLayoutAndByteOrder)
 {

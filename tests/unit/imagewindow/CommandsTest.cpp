@@ -1,13 +1,16 @@
+// SPDX-License-Identifier: MIT
 // The table of commands: nothing stands in it twice, and the manual page lists what it holds.
 #include <gtest/gtest.h>
 
 #include "platform/imagewindow/controls/Commands.h"
 #include "tests/Folders.h"
 
+#include <cctype>
 #include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
+#include <string>
 
 using namespace viewer;
 

@@ -1,10 +1,13 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/render/Contrast.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <vector>
 
 using namespace viewer;
 using viewertest::FakeImage;

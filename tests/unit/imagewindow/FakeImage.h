@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An image in memory whose values are a formula: pixel (x, y) of section (z, w, t, p) at level k is
 // value(section, x * 2^k, y * 2^k).
 #pragma once
@@ -5,6 +6,9 @@
 #include "platform/image/ImageFile.h"
 
 #include <functional>
+#include <optional>
+#include <span>
+#include <string>
 
 namespace viewertest {
 

@@ -1,23 +1,31 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/files/Netpbm.h"
 
 #include <gtest/gtest.h>
 
+#include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 using namespace viewer;
 
-static std::span<const std::byte> bytesOf(std::string_view text)
+namespace {
+
+std::span<const std::byte> bytesOf(std::string_view text)
 {
     return std::as_bytes(std::span(text));
 }
 
-static std::vector<std::string> imagesOf(NetpbmStream& stream)
+std::vector<std::string> imagesOf(NetpbmStream& stream)
 {
     std::vector<std::string> list;
     while (const auto image = stream.next())
         list.emplace_back(reinterpret_cast<const char*>(image->data()), image->size());
     return list;
 }
+
+} // namespace
 
 // However the bytes are cut by the pipe, the images are the same.
 TEST(Netpbm, SeparatesImagesAtAnyCut)

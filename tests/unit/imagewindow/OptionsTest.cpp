@@ -1,7 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/Options.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 using namespace viewer;
 using testing::ElementsAre;

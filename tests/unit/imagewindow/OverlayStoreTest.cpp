@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/canvas/OverlayStore.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 using namespace viewer;
 using protocol::OverlayCommand;

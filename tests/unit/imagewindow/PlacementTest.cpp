@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dialogues beside their window stay on the screen.
 #include <gtest/gtest.h>
 

@@ -1,7 +1,12 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/view/Readout.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
 
 using namespace viewer;
 using viewertest::FakeImage;

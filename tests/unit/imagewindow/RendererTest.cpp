@@ -1,12 +1,18 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/render/Renderer.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 using namespace viewer;
 using viewertest::FakeImage;
 
-static std::uint32_t grey(int value)
+namespace {
+
+std::uint32_t grey(int value)
 {
     return static_cast<std::uint32_t>(value) * 0x010101U;
 }
@@ -36,6 +42,8 @@ struct Scene {
     std::string error;
     std::vector<std::uint32_t> pixels;
 };
+
+} // namespace
 
 // Magnified, every canvas pixel shows the data pixel that the shared conversion names.
 TEST(Renderer, CanvasPixelsAgreeWithTheCoordinateConversion)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/canvas/ScaleBar.h"
 
 #include <gtest/gtest.h>

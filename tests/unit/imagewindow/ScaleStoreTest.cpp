@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/files/ScaleStore.h"
 
 #include "tests/unit/image/TempFolder.h"
@@ -6,6 +7,10 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+
+#include <chrono>
+#include <filesystem>
+#include <string>
 
 using namespace viewer;
 namespace fs = std::filesystem;

@@ -1,9 +1,12 @@
-#include "platform/imagewindow/view/Scale.h"
+// SPDX-License-Identifier: MIT
+#include "platform/imagewindow/files/Scale.h"
 
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <string>
 
 using namespace viewer;
 using protocol::Spacing;

@@ -1,16 +1,24 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/view/TextFlow.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 using namespace viewer;
 using Lines = std::vector<std::string>;
 
+namespace {
+
 // Every byte is one pixel wide.
-static int length(const std::string& text)
+int length(const std::string& text)
 {
     return static_cast<int>(text.size());
 }
+
+} // namespace
 
 TEST(TextFlow, CutsAtWholeCharactersAndSaysSo)
 {

@@ -1,20 +1,27 @@
+// SPDX-License-Identifier: MIT
 #include "platform/imagewindow/view/View.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
+#include <vector>
 
 using namespace viewer;
 using viewertest::FakeImage;
 
-static image::ImageInfo imageOf(int width, int height, int sizeZ = 1, int sizeW = 1, int sizeT = 1)
+namespace {
+
+image::ImageInfo imageOf(int width, int height, int sizeZ = 1, int sizeW = 1, int sizeT = 1)
 {
     FakeImage file(width, height, sizeW);
     file.description.sizeZ = sizeZ;
     file.description.sizeT = sizeT;
     return file.description;
 }
+
+} // namespace
 
 TEST(View, ShowsAtMostFiveWavelengthsAndAtLeastOne)
 {
@@ -97,14 +104,18 @@ TEST(View, FitShowsTheWholeImageInEveryPanel)
     }
 }
 
+namespace {
+
 // The data point at a place of the visible area, wherever the canvas stands in it.
-static protocol::DataPosition pointAt(const Arrangement& arrangement, int x, int y)
+protocol::DataPosition pointAt(const Arrangement& arrangement, int x, int y)
 {
     const auto point =
         protocol::dataFromWindow(arrangement.geometry, x - arrangement.left, y - arrangement.top);
     EXPECT_TRUE(point) << x << "," << y;
     return point.value_or(protocol::DataPosition{});
 }
+
+} // namespace
 
 TEST(View, ZoomKeepsThePointUnderThePointer)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/iwl/ConfigFile.h"
 
 #include "tests/unit/image/TempFolder.h"
@@ -5,8 +6,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <optional>
+#include <string>
 #include <sys/stat.h>
 #include <thread>
+#include <vector>
 
 namespace fs = std::filesystem;
 using iwl::ConfigChanges;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The C interface to the configuration, as one process after another sees it: each call of inProcess() is a
 // program start of its own, since the library reads the file once.
 #include <gmock/gmock.h> // before Xlib, whose macros None and Bool it cannot stand
@@ -8,7 +9,9 @@
 #include <IWL.h>
 
 #include <clocale>
+#include <filesystem>
 #include <functional>
+#include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -43,11 +46,15 @@ protected:
     fs::path config = folder / "kelvora/config", said = folder / "said";
 };
 
-static bool holds(const char* key, const std::string& value)
+namespace {
+
+bool holds(const char* key, const std::string& value)
 {
     const char* stored = IWGetConfig(key);
     return stored && stored == value;
 }
+
+} // namespace
 
 TEST_F(Config, AnyValueComesBackInTheNextProcessInAnyLocale)
 {

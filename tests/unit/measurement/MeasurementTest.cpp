@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A whole measurement by a program that has no X: the section, the segment and the sheet are all that it
 // needs.
 #include "profile/Fwhm.h"

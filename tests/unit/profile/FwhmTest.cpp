@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "profile/Fwhm.h"
 
 #include <gtest/gtest.h>
@@ -9,12 +10,16 @@
 #include <string>
 #include <vector>
 
+namespace {
+
 using Samples = std::vector<float>;
 
-static float width(const Samples& samples, float step = 1.0f)
+float width(const Samples& samples, float step = 1.0f)
 {
     return peakFwhm(samples.data(), static_cast<int>(samples.size()), step);
 }
+
+} // namespace
 
 TEST(Fwhm, MeasuresWorkedPeaks)
 {
@@ -40,8 +45,10 @@ TEST(Fwhm, MeasuresWorkedPeaks)
     }
 }
 
+namespace {
+
 // The same measurement by the definition, in double: no shared code, other order of work.
-static std::optional<double> referenceWidth(const Samples& v, double step)
+std::optional<double> referenceWidth(const Samples& v, double step)
 {
     std::optional<size_t> peak;
     float lowest = v[0];
@@ -65,7 +72,7 @@ static std::optional<double> referenceWidth(const Samples& v, double step)
     return std::abs((r - fromRight) - (l + fromLeft)) * step;
 }
 
-static Samples makePeak(std::mt19937& random)
+Samples makePeak(std::mt19937& random)
 {
     std::uniform_real_distribution<float> unit(0, 1);
     auto n = static_cast<size_t>(11 + unit(random) * 500);
@@ -82,6 +89,8 @@ static Samples makePeak(std::mt19937& random)
     }
     return samples;
 }
+
+} // namespace
 
 TEST(Fwhm, AgreesWithTheDefinitionOnGeneratedPeaks)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "profile/Mapping.h"
 
 #include <gtest/gtest.h>
@@ -6,12 +7,16 @@
 #include <cmath>
 #include <string>
 
-static int16_t row(float min, float max, int height, float value)
+namespace {
+
+int16_t row(float min, float max, int height, float value)
 {
     PlotMapping mapping;
     EXPECT_EQ(makePlotMapping(min, max, 500, height, &mapping), 1);
     return plotRow(mapping, value);
 }
+
+} // namespace
 
 TEST(Mapping, MapsValuesToRows)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/recording/RunningTool.h"
 
 #include "profile/Mapping.h"
@@ -9,6 +10,7 @@
 
 #include <cfloat>
 #include <utility>
+#include <vector>
 
 using recording::calls;
 using recording::script;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <gmock/gmock.h> // before X, whose macros it does not stand
 
 #include "profile/Profile.h"
@@ -5,6 +6,10 @@
 #include "tests/recording/Recording.h"
 
 #include <cfloat>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
 
 using recording::calls;
 using recording::callsOf;

@@ -1,5 +1,6 @@
-#include "profile/Truncation.h"
+// SPDX-License-Identifier: MIT
 #include "profile/Walk.h"
+#include "profile/Truncation.h"
 
 #include <gtest/gtest.h>
 
@@ -7,12 +8,9 @@
 #include <limits>
 #include <vector>
 
-static bool operator==(PixelPoint a, PixelPoint b)
-{
-    return a.x == b.x && a.y == b.y;
-}
+namespace {
 
-static std::vector<PixelPoint> walk(PixelPoint from, PixelPoint to)
+std::vector<PixelPoint> walk(PixelPoint from, PixelPoint to)
 {
     std::vector<PixelPoint> points(
         static_cast<size_t>(std::max(std::abs(to.x - from.x), std::abs(to.y - from.y))) + 1);
@@ -21,7 +19,7 @@ static std::vector<PixelPoint> walk(PixelPoint from, PixelPoint to)
 }
 
 // One pixel for each step along the longer side, the other coordinate rounded, halves away from the start.
-static std::vector<PixelPoint> expectedWalk(PixelPoint from, PixelPoint to)
+std::vector<PixelPoint> expectedWalk(PixelPoint from, PixelPoint to)
 {
     const double dx = to.x - from.x, dy = to.y - from.y, steps = std::max(std::abs(dx), std::abs(dy));
     std::vector<PixelPoint> points{from};
@@ -30,6 +28,8 @@ static std::vector<PixelPoint> expectedWalk(PixelPoint from, PixelPoint to)
                           from.y + static_cast<int>(std::round(k * dy / steps))});
     return points;
 }
+
+} // namespace
 
 TEST(Walk, TakesThePixelsOfTheDigitalLineInEveryDirection)
 {

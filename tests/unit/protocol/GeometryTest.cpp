@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/protocol/Geometry.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "platform/base/Limits.h"
 #include "platform/protocol/DisplayRecord.h"
 #include "platform/protocol/OverlayRecord.h"
@@ -6,6 +7,8 @@
 
 #include <functional>
 #include <limits>
+#include <span>
+#include <vector>
 
 using namespace protocol;
 
@@ -70,10 +73,22 @@ TEST(DisplayRecord, OutOfRangeIsRefused)
         {"too many wavelengths", [](auto& r) { r.wavelengths.resize(1025); }},
         {"colour index", [](auto& r) { r.wavelengths[1].colorIndex = 7; }},
         {"negative top image", [](auto& r) { r.wavelengths[0].topImage = -1; }},
-        {"spacing 0", [](auto& r) { r.spacing = Spacing{0, 1, 1}; }},
-        {"negative spacing", [](auto& r) { r.spacing = Spacing{1, 1, -1}; }},
-        {"spacing is no number", [](auto& r) { r.spacing = Spacing{1, static_cast<float>(notANumber), 1}; }},
-        {"endless spacing", [](auto& r) { r.spacing = Spacing{1, infinite, 1}; }},
+        {"spacing 0",
+         [](auto& r) {
+             r.spacing = Spacing{0, 1, 1};
+         }},
+        {"negative spacing",
+         [](auto& r) {
+             r.spacing = Spacing{1, 1, -1};
+         }},
+        {"spacing is no number",
+         [](auto& r) {
+             r.spacing = Spacing{1, static_cast<float>(notANumber), 1};
+         }},
+        {"endless spacing",
+         [](auto& r) {
+             r.spacing = Spacing{1, infinite, 1};
+         }},
         {"no image", [](auto& r) { r.geometry.imageHeight = 0; }},
         {"zoom 0", [](auto& r) { r.geometry.zoom = 0; }},
         {"zoom is no number", [](auto& r) { r.geometry.zoom = notANumber; }},

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The made-up micrograph: repeatable, with the noise of a real camera, and a line worth dragging.
 #include "tests/unit/samples/SampleRun.h"
 
@@ -5,16 +6,22 @@
 
 #include <algorithm>
 #include <sstream>
+#include <string>
+#include <vector>
 
 using namespace sampletest;
 
-static std::vector<float> pixelsOf(const Sample& sample, const image::SectionIndex& section = {})
+namespace {
+
+std::vector<float> pixelsOf(const Sample& sample, const image::SectionIndex& section = {})
 {
     const auto image = sample.open();
     const std::vector<float> pixels = readWhole(*image, section);
     EXPECT_FALSE(pixels.empty()) << image->lastError();
     return pixels;
 }
+
+} // namespace
 
 TEST(Field, DependsOnTheSeedAlone)
 {

@@ -1,9 +1,13 @@
+// SPDX-License-Identifier: MIT
 // Pixels, layout and files of the variants, read back and compared with the ramp that the help text promises.
 #include "tests/unit/samples/SampleRun.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <tiffio.h>
+
+#include <string>
+#include <vector>
 
 using namespace sampletest;
 using image::ImageFile;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The OME metadata that goes with the pixels.
 #include "tests/unit/samples/SampleRun.h"
 
@@ -5,6 +6,7 @@
 
 #include <map>
 #include <set>
+#include <string>
 
 using namespace sampletest;
 

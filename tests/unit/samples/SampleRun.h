@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs makesample in a folder of its own and reads the text that it wrote.
 #pragma once
 
@@ -11,7 +12,10 @@
 #include <sys/wait.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace sampletest {

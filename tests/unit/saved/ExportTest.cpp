@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/unit/saved/SavedTest.h"
 
 #include "shell/Message.h"
@@ -6,6 +7,8 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <string>
+#include <vector>
 
 using recording::calls;
 using recording::script;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The store of saved profiles on the recording platform, without a display: its controls are tokens.
 #pragma once
 

@@ -1,10 +1,14 @@
+// SPDX-License-Identifier: MIT
 #include "tests/unit/saved/SavedTest.h"
 
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <fstream>
+#include <memory>
+#include <string>
 #include <unistd.h>
+#include <vector>
 
 using recording::calls;
 using recording::callsOf;
@@ -114,12 +118,16 @@ TEST_F(Store, ClearForgetsAll)
     }
 }
 
-static double residentBytes()
+namespace {
+
+double residentBytes()
 {
     long size = 0, resident = 0;
     std::ifstream("/proc/self/statm") >> size >> resident;
     return static_cast<double>(resident * sysconf(_SC_PAGESIZE));
 }
+
+} // namespace
 
 TEST_F(Store, MemoryGrowsByTheRecordsAndComesBack)
 {

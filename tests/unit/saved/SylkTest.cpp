@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "saved/Sylk.h"
 
 #include <gmock/gmock.h>
@@ -5,6 +6,8 @@
 #include <bit>
 #include <cfloat>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <list>
 #include <random>
 #include <sstream>
@@ -12,6 +15,8 @@
 #include <vector>
 
 using ::testing::HasSubstr;
+
+namespace {
 
 // A record and what it points to.
 struct Record {
@@ -36,13 +41,13 @@ struct Record {
     }
 };
 
-static Record blank(size_t channels, size_t samples)
+Record blank(size_t channels, size_t samples)
 {
     const std::vector<FloatPair> points(samples);
     return {"a", std::vector(channels, std::vector<float>(samples)), points, points};
 }
 
-static std::string sylk(const std::vector<SavedProfile*>& profiles, int showFwhm)
+std::string sylk(const std::vector<SavedProfile*>& profiles, int showFwhm)
 {
     char* text = nullptr;
     size_t size = 0;
@@ -54,7 +59,7 @@ static std::string sylk(const std::vector<SavedProfile*>& profiles, int showFwhm
     return written;
 }
 
-static Record workedExample()
+Record workedExample()
 {
     Record record = {"/data/cells \"a\";1.tif",
                      {{1.5f, 2, 3e6f}, {0, -0.25f, 1e-7f}},
@@ -77,7 +82,7 @@ static Record workedExample()
 
 using Rows = std::vector<std::vector<std::string>>; // texts of the cells from column 1 on
 
-static const Rows workedRows = {
+const Rows workedRows = {
     {"/data/cells \"a\";1.tif"},
     {"Fri Jun  7 10:11:12 2024"},
     {"Segment", "Z Section", "Time Point", "Time (seconds)", "Angle", "Segment Length (microns)",
@@ -91,7 +96,7 @@ static const Rows workedRows = {
 };
 
 // The file's bytes.
-static std::string fileOf(const std::string& bounds, const Rows& rows)
+std::string fileOf(const std::string& bounds, const Rows& rows)
 {
     std::ostringstream text;
     text << "ID;PKelvora Line Profile\n" << bounds << "\n";
@@ -101,6 +106,8 @@ static std::string fileOf(const std::string& bounds, const Rows& rows)
     text << "E\n";
     return text.str();
 }
+
+} // namespace
 
 TEST(Sylk, WritesTheWorkedExample)
 {

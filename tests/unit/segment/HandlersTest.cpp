@@ -1,9 +1,14 @@
+// SPDX-License-Identifier: MIT
 #include "tests/recording/RunningTool.h"
 
 #include "profile/Plot.h"
 #include "segment/Segment.h"
 #include "shell/Message.h"
 #include "shell/ToolWindow.h"
+
+#include <functional>
+#include <string>
+#include <vector>
 
 using recording::calls;
 using recording::callsOf;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the linked tool shows to the libraries beside it, as nm and readelf tell it.
 #include "tests/Folders.h"
 

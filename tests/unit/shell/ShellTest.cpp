@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <gmock/gmock.h> // before X, whose macros it does not stand
 
 #include "profile/Profile.h"
@@ -10,6 +11,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 using recording::calls;
 using recording::script;
@@ -18,8 +21,10 @@ using ::testing::EndsWith;
 using ::testing::ExitedWithCode;
 using ::testing::StrEq;
 
+namespace {
+
 // What runs into exit() runs in a child, which tells its calls on standard error.
-static void tellCallsAtExit()
+void tellCallsAtExit()
 {
     std::atexit([] {
         for (const std::string& call : calls)
@@ -27,7 +32,7 @@ static void tellCallsAtExit()
     });
 }
 
-static void start(std::vector<std::string> words)
+void start(std::vector<std::string> words)
 {
     std::vector<char*> arguments;
     for (std::string& word : words)
@@ -37,7 +42,7 @@ static void start(std::vector<std::string> words)
     runTool(static_cast<int>(words.size()), arguments.data());
 }
 
-static void end(bool imageWindowCloses, int lock)
+void end(bool imageWindowCloses, int lock)
 {
     tellCallsAtExit();
     lockId = lock;
@@ -47,6 +52,8 @@ static void end(bool imageWindowCloses, int lock)
     else
         quitTool(nullptr, nullptr, nullptr);
 }
+
+} // namespace
 
 class Shell : public ::testing::Test {
 protected:

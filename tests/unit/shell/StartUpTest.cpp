@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/recording/RunningTool.h"
 
 #include "profile/Plot.h"
@@ -7,6 +8,10 @@
 #include "shell/ToolWindow.h"
 
 #include <Xm/Xm.h>
+
+#include <functional>
+#include <string>
+#include <vector>
 
 using recording::actions;
 using recording::calls;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // File names, folders and placing: what libOrUtils decides without a display.
 #include <gtest/gtest.h>
 
@@ -6,6 +7,9 @@
 
 #include <IWL.h>
 #include <OrUtils.h>
+
+#include <filesystem>
+#include <string>
 
 using wmenh::placeBeside;
 using wmenh::Rectangle;

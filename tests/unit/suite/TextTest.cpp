@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text for the screen and the names that the file chooser makes: no display needed.
 #include <gtest/gtest.h>
 
@@ -7,6 +8,8 @@
 #include "tests/unit/image/TempFolder.h"
 
 #include <clocale>
+#include <filesystem>
+#include <string>
 
 using namespace wmenh;
 namespace fs = std::filesystem;

@@ -1,9 +1,14 @@
+// SPDX-License-Identifier: MIT
 // Files that are cut short, or that claim what they do not hold, end in a sentence.
 #include "tests/unit/widgets/PictureTest.h"
 
 #include "tests/unit/image/TempFolder.h"
 
 #include <random>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 

@@ -1,7 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "widgets/OutlineRows.h"
+
+#include <string>
+#include <vector>
 
 namespace {
 

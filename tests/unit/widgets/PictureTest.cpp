@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is written is read again, and files of other makers' habits are read.
 #include "tests/unit/widgets/PictureTest.h"
 
@@ -5,6 +6,8 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
+#include <string>
 #include <sys/resource.h>
 #include <tuple>
 

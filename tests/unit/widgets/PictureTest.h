@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: MIT
 // Pictures for the tests of their files.
 #pragma once
 
 #include "widgets/picture/Picture.h"
 
 #include <cstring>
+#include <span>
+#include <string>
 #include <string_view>
 
 inline const picture::Format allFormats[] = {picture::Format::Png, picture::Format::Jpeg,

@@ -1,9 +1,14 @@
+// SPDX-License-Identifier: MIT
 // Drawings become vectors with text in them, not images of themselves.
 #include "tests/unit/widgets/PictureTest.h"
 
 #include "drive/Process.h"
 #include "tests/unit/image/TempFolder.h"
 #include "widgets/picture/VectorFile.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
 
 namespace {
 

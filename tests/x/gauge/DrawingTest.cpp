@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the gauge shows on a real server.
 #include "tests/x/gauge/GaugeTest.h"
 
@@ -7,7 +8,9 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 

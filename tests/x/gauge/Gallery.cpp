@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shows the axes of the tool at many ranges in one window, beside a stand-in for the plot, and saves the
 // picture. For the eye: run it after every change of layout or drawing. Large fonts need a large screen.
 #include "drive/Screen.h"

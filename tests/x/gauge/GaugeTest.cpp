@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The three classes as widgets: resources and children.
 #include "tests/x/gauge/GaugeTest.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two axes of the tool in a window of their own. The test framework comes before Xlib, whose macros
 // (None, True) it does not survive.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/gauge/ServerCalls.h"
 
 #include <X11/Xlibint.h>

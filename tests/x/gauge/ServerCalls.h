@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stand before the X library's own functions, so that tests can watch and disturb a program's talk with the
 // server.
 #pragma once

@@ -1,20 +1,24 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/gauge/ToolAxes.h"
 
 namespace axes {
+namespace {
 
-static Widget createGauge(Widget parent, int x, int y, int width, int height)
+Widget createGauge(Widget parent, int x, int y, int width, int height)
 {
     return XtVaCreateManagedWidget("tick_gauge", xmXrtGaLinearGaugeWidgetClass, parent, XmNx, x, XmNy, y,
                                    XmNwidth, width, XmNheight, height, nullptr);
 }
 
-static Widget createTicks(const Axis& axis, int width, double label, double inner, double outer)
+Widget createTicks(const Axis& axis, int width, double label, double inner, double outer)
 {
     return XtVaCreateWidget("tick", xmXrtGaTickObjectClass, axis.gauge, XmNxrtGaScale, axis.scale, XmNwidth,
                             width, XmNxrtGaDrawLabels, True, XmNxrtGaLabelExtent, asArg(label),
                             XmNxrtGaInnerExtent, asArg(inner), XmNxrtGaOuterExtent, asArg(outer),
                             XtVaTypedArg, XmNbackground, XmRString, "black", sizeof "black", nullptr);
 }
+
+} // namespace
 
 Axis createIntensityAxis(Widget parent, int x, int y, int height)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two axes of a plot with the resources that the line profile tool gives them, for the X tests of the
 // gauges and for the gallery.
 #pragma once

@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: MIT
 // Commands that cannot be carried out, and the page of mouse and keys.
 #include "tests/x/imagewindow/Viewer.h"
 
 #include "drive/Pair.h"
 
 #include <X11/keysym.h>
+
+#include <string>
 
 using namespace viewertest;
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window's controls under mouse and keys: the menu of button 3, the buttons that stay the viewer's while
 // a tool holds the canvas, colours, panels and the scale bar.
 #include "tests/x/imagewindow/Viewer.h"
@@ -8,6 +9,8 @@
 #include <X11/keysym.h>
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 using namespace viewertest;
 using protocol::DisplayRecord;

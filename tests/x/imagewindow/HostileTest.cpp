@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Texts of any length that come with a file: viewer and tool go on.
 #include "tests/Folders.h"
 #include "tests/x/imagewindow/Viewer.h"
@@ -7,6 +8,7 @@
 #include <tiffio.h>
 
 #include <array>
+#include <string>
 
 using namespace viewertest;
 

@@ -1,6 +1,10 @@
+// SPDX-License-Identifier: MIT
 // Overlay graphics of clients, as they come over the canvas.
 #include "tests/x/imagewindow/Viewer.h"
 #include "tests/x/iwl/Peers.h"
+
+#include <optional>
+#include <string>
 
 using namespace viewertest;
 using protocol::OverlayCommand;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scale of an image whose file does not tell it: typed, found from a segment, kept, offered again,
 // removed.
 #include "drive/Pair.h"
@@ -6,7 +7,10 @@
 
 #include <X11/keysym.h>
 
+#include <chrono>
 #include <cmath>
+#include <optional>
+#include <string>
 
 using namespace viewertest;
 using protocol::DisplayRecord;

@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: MIT
 // Images that grow while they are shown.
 #include "tests/Folders.h"
 #include "tests/x/imagewindow/Viewer.h"
 
 #include <array>
 #include <fcntl.h>
+#include <string>
 #include <sys/stat.h>
 #include <tiffio.h>
 #include <unistd.h>

@@ -1,6 +1,9 @@
+// SPDX-License-Identifier: MIT
 // Starting, refusing and ending.
 #include "tests/Folders.h"
 #include "tests/x/imagewindow/Viewer.h"
+
+#include <string>
 
 using namespace viewertest;
 using support::lineCount;

@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: MIT
 // The menus: tools that run are listed and asked to end, further images are opened.
 #include "tests/x/imagewindow/Viewer.h"
 
 #include <X11/keysym.h>
+
+#include <string>
 
 using namespace viewertest;
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the canvas shows, and how it follows zoom, sections, wavelengths and panels.
 #include "tests/x/imagewindow/Viewer.h"
 
@@ -5,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <string>
 
 using namespace viewertest;
 using protocol::DisplayRecord;

@@ -1,9 +1,14 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/imagewindow/Viewer.h"
 
 #include "tests/Folders.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace viewertest {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The viewer program on made-up images, for its tests.
 #pragma once
 
@@ -7,6 +8,12 @@
 
 #include "platform/protocol/XProtocol.h"
 #include "tests/x/support/Support.h"
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace viewertest {
 

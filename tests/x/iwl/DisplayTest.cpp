@@ -1,7 +1,12 @@
+// SPDX-License-Identifier: MIT
 // Attaching, what the image window shows, and where the pointer is in it.
 #include "tests/x/iwl/IwlTest.h"
 
 #include <algorithm>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
 using peers::errorsOf;
 using testing::Each;

@@ -1,6 +1,11 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/iwl/FakeViewer.h"
 
 #include <X11/Xutil.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
 
 void writeImage(const std::filesystem::path& path, const std::string& options)
 {

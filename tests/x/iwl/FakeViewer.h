@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A stand-in for the image window: a canvas that publishes a display record, and small image files with known
 // values.
 #pragma once
@@ -6,6 +7,10 @@
 
 #include "platform/protocol/XProtocol.h"
 #include "tests/x/support/Support.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
 
 // Writes an OME-TIFF with makesample: 3 sections and 2 time points of pixels of 0.5 x 0.25 microns. Pixel (x,
 // y) of the pattern ramp is x + 11 y + 101 z + 1009 w + 10007 t.

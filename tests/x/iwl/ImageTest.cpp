@@ -1,9 +1,13 @@
+// SPDX-License-Identifier: MIT
 // The image-file functions: facts and pixels of the file behind the window, which may change.
 #include "tests/x/iwl/IwlTest.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
 
 namespace fs = std::filesystem;
 using peers::errorsOf;

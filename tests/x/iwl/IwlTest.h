@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // libIWL in this process against a fake image window.
 #pragma once
 
@@ -6,6 +7,10 @@
 #include "platform/iwl/Session.h"
 
 #include <IWL.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
 
 constexpr int slot = 1;
 

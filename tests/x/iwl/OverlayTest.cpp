@@ -1,7 +1,9 @@
+// SPDX-License-Identifier: MIT
 // Overlay graphics on their way to the viewer, which may be busy or stopped.
 #include "tests/x/iwl/IwlTest.h"
 
 #include <limits>
+#include <vector>
 
 using protocol::OverlayCommand;
 using protocol::OverlayKind;

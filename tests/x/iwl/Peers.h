@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Peers of an X protocol test: further connections and further processes.
 #pragma once
 
@@ -10,6 +11,7 @@
 #include <csignal>
 #include <functional>
 #include <stdexcept>
+#include <string>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/iwl/Peers.h"
 
 #include "drive/Process.h"
@@ -7,7 +8,10 @@
 
 #include <atomic>
 #include <map>
+#include <memory>
+#include <string>
 #include <sys/mman.h>
+#include <vector>
 
 using namespace peers;
 using drive::waitUntil;

@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: MIT
 // What the image window shows changes under the tool: section, time, wavelengths, panels, size.
 #include "tests/x/programs/Programs.h"
 
 #include <X11/keysym.h>
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 using drive::Pair;
 

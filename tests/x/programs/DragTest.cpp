@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The segment: dragged in the image window, its overlays there, its curves in the plot, its readout.
 #include "tests/x/programs/Programs.h"
 
@@ -5,6 +6,9 @@
 
 #include <cmath>
 #include <cstdio>
+#include <functional>
+#include <string>
+#include <vector>
 
 using drive::Pair;
 

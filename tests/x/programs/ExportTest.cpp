@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Save, Clear and Write To File..., with the real chooser: the file's cells against values that come from
 // another reader of the image, and the same cells in other spreadsheet programs.
 #include "tests/x/programs/Sheet.h"
@@ -6,7 +7,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 #include <sys/resource.h>
+#include <vector>
 
 using drive::Pair;
 

@@ -1,7 +1,12 @@
+// SPDX-License-Identifier: MIT
 // The image file vanishes, shrinks or becomes another one while a segment is dragged.
 #include "tests/x/programs/Programs.h"
 
 #include <X11/keysym.h>
+
+#include <functional>
+#include <string>
+#include <vector>
 
 using drive::Pair;
 

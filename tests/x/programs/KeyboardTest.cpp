@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tool window without a pointer: what has the focus is seen, Tab goes everywhere, Alt goes straight to a
 // control.
 #include "tests/x/programs/Programs.h"
@@ -5,6 +6,8 @@
 #include <X11/keysym.h>
 
 #include <algorithm>
+#include <string>
+#include <vector>
 
 using drive::Pair;
 using drive::Rect;

@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: MIT
 // The central promise: what is drawn and saved along a segment are the pixels of the image file, whatever
 // their type and layout, in every direction. The values come from another reader of the file.
 #include "tests/x/programs/Sheet.h"
 
 #include <algorithm>
 #include <iterator>
+#include <string>
+#include <vector>
 
 using drive::Pair;
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/programs/Programs.h"
 
 #include "tests/Folders.h"
@@ -8,6 +9,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace programs {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Both real programs on a private screen: the fixture of the end-to-end tests, and what their windows and
 // files must show, computed here from the images' formula and not by the programs' code.
 #pragma once
@@ -7,6 +8,13 @@
 
 #include "drive/Pair.h"
 #include "tests/x/support/Support.h"
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace programs {
 

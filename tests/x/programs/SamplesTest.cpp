@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: MIT
 // Real microscope images: what the tool writes about a line in each of them, against another reader. They run
 // where SAMPLES_DIR names the folder that holds them.
 #include "tests/x/programs/Sheet.h"
 
 #include <cstdlib>
 #include <set>
+#include <vector>
 
 using drive::Pair;
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/programs/Sheet.h"
 
 #include "tests/Folders.h"
@@ -6,7 +7,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
+#include <optional>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace programs {
 

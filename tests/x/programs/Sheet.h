@@ -1,11 +1,15 @@
+// SPDX-License-Identifier: MIT
 // Spreadsheet files as the tests read them, our SYLK file by its own records and other programs' CSV, and the
 // values of an image as another reader (tifffile) finds them.
 #pragma once
 
 #include "tests/x/programs/Programs.h"
 
+#include <map>
 #include <span>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace programs {
 

@@ -1,9 +1,12 @@
+// SPDX-License-Identifier: MIT
 // The ways in which either program ends, in order or by force, and what is left of it.
 #include "tests/x/programs/Programs.h"
 
 #include "platform/protocol/XProtocol.h"
 
 #include <csignal>
+#include <functional>
+#include <string>
 
 using drive::Pair;
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From the command line to the tool window beside the image: arguments, display, lock, memory, settings.
 #include "tests/Folders.h"
 #include "tests/x/programs/Programs.h"
@@ -5,6 +6,10 @@
 #include <X11/keysym.h>
 
 #include <csignal>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
 
 using drive::Pair;
 using drive::waitUntil;

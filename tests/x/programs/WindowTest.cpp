@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tool window: its rows at every size, its tips and its help.
 #include "tests/x/programs/Programs.h"
 
@@ -5,6 +6,7 @@
 #include <X11/keysym.h>
 
 #include <algorithm>
+#include <vector>
 
 using drive::Pair;
 using drive::Rect;

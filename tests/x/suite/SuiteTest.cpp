@@ -1,9 +1,11 @@
+// SPDX-License-Identifier: MIT
 // Where a tool window appears, how it goes with its image window, and how the suite knows it and ends it.
 #include "tests/x/wmenh/Probe.h"
 
 #include <X11/Xutil.h>
 
 #include <cstring>
+#include <string>
 
 using drive::Rect;
 using drive::waitUntil;

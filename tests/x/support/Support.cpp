@@ -1,10 +1,16 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/support/Support.h"
 
 #include "tests/Folders.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <map>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace support {
 

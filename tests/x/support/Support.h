@@ -1,8 +1,14 @@
+// SPDX-License-Identifier: MIT
 // What tests with real windows share: images made for them, the texts of programs, the keyboard.
 #pragma once
 
 #include "drive/Screen.h"
 #include "tests/unit/image/TempFolder.h"
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
 
 namespace support {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Push buttons and tool bars.
 #include "tests/x/widgets/Gallery.h"
 #include "widgets/KvPushButton.h"

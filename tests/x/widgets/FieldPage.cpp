@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Progress bars, tips and aligned fields.
 #include "tests/x/widgets/Gallery.h"
 #include "widgets/KvAligner.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Progress bars, tips and the aligner.
 #include "tests/x/widgets/GalleryTest.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/widgets/Gallery.h"
 
 #include "drive/Screen.h"
@@ -14,6 +15,7 @@
 #include <cstring>
 #include <iterator>
 #include <map>
+#include <vector>
 
 namespace gallery {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Shows each class of the set in each of its states, one page a class, and tells on standard output what the
 // user does with it, one line an event. For the eye and for the tests.
 #pragma once

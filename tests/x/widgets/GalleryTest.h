@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A page of the gallery on the screen, worked as a user would.
 #pragma once
 
@@ -12,6 +13,8 @@
 #include <X11/keysym.h>
 
 #include <memory>
+#include <string>
+#include <vector>
 
 class GalleryTest : public testing::Test {
 protected:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An outliner of ten thousand rows and a field that searches it.
 #include "tests/x/widgets/Gallery.h"
 #include "widgets/KvOutliner.h"
@@ -5,6 +6,7 @@
 #include <Xm/TextF.h>
 
 #include <cstdio>
+#include <string>
 
 namespace gallery {
 

@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/widgets/GalleryTest.h"
 
 #include <fstream>
+#include <iterator>
 #include <sstream>
+#include <string>
 #include <unistd.h>
 
 namespace {

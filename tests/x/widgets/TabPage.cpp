@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tab manager.
 #include "tests/x/widgets/Gallery.h"
 #include "widgets/KvTabManager.h"
@@ -6,6 +7,8 @@
 #include <Xm/Label.h>
 #include <Xm/PushB.h>
 #include <Xm/RowColumn.h>
+
+#include <string>
 
 namespace gallery {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/widgets/GalleryTest.h"
 
 namespace {

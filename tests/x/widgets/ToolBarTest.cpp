@@ -1,4 +1,7 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/widgets/GalleryTest.h"
+
+#include <vector>
 
 namespace {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Events and display changes of an image window as the program hears them, the input lock and the ties
 // between tool and image window.
 #include "tests/x/wmenh/Probe.h"

@@ -1,9 +1,13 @@
+// SPDX-License-Identifier: MIT
 // The file chooser.
 #include "tests/x/wmenh/Probe.h"
 
 #include <X11/keysym.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
 
 using drive::waitUntil;
 namespace fs = std::filesystem;

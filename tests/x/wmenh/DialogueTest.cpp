@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Errors, questions and warnings.
 #include "tests/x/wmenh/Probe.h"
 
@@ -5,7 +6,11 @@
 
 #include <X11/keysym.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <functional>
+#include <string>
+#include <vector>
 
 using drive::Rect;
 using drive::waitUntil;

@@ -1,7 +1,13 @@
+// SPDX-License-Identifier: MIT
 #include "tests/x/wmenh/Probe.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <map>
+#include <memory>
 #include <sstream>
+#include <string>
+#include <vector>
 
 ProbeTest::ProbeTest()
 {

@@ -1,8 +1,14 @@
+// SPDX-License-Identifier: MIT
 // A fake image window of the test's own, and the probe program beside it as a child process: the stage on
 // which the tool-window library is tested.
 #pragma once
 
 #include "tests/x/iwl/FakeViewer.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
 
 class ProbeTest : public testing::Test {
 protected:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A small tool window for the tests of the tool-window library: says on standard output what it is told, a
 // line per call. Argument: the image window's number, 0 for none. What else it does is in its environment.
 #include <IWL.h>

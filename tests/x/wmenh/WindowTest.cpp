@@ -1,7 +1,10 @@
+// SPDX-License-Identifier: MIT
 // The main window: bound fields, and texts in every locale.
 #include "tests/x/wmenh/Probe.h"
 
 #include <X11/keysym.h>
+
+#include <string>
 
 using drive::Rect;
 using drive::waitUntil;

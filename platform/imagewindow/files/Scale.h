@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The scale of an image: how many microns its pixels are apart, from the file or from the user. Pure.
 #pragma once
 

@@ -1,8 +1,9 @@
-#include "platform/imagewindow/view/Scale.h"
+// SPDX-License-Identifier: MIT
+#include "platform/imagewindow/files/Scale.h"
 
 #include "platform/image/Plausible.h"
 #include "platform/image/Units.h"
-#include "platform/imagewindow/view/TextFlow.h"
+#include "platform/text/Utf8.h"
 
 #include <charconv>
 
@@ -39,7 +40,7 @@ bool needsScale(const image::ImageInfo& info)
 TypedLength parseLength(const std::string& typed)
 {
     const std::string text = trimmed(typed);
-    const std::string quoted = "\"" + shortened(text, maxQuoted) + "\"";
+    const std::string quoted = "\"" + text::shortened(text, maxQuoted) + "\"";
     double number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc{})
@@ -48,7 +49,7 @@ TypedLength parseLength(const std::string& typed)
     const std::optional<double> perUnit = unit.empty() ? 1.0 : image::micronsPer(unit);
     if (!perUnit)
         return {{},
-                "\"" + shortened(unit, maxQuoted) +
+                "\"" + text::shortened(unit, maxQuoted) +
                     "\" is no unit of length: give nm, µm (or um), mm, inch ..."};
     const std::optional<float> microns = image::plausibleSpacing(number * *perUnit);
     if (!microns)
