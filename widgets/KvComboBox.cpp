@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "widgets/KvComboBoxP.h"
 
 #include "widgets/ClassRecord.h"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <sstream>
+#include <string>
 
 namespace {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Combo box: XmComboBox with sizes that follow the resolution and items as one string. All other resources
  * and callbacks are XmComboBox's.
  *

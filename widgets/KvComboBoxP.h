@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Instance and class records of the combo box, for its own file and for subclasses.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The converter from String to Motif's pixmap resources, by picture files.
 #include "widgets/PixmapOf.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Combo boxes, and labels whose pictures are named by strings.
 #include "tests/x/widgets/Gallery.h"
 #include "widgets/KvComboBox.h"
@@ -11,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <string>
 
 namespace gallery {
 

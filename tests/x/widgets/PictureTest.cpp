@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Combo boxes and the converter of pictures.
 #include "tests/x/widgets/GalleryTest.h"
 
