@@ -1,7 +1,11 @@
+// SPDX-License-Identifier: MIT
 // At twice the resolution every page, and every control on it, is twice as large.
 #include "tests/x/widgets/GalleryTest.h"
 
 #include <X11/Xatom.h>
+
+#include <string>
+#include <vector>
 
 namespace {
 
