@@ -305,8 +305,10 @@ void tabDragged(Widget page, int x)
             continue;
         const Widget tab = constraintsOf(neighbour).tab;
         const int middle = tab->core.x + tab->core.width / 2;
-        if (distance < 0 ? x < middle : x > middle)
-            return swapWith(page, neighbour);
+        if (distance < 0 ? x < middle : x > middle) {
+            swapWith(page, neighbour);
+            return tabDragged(page, x); // a quick pointer may have passed several
+        }
     }
 }
 
