@@ -96,7 +96,7 @@ MAY_INCLUDE = {
     "platform/protocol": PURE,
     "platform/image": PURE,
     "platform/iwl": [HEADERS, *PURE, "platform/protocol", "platform/image"],
-    "platform/wmenh": [HEADERS, "platform/base", "platform/text", "platform/protocol", "platform/iwl"],
+    "platform/wmenh": [HEADERS, "platform/base", "platform/text", "platform/protocol", "platform/iwl", "widgets"],
     "platform/suite": [HEADERS, *PURE, "platform/wmenh", "platform/protocol", "platform/iwl"],
     ROOMS + "files": VIEWER,
     ROOMS + "view": [*VIEWER, ROOMS + "files"],
@@ -107,7 +107,7 @@ MAY_INCLUDE = {
     "platform/imagewindow": [*VIEWER, ROOMS],
     "widgets": ["gauge", "platform/base", "platform/text"],
     "widgets/picture": PURE,
-    "batch": [HEADERS, *PURE, "segment/Geometry.h", "profile", "saved/Sylk.h", "gauge/TickLayout.h", "platform/image",
+    "batch": [HEADERS, *PURE, "segment/Geometry.h", "profile", "saved/Sylk.h", "gauge/GaugeLayout.h", "platform/image",
               "widgets/picture"],
     "samples": [*PURE, "platform/image"],
     "drive": ["platform/base", "platform/protocol"],
@@ -117,8 +117,9 @@ MAY_INCLUDE = {
 # Folders and files that must work where there is no X.
 WITHOUT_X = ["platform/base/", "platform/text/Utf8.", "platform/image/", "batch/", ROOMS + "files/", ROOMS + "view/", ROOMS + "render/", "samples/",
              "platform/protocol/Geometry.", "platform/protocol/ByteStream.", "platform/protocol/DisplayRecord.",
-             "platform/protocol/OverlayRecord.", "profile/Walk.", "profile/Fwhm.", "profile/Mapping.",
-             "gauge/TickLayout.", "saved/Sylk."]
+             "platform/protocol/OverlayRecord.", "segment/Geometry.", "profile/Walk.", "profile/Patch.", "profile/Fwhm.",
+             "profile/Mapping.", "gauge/GaugeLayout.", "gauge/TickLayout.", "gauge/TickNumbers.", "gauge/TickSeries.",
+             "gauge/TickTexts.", "saved/Sylk."]
 X_HEADER = re.compile(r"^(X11|Xm|GL)/|^(IWL|WMEnh|OrUtils|KVRunUtils)\.h$")
 PLATFORM_HEADER = re.compile(r"^(IWL|WMEnh|OrUtils|KVRunUtils)\.h$")
 INCLUDE = re.compile(r'^\s*#\s*include\s+([<"])([^>"]+)[>"]', re.M)

@@ -2,6 +2,7 @@
 #include "platform/image/RangeStore.h"
 
 #include "platform/base/FileStamp.h"
+#include "platform/base/HashName.h"
 #include "platform/base/UserFolders.h"
 
 #include <cmath>
@@ -23,15 +24,6 @@ namespace {
 
 constexpr char versionLine[] = "kelvora-ranges 1";
 
-// FNV-1a, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv/
-std::uint64_t hash(std::string_view text)
-{
-    std::uint64_t value = 0xcbf29ce484222325u;
-    for (const char c : text)
-        value = (value ^ static_cast<unsigned char>(c)) * 0x100000001b3u;
-    return value;
-}
-
 } // namespace
 
 std::string rangeIdentity(const ImageFile& image)
@@ -43,10 +35,7 @@ std::string rangeIdentity(const ImageFile& image)
         all << fs::weakly_canonical(path, error).string() << '\t' << stamp.size << '\t' << stamp.modified
             << '\t';
     }
-    // The first file in plain text tells a person what the entry is about; the hash stands for all of them.
-    std::ostringstream identity;
-    identity << std::hex << std::setw(16) << std::setfill('0') << hash(all.str());
-    return identity.str();
+    return base::hashName(all.str());
 }
 
 namespace {

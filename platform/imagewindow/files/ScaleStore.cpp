@@ -2,6 +2,7 @@
 #include "platform/imagewindow/files/ScaleStore.h"
 
 #include "platform/base/FileStamp.h"
+#include "platform/base/HashName.h"
 #include "platform/base/UserFolders.h"
 #include "platform/image/Plausible.h"
 
@@ -22,15 +23,6 @@ namespace {
 
 constexpr const char* versionLine = "kelvora-scale 1";
 
-// FNV-1a, 64 bits: http://www.isthe.com/chongo/tech/comp/fnv/
-std::uint64_t hash(const std::string& text)
-{
-    std::uint64_t value = 0xcbf29ce484222325U;
-    for (const char c : text)
-        value = (value ^ static_cast<unsigned char>(c)) * 0x100000001b3U;
-    return value;
-}
-
 // Empty when the environment names none.
 fs::path folder()
 {
@@ -47,9 +39,7 @@ std::string canonicalPath(const fs::path& image)
 
 fs::path entryOf(const std::string& path)
 {
-    std::ostringstream name;
-    name << std::hex << std::setw(16) << std::setfill('0') << hash(path);
-    return folder() / name.str();
+    return folder() / base::hashName(path);
 }
 
 std::string failure(const std::string& what)
