@@ -56,7 +56,7 @@ public:
     // Closes every image window of the display as the window manager's close button does.
     void closeImageWindows();
 
-    // What the viewer publishes; throws when it is not to be had.
+    // What the viewer publishes; throws when it cannot be read.
     protocol::DisplayRecord display();
     // Canvas pixel in the middle of the image pixel (x, y).
     protocol::WindowPosition canvasOf(double x, double y, int panel = 0);

@@ -210,7 +210,7 @@ void placeLabel(const AxisRequest& request, int begin, Tick& tick)
         tick.labelStart = std::clamp(wantedStart(tick), begin, latest);
 }
 
-// Of two labels that come too close the one goes that had to be moved inwards, else the second.
+// Where two labels come too close, drops the one that had been moved inwards, else the second one.
 void dropCloseLabels(const AxisRequest& request, std::vector<Tick>& ticks)
 {
     const int gap = endGap(request);

@@ -65,8 +65,8 @@ void setSizes(Dataset& dataset, std::int64_t z, std::int64_t wavelengths, std::i
 // Sets width, height and pixel type from a plane of the file.
 void setGeometry(Dataset& dataset, const Plane& plane);
 
-// Sets the pixel spacing and what is calibrated: x and y take each other's where one is not to be had;
-// without both, z is none either.
+// Sets the pixel spacing and what is calibrated: where only one of x and y is given it counts for
+// both; without either, z is not calibrated.
 void setSpacing(ImageInfo& info, const std::array<std::optional<double>, 3>& microns);
 
 // Whether the samples of a pixel are red, green and blue.

@@ -154,7 +154,7 @@ void OmeReader::findPositions()
     }
 }
 
-// Pages that contradict the metadata are told at once when their file is open anyway.
+// Refuses pages that contradict the metadata, as far as their files are open anyway.
 void OmeReader::checkPages()
 {
     for (const PlaneRun& run : dataset.places.runs())

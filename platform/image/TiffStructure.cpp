@@ -4,9 +4,11 @@
 #include "platform/image/Error.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 #include <span>
+#include <tiff.h>
 #include <unordered_set>
 
 namespace image {
@@ -22,28 +24,29 @@ constexpr std::uint64_t maxBlockBytes = 512u << 20;
 constexpr std::uint64_t maxDescriptionBytes = 64u << 20;
 constexpr std::uint64_t maxSubDirectories = 32;
 
+// Bytes of a value; 0 for a type that there is none of.
 std::size_t sizeOfType(std::uint16_t type)
 {
     switch (type) {
-    case 1:
-    case 2:
-    case 6:
-    case 7:
-        return 1; // BYTE ASCII SBYTE UNDEFINED
-    case 3:
-    case 8:
-        return 2; // SHORT SSHORT
-    case 4:
-    case 9:
-    case 11:
-    case 13:
-        return 4; // LONG SLONG FLOAT IFD
-    case 5:
-    case 10:
-    case 12:
-    case 16:
-    case 17:
-    case 18: // RATIONAL SRATIONAL DOUBLE LONG8 SLONG8 IFD8
+    case TIFF_BYTE:
+    case TIFF_ASCII:
+    case TIFF_SBYTE:
+    case TIFF_UNDEFINED:
+        return 1;
+    case TIFF_SHORT:
+    case TIFF_SSHORT:
+        return 2;
+    case TIFF_LONG:
+    case TIFF_SLONG:
+    case TIFF_FLOAT:
+    case TIFF_IFD:
+        return 4;
+    case TIFF_RATIONAL:
+    case TIFF_SRATIONAL:
+    case TIFF_DOUBLE:
+    case TIFF_LONG8:
+    case TIFF_SLONG8:
+    case TIFF_IFD8:
         return 8;
     default:
         return 0;
@@ -52,7 +55,9 @@ std::size_t sizeOfType(std::uint16_t type)
 
 bool isIntegerType(std::uint16_t type)
 {
-    return type == 1 || type == 3 || type == 4 || type == 7 || type == 13 || type == 16 || type == 18;
+    constexpr std::array unsignedTypes{TIFF_BYTE, TIFF_SHORT, TIFF_LONG, TIFF_UNDEFINED,
+                                       TIFF_IFD,  TIFF_LONG8, TIFF_IFD8};
+    return std::ranges::find(unsignedTypes, type) != unsignedTypes.end();
 }
 
 template<class T> T loadAs(std::span<const std::byte> raw, bool swap)

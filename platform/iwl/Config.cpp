@@ -41,7 +41,7 @@ struct UserConfig {
     static void report(const std::string& problem)
     {
         if (!problem.empty())
-            std::fprintf(stderr, "%s: %s\n", iwlProgramName().c_str(), problem.c_str());
+            std::fprintf(stderr, "%s: %s\n", iwl::programName().c_str(), problem.c_str());
     }
 };
 

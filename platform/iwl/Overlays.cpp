@@ -24,14 +24,14 @@ OverlayCommand command(OverlayKind kind, int id = 0)
 {
     OverlayCommand result;
     result.kind = kind;
-    result.client = static_cast<std::uint32_t>(iwlClientWindow());
+    result.client = static_cast<std::uint32_t>(iwl::clientWindow());
     result.id = id;
     return result;
 }
 
 void append(iwl::Slot& slot, const OverlayCommand& command)
 {
-    protocol::appendOverlay(iwlDisplay(), slot.canvas, command);
+    protocol::appendOverlay(iwl::display(), slot.canvas, command);
     slot.sentBytes += protocol::overlayRecordSize;
 }
 
@@ -48,7 +48,7 @@ bool viewerKeepsUp(iwl::Slot& slot)
 {
     if (slot.sentBytes < backlogLimit)
         return true;
-    slot.sentBytes = protocol::pendingOverlayBytes(iwlDisplay(), slot.canvas);
+    slot.sentBytes = protocol::pendingOverlayBytes(iwl::display(), slot.canvas);
     return slot.sentBytes < backlogLimit;
 }
 
@@ -99,7 +99,7 @@ void iwl::overlaysTaken(Slot& slot)
         return;
     sendEverything(slot);
     append(slot, command(OverlayKind::Redraw));
-    XFlush(iwlDisplay());
+    XFlush(iwl::display());
 }
 
 int IWDisplay(int slotNumber)
@@ -108,7 +108,7 @@ int IWDisplay(int slotNumber)
     if (!slot)
         return 0;
     send(*slot, command(OverlayKind::Redraw));
-    XFlush(iwlDisplay());
+    XFlush(iwl::display());
     return 1;
 }
 

@@ -26,7 +26,7 @@ using SlotTable = std::array<std::unique_ptr<iwl::Slot>, IW_MAX_SLOTS + 1>;
 // table is never destroyed: a program that calls exit() with images open must not close them after the image
 // code's own thread-local data has gone.
 Display* connection = nullptr;
-Window clientWindow = None;
+Window ownWindow = None;
 SlotTable& slots = *std::make_unique<SlotTable>().release();
 
 // What a program says to its only argument, empty to go on. Every tool takes the number of an image window.
@@ -77,14 +77,14 @@ bool canvasExists(Window canvas)
     return XGetGeometry(connection, canvas, &root, &x, &y, &width, &height, &border, &depth) != 0;
 }
 
-Change applyRecord(iwl::Slot& slot, const protocol::DisplayRecord& record)
+iwl::Change applyRecord(iwl::Slot& slot, const protocol::DisplayRecord& record)
 {
     if (record == slot.record)
-        return Change::Nothing;
+        return iwl::Change::Nothing;
     slot.record = record;
     slot.stageOrigin.reset();
     slot.image.follow(record);
-    return Change::Display;
+    return iwl::Change::Display;
 }
 
 template<class Action> void forSlotsOf(Window canvas, Action action)
@@ -94,12 +94,12 @@ template<class Action> void forSlotsOf(Window canvas, Action action)
             action(*slot);
 }
 
-Change canvasClosed(Window canvas)
+iwl::Change canvasClosed(Window canvas)
 {
-    Change change = Change::Nothing;
+    iwl::Change change = iwl::Change::Nothing;
     forSlotsOf(canvas, [&](iwl::Slot& slot) {
         slot.closed = true;
-        change = Change::Closed;
+        change = iwl::Change::Closed;
     });
     return change;
 }
@@ -124,31 +124,31 @@ void detach(int slot)
 
 } // namespace iwl
 
-Display* iwlDisplay()
+Display* iwl::display()
 {
     return connection;
 }
 
-std::string iwlProgramName()
+std::string iwl::programName()
 {
     return program_invocation_short_name;
 }
 
-Window iwlClientWindow()
+Window iwl::clientWindow()
 {
-    return clientWindow;
+    return ownWindow;
 }
 
-std::vector<IwlWindow> iwlWindows()
+std::vector<iwl::AttachedWindow> iwl::attachedWindows()
 {
-    std::vector<IwlWindow> windows;
+    std::vector<iwl::AttachedWindow> windows;
     for (int slot = 1; slot <= IW_MAX_SLOTS; ++slot)
         if (slots[slot])
             windows.push_back({slot, slots[slot]->windowNumber, slots[slot]->canvas});
     return windows;
 }
 
-int iwlSlotOf(Window canvas)
+int iwl::slotOf(Window canvas)
 {
     for (int slot = 1; slot <= IW_MAX_SLOTS; ++slot)
         if (slots[slot] && slots[slot]->canvas == canvas)
@@ -156,36 +156,36 @@ int iwlSlotOf(Window canvas)
     return 0;
 }
 
-int iwlWindowNumberOf(Window canvas)
+int iwl::windowNumberOf(Window canvas)
 {
-    const int slot = iwlSlotOf(canvas);
+    const int slot = iwl::slotOf(canvas);
     return slot ? slots[slot]->windowNumber : 0;
 }
 
-Change iwlRefresh(Window canvas)
+iwl::Change iwl::refresh(Window canvas)
 {
-    if (iwlSlotOf(canvas) == 0)
-        return Change::Nothing;
+    if (iwl::slotOf(canvas) == 0)
+        return iwl::Change::Nothing;
     const auto record = protocol::readDisplay(connection, canvas);
     if (!record)
-        return canvasExists(canvas) ? Change::Nothing : canvasClosed(canvas);
-    Change change = Change::Nothing;
+        return canvasExists(canvas) ? iwl::Change::Nothing : canvasClosed(canvas);
+    iwl::Change change = iwl::Change::Nothing;
     forSlotsOf(canvas, [&](iwl::Slot& slot) { change = std::max(change, applyRecord(slot, *record)); });
     return change;
 }
 
-Change iwlHandleEvent(const XEvent& event)
+iwl::Change iwl::handleEvent(const XEvent& event)
 {
     if (event.type == DestroyNotify)
         return canvasClosed(event.xdestroywindow.window);
     if (event.type != PropertyNotify)
-        return Change::Nothing;
+        return iwl::Change::Nothing;
     const XPropertyEvent& property = event.xproperty;
     const protocol::Atoms& atoms = protocol::atoms(connection);
     if (property.atom == atoms.overlay && property.state == PropertyDelete)
         forSlotsOf(property.window, iwl::overlaysTaken);
     const bool published = property.atom == atoms.display && property.state == PropertyNewValue;
-    return published ? iwlRefresh(property.window) : Change::Nothing;
+    return published ? iwl::refresh(property.window) : iwl::Change::Nothing;
 }
 
 int IWAttach(int argc, char** argv)
@@ -207,7 +207,7 @@ int IWAttach(int argc, char** argv)
         std::exit(-1);
     }
     protocol::installErrorHandler(program_invocation_short_name);
-    clientWindow = makeClientWindow();
+    ownWindow = makeClientWindow();
     // The server throws away requests of a client that has hung up before it read them: what the program
     // asked for last, such as its graphics to go, would be lost. A forked child must not talk on its parent's
     // connection.

@@ -10,37 +10,41 @@
 #include <string>
 #include <vector>
 
+namespace iwl {
+
 // The connection that IWAttach opened with XOpenDisplay, null before. Never closed: libWMEnh hands it to
 // XtDisplayInitialize.
-Display* iwlDisplay();
+Display* display();
 
 // Base name of the program, for messages.
-std::string iwlProgramName();
+std::string programName();
 
-struct IwlWindow {
+struct AttachedWindow {
     int slot = 0;         // 1 to IW_MAX_SLOTS
     int windowNumber = 0; // the image window's number
     Window canvas = None;
 };
 
 // The attached image windows in the order of their slots.
-std::vector<IwlWindow> iwlWindows();
+std::vector<AttachedWindow> attachedWindows();
 
-// The slot and the window number of a canvas, 0 when no slot is attached to it. Several slots may be
-// attached to one canvas: the lowest is told.
-int iwlSlotOf(Window canvas);
-int iwlWindowNumberOf(Window canvas);
+// The slot and the window number of a canvas, 0 when no slot is attached to it. When several
+// slots are attached to one canvas, the lowest one is given.
+int slotOf(Window canvas);
+int windowNumberOf(Window canvas);
 
 // The process's unmapped window that stands for it as a client of image windows; it lives as long as the
 // connection.
-Window iwlClientWindow();
+Window clientWindow();
 
 enum class Change { Nothing, Display, Closed };
 
 // To be called for every PropertyNotify and DestroyNotify of an attached canvas; other events give Nothing.
 // Display: the published record was read again and something in it is different. Closed: the canvas is gone.
-Change iwlHandleEvent(const XEvent& event);
+Change handleEvent(const XEvent& event);
 
 // Reads the record of a canvas again without an event. To be called once after its events have been selected:
 // what happened between IWAttachWin and the selection comes as no event, the end of the canvas included.
-Change iwlRefresh(Window canvas);
+Change refresh(Window canvas);
+
+} // namespace iwl

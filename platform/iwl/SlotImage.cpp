@@ -44,7 +44,7 @@ bool SlotImage::reload()
     try {
         load();
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s: %s\n", iwlProgramName().c_str(), error.what());
+        std::fprintf(stderr, "%s: %s\n", iwl::programName().c_str(), error.what());
     }
     return readable;
 }

@@ -23,7 +23,7 @@ public:
     // Of the newest file that could be opened.
     const image::ImageInfo& info() const { return file->info(); }
 
-    // Opens the record's file when it is another one; a failure is told on standard error and makes the reads
+    // Opens the record's file when it is another one; writes a failure to standard error, and the reads
     // fail.
     void follow(const protocol::DisplayRecord& record);
 

@@ -46,7 +46,7 @@ int KVRunRegisterPgm(const char* title, Widget given, XtCallbackProc quit)
     if (first)
         XtAddEventHandler(shell, NoEventMask, True, clientMessage, nullptr);
     if (XtIsRealized(shell))
-        for (const IwlWindow& window : iwlWindows())
+        for (const iwl::AttachedWindow& window : iwl::attachedWindows())
             protocol::announceTool(display, window.canvas, XtWindow(shell), title);
     return 1;
 }

@@ -50,7 +50,7 @@ std::set<Window> closed;   // canvases whose end has been told
 std::vector<int> slotsOf(Window canvas)
 {
     std::vector<int> slots;
-    for (const IwlWindow& window : iwlWindows())
+    for (const iwl::AttachedWindow& window : iwl::attachedWindows())
         if (window.canvas == canvas)
             slots.push_back(window.slot);
     return slots;
@@ -140,11 +140,11 @@ XEvent newestProperty(XEvent event)
     return event;
 }
 
-void tellChange(Window canvas, Change change)
+void tellChange(Window canvas, iwl::Change change)
 {
-    if (change == Change::Nothing || closed.contains(canvas))
+    if (change == iwl::Change::Nothing || closed.contains(canvas))
         return;
-    if (change == Change::Closed)
+    if (change == iwl::Change::Closed)
         closed.insert(canvas);
     for (const int slot : slotsOf(canvas)) {
         const auto found = changeProcs.find(slot);
@@ -152,7 +152,7 @@ void tellChange(Window canvas, Change change)
             continue;
         const ChangeProc proc = found->second;
         WMDisplayChange notice{
-            static_cast<short>(change == Change::Closed ? WM_DISPLAY_CLOSED : WM_DISPLAY_CHANGED),
+            static_cast<short>(change == iwl::Change::Closed ? WM_DISPLAY_CLOSED : WM_DISPLAY_CHANGED),
             static_cast<short>(slot)};
         proc.proc(slot, &notice, proc.clientData);
     }
@@ -163,11 +163,11 @@ void canvasEvent(Widget, XtPointer, XEvent* event, Boolean*)
 {
     const Window canvas = event->xany.window;
     if (event->type == PropertyNotify) {
-        tellChange(canvas, iwlHandleEvent(newestProperty(*event)));
+        tellChange(canvas, iwl::handleEvent(newestProperty(*event)));
         return;
     }
     if (event->type == DestroyNotify) {
-        tellChange(canvas, iwlHandleEvent(*event));
+        tellChange(canvas, iwl::handleEvent(*event));
         return;
     }
     const bool crossing = event->type == EnterNotify || event->type == LeaveNotify;
@@ -195,7 +195,7 @@ Widget carrier()
 void catchUp(XtPointer canvas, XtIntervalId*)
 {
     const auto window = reinterpret_cast<Window>(canvas);
-    tellChange(window, iwlRefresh(window));
+    tellChange(window, iwl::refresh(window));
 }
 
 void watchCanvas(Window canvas)
@@ -221,7 +221,7 @@ void selectCanvas(Window canvas)
         if (trap.error() == BadAccess) {
             // Only one client may select presses: the rest is still worth having.
             fprintf(stderr, "%s: another program already receives the button presses of the image window\n",
-                    iwlProgramName().c_str());
+                    iwl::programName().c_str());
             XSelectInput(display, canvas, (inputMask & ~ButtonPressMask) | changeMask);
         }
     }
@@ -229,7 +229,7 @@ void selectCanvas(Window canvas)
 
 void selectAll()
 {
-    for (const IwlWindow& window : iwlWindows())
+    for (const iwl::AttachedWindow& window : iwl::attachedWindows())
         selectCanvas(window.canvas);
 }
 
@@ -237,14 +237,14 @@ void selectAll()
 
 void wmenh::watchImageWindows()
 {
-    for (const IwlWindow& window : iwlWindows())
+    for (const iwl::AttachedWindow& window : iwl::attachedWindows())
         watchCanvas(window.canvas);
 }
 
 bool wmenh::imageWindowsGone()
 {
-    const auto windows = iwlWindows();
-    return !windows.empty() && std::ranges::all_of(windows, [](const IwlWindow& window) {
+    const auto windows = iwl::attachedWindows();
+    return !windows.empty() && std::ranges::all_of(windows, [](const iwl::AttachedWindow& window) {
         return closed.contains(window.canvas);
     });
 }

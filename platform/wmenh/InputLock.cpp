@@ -21,9 +21,9 @@ std::map<int, Lock> locks; // held, by id
 
 int WMRequestMonitorLock(const char* title, Window imageWindow, int, char** owner)
 {
-    const int number = iwlWindowNumberOf(imageWindow);
+    const int number = iwl::windowNumberOf(imageWindow);
     const protocol::LockResult result =
-        number > 0 ? protocol::takeInputLock(iwlDisplay(), number, title) : protocol::LockResult{};
+        number > 0 ? protocol::takeInputLock(iwl::display(), number, title) : protocol::LockResult{};
     if (result.owner == None) {
         *owner = strdup(result.holder.empty() ? "unknown" : result.holder.c_str());
         return -1;
@@ -37,6 +37,6 @@ void WMReleaseMonitorLock(int lockId)
     const auto found = locks.find(lockId);
     if (found == locks.end())
         return;
-    protocol::releaseInputLock(iwlDisplay(), found->second.windowNumber, found->second.owner);
+    protocol::releaseInputLock(iwl::display(), found->second.windowNumber, found->second.owner);
     locks.erase(found);
 }

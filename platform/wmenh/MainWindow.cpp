@@ -75,7 +75,7 @@ void show(XtPointer, XtIntervalId*)
 RowLayout& currentRows()
 {
     if (!mainRows) {
-        fprintf(stderr, "%s: a control was added before WMInitMainWindow.\n", iwlProgramName().c_str());
+        fprintf(stderr, "%s: a control was added before WMInitMainWindow.\n", iwl::programName().c_str());
         std::exit(-1);
     }
     return inMessageArea ? *messageRows : *mainRows;

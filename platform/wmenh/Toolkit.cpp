@@ -73,12 +73,12 @@ std::string className(std::string name)
 Toolkit start()
 {
     Toolkit kit;
-    kit.display = iwlDisplay();
+    kit.display = iwl::display();
     if (!kit.display) {
         fprintf(stderr, "The program has no connection to an X server.\n");
         std::exit(-1);
     }
-    const std::string name = iwlProgramName();
+    const std::string name = iwl::programName();
     const std::string klass = className(name);
     XtToolkitInitialize();
     XtSetLanguageProc(nullptr, tellLanguage, nullptr);

@@ -128,7 +128,7 @@ TEST_F(Iwl, DisplayStateFollowsTheWindow)
     viewer->record.geometry.style = protocol::TimePanels;
     viewer->record.geometry.columns = 2;
     viewer->publish();
-    EXPECT_EQ(handleEvents(), Change::Display);
+    EXPECT_EQ(handleEvents(), iwl::Change::Display);
     int z, w, t, p, columns, rows, colors[2];
     float min = -1, max = -1;
     EXPECT_EQ(IWRtDisSec_ZWTP(slot, &z, &w, &t, &p), 1);
@@ -150,22 +150,22 @@ TEST_F(Iwl, DisplayStateFollowsTheWindow)
 TEST_F(Iwl, ChangesAreToldOnceAndOnlyWhenSomethingIsDifferent)
 {
     auto viewer = show();
-    EXPECT_EQ(handleEvents(), Change::Nothing);
+    EXPECT_EQ(handleEvents(), iwl::Change::Nothing);
     viewer->publish();
-    EXPECT_EQ(handleEvents(), Change::Nothing) << "the same record again";
+    EXPECT_EQ(handleEvents(), iwl::Change::Nothing) << "the same record again";
     viewer->showSection(1);
     viewer->showSection(2);
-    EXPECT_EQ(handleEvents(), Change::Display);
-    EXPECT_EQ(handleEvents(), Change::Nothing) << "both were read at the first notification";
+    EXPECT_EQ(handleEvents(), iwl::Change::Display);
+    EXPECT_EQ(handleEvents(), iwl::Change::Nothing) << "both were read at the first notification";
     viewer->record.wavelengths[0] = {true, 1, true, 0, 10, 0};
     viewer->publish();
-    EXPECT_EQ(handleEvents(), Change::Display);
+    EXPECT_EQ(handleEvents(), iwl::Change::Display);
     viewer->record.wavelengths[0].rangeMax = 11;
     viewer->publish();
-    EXPECT_EQ(handleEvents(), Change::Display) << "a range that grows is a change";
+    EXPECT_EQ(handleEvents(), iwl::Change::Display) << "a range that grows is a change";
     viewer->destroy();
-    EXPECT_EQ(handleEvents(), Change::Closed);
-    EXPECT_EQ(iwlRefresh(viewer->canvas), Change::Nothing) << "told once";
+    EXPECT_EQ(handleEvents(), iwl::Change::Closed);
+    EXPECT_EQ(iwl::refresh(viewer->canvas), iwl::Change::Nothing) << "told once";
 }
 
 TEST_F(Iwl, AClosedWindowLeavesTheLastStateAndTakesNoOverlays)
@@ -175,7 +175,7 @@ TEST_F(Iwl, AClosedWindowLeavesTheLastStateAndTakesNoOverlays)
     viewer->destroy();
     EXPECT_EQ(IWDisplay(slot), 1) << "not known yet";
     EXPECT_EQ(IWGrRmGrID(slot, id), 1);
-    EXPECT_EQ(iwlRefresh(viewer->canvas), Change::Closed)
+    EXPECT_EQ(iwl::refresh(viewer->canvas), iwl::Change::Closed)
         << "what happened before the selection brings no event";
     EXPECT_EQ(IWGrAddPt2D(slot, 2, 7, 1, 1), 0);
     EXPECT_EQ(IWGrRmAllGrID(slot), 1);
@@ -183,7 +183,7 @@ TEST_F(Iwl, AClosedWindowLeavesTheLastStateAndTakesNoOverlays)
     EXPECT_EQ(pixel(0, 0, 0, 3, 2), 25);
     int columns, rows;
     EXPECT_EQ(IWRtMulDis(slot, &columns, &rows), 1);
-    EXPECT_EQ(iwlSlotOf(viewer->canvas), slot);
+    EXPECT_EQ(iwl::slotOf(viewer->canvas), slot);
 }
 
 TEST_F(Iwl, PointerEventsBecomeDataPositions)
@@ -200,7 +200,7 @@ TEST_F(Iwl, PointerEventsBecomeDataPositions)
     XEvent other = pressAt(viewer->canvas, 4, 0);
     other.type = PropertyNotify;
     for (const XEvent& none :
-         {other, pressAt(viewer->canvas, 20, 9), pressAt(DefaultRootWindow(iwlDisplay()), 5, 5)}) {
+         {other, pressAt(viewer->canvas, 20, 9), pressAt(DefaultRootWindow(iwl::display()), 5, 5)}) {
         EXPECT_EQ(pointAt(none).result, 0);
         EXPECT_EQ(pointAt(none).panel, -1) << "nothing is filled";
     }
@@ -211,7 +211,7 @@ TEST_F(Iwl, TheSecondPanelShowsTheNextSection)
     auto viewer = show();
     viewer->record.geometry = {20, 10, 2, 4, 1, protocol::ZPanels, 2, 1, 2, 30, 18, 5};
     viewer->showSection(1);
-    EXPECT_EQ(handleEvents(), Change::Display);
+    EXPECT_EQ(handleEvents(), iwl::Change::Display);
     const Pointed p = pointAt(pressAt(viewer->canvas, 36, 3));
     EXPECT_EQ(p.result, 1);
     EXPECT_THAT(std::vector({p.x, p.y, p.z}), ElementsAre(4.5F, 2.5F, 2));
@@ -226,8 +226,8 @@ TEST_F(Iwl, AScaleThatTheUserHasSet)
     viewer.record.spacing = protocol::Spacing{2, 3, 4};
     viewer.publish();
     ASSERT_EQ(IWAttachWin(slot, viewer.record.windowNumber, "ro"), 1);
-    XSelectInput(iwlDisplay(), viewer.canvas, PropertyChangeMask);
-    XSync(iwlDisplay(), False);
+    XSelectInput(iwl::display(), viewer.canvas, PropertyChangeMask);
+    XSync(iwl::display(), False);
     const std::optional<protocol::Spacing> changes[] = {
         viewer.record.spacing, protocol::Spacing{9, 9, 9}, {}};
     for (const auto& later : changes) {

@@ -102,13 +102,13 @@ TEST_F(Iwl, TheWindowMayShowAnotherFile)
     viewer->record.geometry.imageWidth = 8;
     viewer->record.wavelengths.resize(1);
     viewer->publish();
-    EXPECT_EQ(handleEvents(), Change::Display);
+    EXPECT_EQ(handleEvents(), iwl::Change::Display);
     int nx = 0, ny = 0;
     EXPECT_EQ(IMRtXY(slot, &nx, &ny), 0);
     EXPECT_EQ(nx, 8);
     EXPECT_EQ(pixel(0, 0, 1, 7, 2), 10036);
     viewer->record.path = folder / "missing.tif";
     viewer->publish();
-    EXPECT_THAT(errorsOf([] { EXPECT_EQ(handleEvents(), Change::Display); }), HasSubstr("missing.tif"));
+    EXPECT_THAT(errorsOf([] { EXPECT_EQ(handleEvents(), iwl::Change::Display); }), HasSubstr("missing.tif"));
     EXPECT_EQ(pixel(0, 0, 0, 0, 0), -1);
 }

@@ -25,7 +25,7 @@ protected:
     ~Iwl() override
     {
         IMClose(slot);
-        XSync(iwlDisplay(), True);
+        XSync(iwl::display(), True);
     }
 
     // A viewer that shows an image file, attached as the slot with its events selected.
@@ -34,22 +34,22 @@ protected:
         writeImage(file, options);
         auto viewer = std::make_unique<FakeViewer>(file);
         EXPECT_EQ(IWAttachWin(slot, viewer->record.windowNumber, "ro"), 1);
-        XSelectInput(iwlDisplay(), viewer->canvas, PropertyChangeMask | StructureNotifyMask);
-        XSync(iwlDisplay(), False);
+        XSelectInput(iwl::display(), viewer->canvas, PropertyChangeMask | StructureNotifyMask);
+        XSync(iwl::display(), False);
         return viewer;
     }
 
     // The first change that the events bring; Nothing after all events that are on their way.
-    static Change handleEvents()
+    static iwl::Change handleEvents()
     {
-        XSync(iwlDisplay(), False);
-        while (XPending(iwlDisplay())) {
+        XSync(iwl::display(), False);
+        while (XPending(iwl::display())) {
             XEvent event;
-            XNextEvent(iwlDisplay(), &event);
-            if (const Change change = iwlHandleEvent(event); change != Change::Nothing)
+            XNextEvent(iwl::display(), &event);
+            if (const iwl::Change change = iwl::handleEvent(event); change != iwl::Change::Nothing)
                 return change;
         }
-        return Change::Nothing;
+        return iwl::Change::Nothing;
     }
 
     // A pixel of a section as IMRdPas delivers it, -1 when it does not.

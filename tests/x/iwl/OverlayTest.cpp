@@ -33,11 +33,11 @@ TEST_F(Iwl, OverlayCommandsReachTheViewerInOrder)
     EXPECT_EQ(IWGrAddPt2D(slot, 2, 7, std::numeric_limits<float>::quiet_NaN(), 0), 0);
     EXPECT_EQ(IWGrRmAllGrID(slot), 1);
     EXPECT_EQ(IWDisplay(slot), 1);
-    XSync(iwlDisplay(), False);
+    XSync(iwl::display(), False);
     const auto commands = viewer->drain();
     ASSERT_THAT(kinds(commands), ElementsAre(OverlayKind::AddPoint, OverlayKind::AddLine, OverlayKind::Remove,
                                              OverlayKind::RemoveAll, OverlayKind::Redraw));
-    const auto client = static_cast<std::uint32_t>(iwlClientWindow());
+    const auto client = static_cast<std::uint32_t>(iwl::clientWindow());
     const OverlayCommand marker{
         OverlayKind::AddPoint, client, point, -1, -1, 2, 0, 7, 1.5F, 2.5F, -1, 1.5F, 2.5F, -1};
     EXPECT_EQ(commands[0], marker);
@@ -57,10 +57,10 @@ TEST_F(Iwl, AViewerThatStopsGetsThePresentStateLater)
         line = IWGrAddLn2D(slot, 2, 0, 7, 0, 0, 5, 5);
         IWDisplay(slot);
     }
-    EXPECT_LE(protocol::pendingOverlayBytes(iwlDisplay(), viewer->canvas), 1UL << 18);
+    EXPECT_LE(protocol::pendingOverlayBytes(iwl::display(), viewer->canvas), 1UL << 18);
     viewer->drain();
     handleEvents();
-    XSync(iwlDisplay(), False);
+    XSync(iwl::display(), False);
     const auto commands = viewer->drain();
     ASSERT_THAT(kinds(commands), ElementsAre(OverlayKind::RemoveAll, OverlayKind::AddPoint,
                                              OverlayKind::AddLine, OverlayKind::Redraw));
@@ -76,7 +76,7 @@ TEST_F(Iwl, AStoppedViewerIsNoticedWithoutEvents)
         IWDisplay(slot);
     viewer->drain();
     const int id = IWGrAddPt2D(slot, 2, 7, 1, 1);
-    XSync(iwlDisplay(), False);
+    XSync(iwl::display(), False);
     const auto commands = viewer->drain();
     ASSERT_THAT(kinds(commands), ElementsAre(OverlayKind::RemoveAll, OverlayKind::AddPoint));
     EXPECT_EQ(commands[1].id, id);
