@@ -21,6 +21,13 @@ extern State state;
 
 std::string shown(const char* value);
 std::string shown(Widget widget);
+
+// A mask of X events, shown by the names of its events.
+struct EventNames {
+    long bits;
+};
+std::string shown(EventNames events);
+
 template<typename Number>
 requires std::is_arithmetic_v<Number> Number shown(Number value)
 {

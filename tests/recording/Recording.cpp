@@ -37,6 +37,21 @@ std::string shown(const char* value)
     return value ? '"' + std::string(value) + '"' : "0";
 }
 
+std::string shown(EventNames mask)
+{
+    constexpr std::pair<long, const char*> events[] = {{ButtonPressMask, "ButtonPressMask"},
+                                                       {ButtonReleaseMask, "ButtonReleaseMask"},
+                                                       {EnterWindowMask, "EnterWindowMask"},
+                                                       {PointerMotionMask, "PointerMotionMask"}};
+    std::string names;
+    for (const auto& [bit, name] : events)
+        if (mask.bits & bit) {
+            names += (names.empty() ? "" : "|") + std::string(name);
+            mask.bits &= ~bit;
+        }
+    return mask.bits ? names + "|" + std::to_string(mask.bits) : names;
+}
+
 std::string shown(Widget widget)
 {
     for (const auto& [name, known] : widgets)

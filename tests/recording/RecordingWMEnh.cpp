@@ -119,7 +119,7 @@ Widget WMInitMainWindow(const char* title)
 // The image window.
 RECORDED(void, WMEnableIWLEvent, (void), )
 RECORDED(void, WMCancelEventHandler, (int slot, long mask), static_cast<void>(handlers.erase(mask)), slot,
-         mask)
+         EventNames{mask})
 RECORDED(void, WMProcDisplayChange, (int slot, WMDisplayChangeProc proc, void*), , slot,
          proc == ProcDisChange ? "ProcDisChange" : "another")
 RECORDED(void, WMCancelDisplayChange, (int slot), , slot)
@@ -128,7 +128,7 @@ RECORDED(void, WMReleaseMonitorLock, (int lockId), , lockId)
 
 void WMAddEventHandler(int slot, long mask, WMEventProc handler, void*)
 {
-    note("WMAddEventHandler", slot, mask);
+    note("WMAddEventHandler", slot, EventNames{mask});
     handlers[mask] = handler;
 }
 

@@ -38,16 +38,18 @@ TEST_F(Handlers, APressMarksTheStart)
 {
     script.fraction = 0.25f;
     press(12, 34);
-    EXPECT_THAT(calls, ElementsAre("IWGetButPressInfo(12, 34)", "IMRtXY(1)", "WMAddEventHandler(1, 64)",
-                                   "WMAddEventHandler(1, 8)", "IWRtMulDis(1)", "IWRtMulDisStyle(1)",
-                                   "IWGrAddPt2D(1, 2, 7, 12.25, 34.25)", "IWDisplay(1)"));
+    EXPECT_THAT(calls,
+                ElementsAre("IWGetButPressInfo(12, 34)", "IMRtXY(1)",
+                            "WMAddEventHandler(1, PointerMotionMask)",
+                            "WMAddEventHandler(1, ButtonReleaseMask)", "IWRtMulDis(1)", "IWRtMulDisStyle(1)",
+                            "IWGrAddPt2D(1, 2, 7, 12.25, 34.25)", "IWDisplay(1)"));
     EXPECT_EQ(segment.start.x, 12.25f);
     EXPECT_EQ(segment.start.markerId, 1);
     EXPECT_EQ(segmentDefined, 0);
     calls.clear();
     press(50, 50); // a second press while dragging registers the handlers again and no more
-    EXPECT_THAT(callsOf({"WM", "IWGr", "IWDisplay"}),
-                ElementsAre("WMAddEventHandler(1, 64)", "WMAddEventHandler(1, 8)"));
+    EXPECT_THAT(callsOf({"WM", "IWGr", "IWDisplay"}), ElementsAre("WMAddEventHandler(1, PointerMotionMask)",
+                                                                  "WMAddEventHandler(1, ButtonReleaseMask)"));
     EXPECT_EQ(segment.start.x, 12.25f);
     release();
     EXPECT_THAT(callsOf({"IMAlCon"}), IsEmpty()); // there is no line yet to sample
@@ -215,8 +217,8 @@ TEST_F(Handlers, AReleaseEndsTheDrag)
     calls.clear();
     release();
     EXPECT_THAT(callsOf({"IWDisplay", "WM", "IMAlCon", "IWData"}),
-                ElementsAre("IWDisplay(1)", "WMCancelEventHandler(1, 64)", "WMCancelEventHandler(1, 8)",
-                            "IMAlCon(1, 1)"));
+                ElementsAre("IWDisplay(1)", "WMCancelEventHandler(1, PointerMotionMask)",
+                            "WMCancelEventHandler(1, ButtonReleaseMask)", "IMAlCon(1, 1)"));
     EXPECT_EQ(dragging, 0);
     EXPECT_THAT(handlers, ElementsAre(Key(ButtonPressMask), Key(EnterWindowMask)));
 }

@@ -46,7 +46,7 @@ void end(bool imageWindowCloses, int lock)
 {
     tellCallsAtExit();
     lockId = lock;
-    WMDisplayChange change = {681, 1};
+    WMDisplayChange change = {WM_DISPLAY_CLOSED, 1};
     if (imageWindowCloses)
         ProcDisChange(1, &change, nullptr);
     else
@@ -101,8 +101,8 @@ TEST_F(ShellDeathTest, ARefusedLockNamesItsHolderTwiceAndShowsNoWindow)
 
 TEST_F(ShellDeathTest, EndingsReleaseInOrder)
 {
-    const std::string common = "WMCancelDisplayChange(1)\nWMCancelEventHandler(1, 4)\n";
-    const std::string image = "WMCancelEventHandler(1, 16)\nIWGrRmAllGrID(1)\nIWDisplay(1)\n";
+    const std::string common = "WMCancelDisplayChange(1)\nWMCancelEventHandler(1, ButtonPressMask)\n";
+    const std::string image = "WMCancelEventHandler(1, EnterWindowMask)\nIWGrRmAllGrID(1)\nIWDisplay(1)\n";
     const struct {
         bool imageWindowCloses;
         int lock;

@@ -88,8 +88,8 @@ TEST_F(StartUp, GoesStepByStep)
         "WMDisableField(Write To File...)",
         "WMEnableIWLEvent()",
         "WMProcDisplayChange(1, \"ProcDisChange\")",
-        "WMAddEventHandler(1, 4)",
-        "WMAddEventHandler(1, 16)",
+        "WMAddEventHandler(1, ButtonPressMask)",
+        "WMAddEventHandler(1, EnterWindowMask)",
         "OrvelPositionNextToImage(3, frame)",
         "WMDisplay()",
         "WMAttachToImageWindow(0, 3)",
@@ -159,7 +159,7 @@ TEST_F(StartUp, ChangesOfDisplayAndSettingsSampleAgain)
     script.z = 4;
     const std::function<void()> changes[] = {
         [] {
-            WMDisplayChange change = {680, 1};
+            WMDisplayChange change = {WM_DISPLAY_CHANGED, 1};
             ProcDisChange(1, &change, nullptr);
         },
         [] { actions.at("menu")(nullptr, nullptr, nullptr); },
