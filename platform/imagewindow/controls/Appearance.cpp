@@ -31,7 +31,6 @@ constexpr const char* looks[] = {
     "*XmText.background: #1d1f21",
     "*XmTextField.background: #1d1f21",
     "*XmList.background: #1d1f21",
-    "*XmToggleButton.indicatorSize: 13",
     "*XmToggleButton.selectColor: #d9dbdd",
     "*port.background: #16181b",
     "*area.background: #16181b",

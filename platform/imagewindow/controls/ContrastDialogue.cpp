@@ -28,12 +28,12 @@ namespace {
 
 constexpr int steps = 1000; // of a scale
 constexpr std::size_t nameLength = 16;
-constexpr int swatchWidth = 18, scaleWidth = 220, scaleHeight = 24; // screen pixels
+constexpr int scaleLines = 13; // length of a scale in heights of a line
 
 // Texts that are as wide as the columns must be at least.
 constexpr const char *widestName = "Wavelength name", *widestValues = "10000 to 65535",
                      *widestColor = "magenta of";
-constexpr int colorFrame = 45; // screen pixels: the swatch, and what the option menu has around its text
+constexpr int colorFrame = 28; // screen pixels that the option menu has around its text and its mark
 
 int positionOf(float value, const ContrastLimits& span)
 {
@@ -52,11 +52,15 @@ Widget makeLine(Widget column)
                                    XmNspacing, 8, XmNmarginHeight, 0, nullptr);
 }
 
-Widget makeScale(Widget row, const char* name, XtCallbackProc moved, XtPointer client)
+// As high as the row's other controls: the row gives all of them one height, and a scale that is lower
+// would stand at the bottom of it.
+Widget makeScale(Widget row, const char* name, int length, XtCallbackProc moved, XtPointer client)
 {
+    XtWidgetGeometry preferred{};
+    XtQueryGeometry(row, nullptr, &preferred);
     Widget scale = XtVaCreateManagedWidget(name, xmScaleWidgetClass, row, XmNorientation, XmHORIZONTAL,
-                                           XmNminimum, 0, XmNmaximum, steps, XmNscaleWidth, scaleWidth,
-                                           XmNscaleHeight, scaleHeight, nullptr);
+                                           XmNminimum, 0, XmNmaximum, steps, XmNscaleWidth, length,
+                                           XmNscaleHeight, preferred.height, nullptr);
     XtAddCallback(scale, XmNvalueChangedCallback, moved, client);
     XtAddCallback(scale, XmNdragCallback, moved, client);
     return scale;
@@ -106,7 +110,9 @@ ContrastDialogue::ContrastDialogue(Widget parent, ImageWindow& window) : window(
     Widget heading = makeLine(column);
     makeLabel(heading, " ", widestName);
     Widget color = makeLabel(heading, "colour", 1);
-    XtVaSetValues(color, XmNwidth, measureOf(color)(widestColor) + colorFrame, nullptr);
+    XtVaSetValues(color, XmNwidth,
+                  lineHeightOf(color) + measureOf(color)(widestColor) + colorFrame, nullptr);
+    scaleWidth = scaleLines * lineHeightOf(color);
     makeLabel(heading, "black", scaleWidth);
     makeLabel(heading, "full brightness", scaleWidth);
     Widget buttons = XtVaCreateManagedWidget("buttons", xmRowColumnWidgetClass, column, XmNorientation,
@@ -158,8 +164,8 @@ void ContrastDialogue::addRow(int wavelength)
     makeLabel(line, text::shortened(wavelengthName(window.image().info(), wavelength), nameLength),
               widestName);
     addColorMenu(row, line);
-    row.black = makeScale(line, "black", moved, this);
-    row.white = makeScale(line, "white", moved, this);
+    row.black = makeScale(line, "black", scaleWidth, moved, this);
+    row.white = makeScale(line, "white", scaleWidth, moved, this);
     row.values = makeLabel(line, " ", widestValues);
     rows.push_back(row);
 }
@@ -169,9 +175,9 @@ void ContrastDialogue::addColorMenu(Row& row, Widget line)
     const auto chosen = [](Widget button, XtPointer client, XtPointer) {
         static_cast<ContrastDialogue*>(client)->colorChosen(button);
     };
-    row.swatch = XtVaCreateManagedWidget("swatch", xmLabelWidgetClass, line, XmNwidth, swatchWidth,
-                                         XmNrecomputeSize, False, nullptr);
+    row.swatch = XtVaCreateManagedWidget("swatch", xmLabelWidgetClass, line, XmNrecomputeSize, False, nullptr);
     setLabel(row.swatch, " ");
+    XtVaSetValues(row.swatch, XmNwidth, lineHeightOf(row.swatch), nullptr);
     row.colors = XmCreatePulldownMenu(line, const_cast<char*>("colors"), nullptr, 0);
     for (std::size_t color = 0; color < base::displayColors.size(); ++color) {
         Widget button =
@@ -221,6 +227,7 @@ void ContrastDialogue::show()
     if (!std::exchange(placed, true))
         placeOnScreen();
     XtManageChild(dialogue);
+    keepOnScreen();
     XMapRaised(XtDisplay(dialogue), XtWindow(XtParent(dialogue)));
 }
 
@@ -233,8 +240,7 @@ void ContrastDialogue::placeOnScreen()
     XtVaGetValues(image, XmNwidth, &width, XmNheight, &height, nullptr);
     Position left = 0, top = 0;
     XtTranslateCoords(image, 0, 0, &left, &top);
-    const Place place = placeBeside({left, top}, {width, height}, {own.width, own.height},
-                                    {WidthOfScreen(XtScreen(image)), HeightOfScreen(XtScreen(image))});
+    const Place place = placeBeside({left, top}, {width, height}, {own.width, own.height}, screenSize());
     XtVaSetValues(dialogue, XmNdefaultPosition, False, XmNx, place.left, XmNy, place.top, nullptr);
 }
 
@@ -248,6 +254,27 @@ void ContrastDialogue::refresh()
         makeRows();
     for (Row& row : rows)
         showRow(row);
+    keepOnScreen();
+}
+
+// More rows, and longer numbers, make the dialogue larger where it stands.
+void ContrastDialogue::keepOnScreen()
+{
+    Dimension width = 0, height = 0;
+    XtVaGetValues(dialogue, XmNwidth, &width, XmNheight, &height, nullptr);
+    const Size size{width, height}, before = std::exchange(keptSize, size);
+    if (size.width <= before.width && size.height <= before.height)
+        return;
+    Position left = 0, top = 0;
+    XtTranslateCoords(dialogue, 0, 0, &left, &top);
+    const Place place = placeWithin({left, top}, size, screenSize());
+    if (place != Place{left, top})
+        XtVaSetValues(dialogue, XmNx, place.left, XmNy, place.top, nullptr);
+}
+
+Size ContrastDialogue::screenSize() const
+{
+    return {WidthOfScreen(XtScreen(dialogue)), HeightOfScreen(XtScreen(dialogue))};
 }
 
 // The two limits of a wavelength stay at least one step apart: the one that moves pushes the other.

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/imagewindow/render/Composite.h"
+#include "platform/imagewindow/view/View.h"
 
 #include <X11/Intrinsic.h>
 
@@ -37,12 +38,16 @@ private:
     void addColorMenu(Row& row, Widget line);
     void showRow(Row& row);
     void placeOnScreen();
+    void keepOnScreen();
+    Size screenSize() const;
     void colorChosen(Widget button);
     void scaleMoved(Widget scale, int position);
 
     ImageWindow& window;
     Widget dialogue = nullptr, column = nullptr, lines = nullptr;
+    int scaleWidth = 0; // screen pixels
     bool placed = false;
+    Size keptSize; // when it was last seen to be on the screen
     std::vector<Row> rows;
 };
 

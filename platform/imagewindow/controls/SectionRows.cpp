@@ -147,7 +147,7 @@ Controls::SectionScale Controls::makeScale(const char* name, const char* title, 
                                            XmNalignment, XmALIGNMENT_END, nullptr);
     result.scale = XtVaCreateManagedWidget(
         name, xmScaleWidgetClass, result.row, XmNorientation, XmHORIZONTAL, XmNminimum, 1, XmNmaximum, 2,
-        XmNvalue, 1, XmNscaleMultiple, 1, XmNshowArrows, XmEACH_SIDE, XmNscaleHeight, 15, XmNleftAttachment,
+        XmNvalue, 1, XmNscaleMultiple, 1, XmNshowArrows, XmEACH_SIDE, XmNscaleHeight, lineHeightOf(label), XmNleftAttachment,
         XmATTACH_WIDGET, XmNleftWidget, label, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
         result.value, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 3, XmNbottomAttachment, XmATTACH_FORM,
         XmNbottomOffset, 3, nullptr);

@@ -81,7 +81,7 @@ StatusLines::Rows StatusLines::rowsNeeded() const
 {
     const Lines now = linesOf(shown), most = linesOf(widest);
     Rows needed;
-    needed.remark = now.remark.size();
+    needed.remark = std::max(now.remark.size(), most.remark.size());
     needed.pixel = std::max({std::size_t{1}, now.pixel.size(), most.pixel.size()});
     needed.stage = std::max(now.stage.size(), most.stage.size());
     needed.state = std::max({std::size_t{1}, now.state.size(), most.state.size()});

@@ -26,8 +26,13 @@ Place placeBeside(Place window, Size windowSize, Size dialogue, Size screen)
         place.left -= dialogue.width + frame;
     else if (window.top + windowSize.height + dialogue.height + frameHeight + frame <= screen.height)
         place.top += windowSize.height + frameHeight;
-    return {within(place.left, dialogue.width + frame, screen.width),
-            within(place.top, dialogue.height + frameHeight, screen.height)};
+    return placeWithin(place, dialogue, screen);
+}
+
+Place placeWithin(Place dialogue, Size size, Size screen)
+{
+    return {within(dialogue.left, size.width + frame, screen.width),
+            within(dialogue.top, size.height + frameHeight, screen.height)};
 }
 
 } // namespace viewer

@@ -15,4 +15,7 @@ struct Place {
 // whole on the screen if it fits there at all, its title bar in any case.
 Place placeBeside(Place window, Size windowSize, Size dialogue, Size screen);
 
+// Of a dialogue that has stood there and has that size now: there, or as far left and up as its frame needs.
+Place placeWithin(Place dialogue, Size size, Size screen);
+
 } // namespace viewer

@@ -33,3 +33,13 @@ TEST(Placement, ADialogueStandsWholeOnTheScreen)
     }
     EXPECT_EQ(placeBeside({10, 20}, {400, 400}, {700, 2000}, screen).top, 0); // its title bar at least
 }
+
+TEST(Placement, ADialogueThatHasGrownMovesNoFurtherThanItMust)
+{
+    constexpr Size screen{1600, 1200}, size{700, 300};
+    EXPECT_EQ(placeWithin({300, 40}, size, screen), (Place{300, 40}));
+    const Place moved = placeWithin({300, 1000}, size, screen);
+    EXPECT_EQ(moved.left, 300);
+    EXPECT_LE(moved.top + size.height, screen.height);
+    EXPECT_GT(moved.top + size.height, screen.height - 100);
+}

@@ -42,6 +42,7 @@ TEST(GenerateFileName, leavesOutFolderAndImageExtension)
         {"", "_PRF.slk"},
         {"/", "_PRF.slk"},
         {"folder/", "folder_PRF.slk"},
+        {"caf\xE9.tif", "caf\xE9_PRF.slk"}, // no UTF-8
     };
     for (const auto& [source, name] : cases)
         EXPECT_EQ(generated(source), name) << source;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Overlay graphics of clients, as they come over the canvas.
+#include "tests/x/imagewindow/PropertyReads.h"
 #include "tests/x/imagewindow/Viewer.h"
 #include "tests/x/iwl/Peers.h"
 
@@ -126,8 +127,12 @@ TEST(Overlay, ABacklogIsTakenWhole)
     for (int i = 0; i < 500; ++i)
         client.addLine(2, 5, 30, 15);
     client.addLine(3, 5, 30, 25);
+    PropertyReads reads(viewer.canvas);
     viewer.process.signal(SIGCONT);
     ASSERT_TRUE(viewer.waitForPixel(20, 25, amber));
+    const int ofBacklog = reads.count();
+    EXPECT_GT(ofBacklog, 0);
+    EXPECT_LT(ofBacklog, 20); // 501 notifications
     client.addLine(4, 5, 30, 20);
     EXPECT_TRUE(viewer.waitForPixel(20, 20, amber));
 }

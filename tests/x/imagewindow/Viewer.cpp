@@ -20,9 +20,6 @@ const TempFolder& scratchFolder()
 
 namespace {
 
-// The server gives every client its own upper bits of the numbers of windows.
-constexpr int clientBits = 21;
-
 std::vector<std::string> command(const std::vector<std::string>& arguments, const std::string& standardInput)
 {
     std::vector<std::string> words;
@@ -106,14 +103,7 @@ Window Viewer::waitForMenu()
 {
     Window menu = None;
     drive::waitUntil([&] {
-        for (const Window window : support::childrenOf(screen, screen.root())) {
-            XWindowAttributes attributes;
-            protocol::ErrorTrap trap(screen.x());
-            if (menu == None && (window >> clientBits) == (canvas >> clientBits) &&
-                XGetWindowAttributes(screen.x(), window, &attributes) && attributes.override_redirect &&
-                attributes.map_state == IsViewable)
-                menu = window;
-        }
+        menu = support::postedMenu(screen, canvas);
         return menu != None;
     });
     return menu;

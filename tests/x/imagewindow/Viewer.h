@@ -49,8 +49,7 @@ public:
     drive::Pixel pixelAt(int x, int y) { return screen.capture(canvas).at(x, y); }
     // Gives the window the keyboard.
     void focus();
-    // A menu that is posted: a window above all others without the window manager's doing. None: there is
-    // none.
+    // A menu that is posted. None: there is none.
     Window waitForMenu();
 };
 

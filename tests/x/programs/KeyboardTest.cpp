@@ -136,12 +136,14 @@ TEST_F(Keyboard, EverythingCanBeDoneWithIt)
     screen.key(XK_space);
     const auto armed = [&] { return count(screen.captureScreen(), armedColor) > 500; };
     EXPECT_TRUE(waitUntil(armed));
+    EXPECT_NE(support::postedMenu(screen, pair.toolWindow), Window{None});
     screen.key(XK_Down);
     drive::waitUntilCalm(screen);
     screen.key(XK_Return);
     expectConfig("KV_APROF_SCALE_AUTO:\tfalse");
+    EXPECT_TRUE(waitUntil([&] { return support::postedMenu(screen, pair.toolWindow) == None; }));
     drive::waitUntilCalm(screen); // Motif drops keys while a menu goes away
-    screen.key(XK_Escape);        // closes a menu at the most
+    screen.key(XK_Escape);        // nothing is left that it could close
     alt(XK_w);                    // is off
     alt(XK_s);
     expectFocus(Save);

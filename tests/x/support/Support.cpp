@@ -64,6 +64,19 @@ std::vector<Window> childrenOf(drive::Screen& screen, Window window)
     return children;
 }
 
+Window postedMenu(drive::Screen& screen, Window window)
+{
+    constexpr int clientBits = 21; // the server gives every client its own upper bits of the numbers of windows
+    for (const Window top : childrenOf(screen, screen.root())) {
+        XWindowAttributes attributes;
+        if ((top >> clientBits) == (window >> clientBits) &&
+            XGetWindowAttributes(screen.x(), top, &attributes) && attributes.override_redirect &&
+            attributes.map_state == IsViewable)
+            return top;
+    }
+    return None;
+}
+
 void turnWheelWith(drive::Screen& screen, KeySym key, Window canvas)
 {
     screen.keyDown(key);

@@ -27,6 +27,10 @@ bool waitForFocus(drive::Screen& screen, Window window);
 // Bottom to top; none when the window is gone.
 std::vector<Window> childrenOf(drive::Screen& screen, Window window);
 
+// A menu that a client shows: a window above all others without the window manager's doing. None: there is
+// none. window: any of the client's.
+Window postedMenu(drive::Screen& screen, Window window);
+
 // Turns the wheel up over an image with a key held: Shift steps to the next section, Control in time.
 void turnWheelWith(drive::Screen& screen, KeySym key, Window canvas);
 

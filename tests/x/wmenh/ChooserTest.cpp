@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -131,6 +132,26 @@ TEST_F(ChooserTest, editsTheNameAndStaysOnTheScreenBesideLongNames)
     screen.key(XK_End);
     screen.key(XK_Return);
     expectChosen(1, "mycells_PRF.slk");
+}
+
+TEST_F(ChooserTest, controlASelectsTheWholeName)
+{
+    start();
+    open();
+    screen.keyDown(XK_Control_L);
+    screen.key(XK_a);
+    screen.keyUp(XK_Control_L);
+    screen.type("all");
+    screen.key(XK_Return);
+    expectChosen(1, "all.slk");
+}
+
+TEST_F(ChooserTest, proposesANameThatIsNoUtf8)
+{
+    start({{"PROBE_NAME", "caf\xE9_PRF.slk"}});
+    open();
+    screen.key(XK_Return);
+    expectChosen(1, "caf\xC3\xA9_PRF.slk");
 }
 
 TEST_F(ChooserTest, remembersTheFolderFromRunToRun)

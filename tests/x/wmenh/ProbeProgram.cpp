@@ -77,9 +77,11 @@ void choose(Widget, XtPointer, XtPointer)
 {
     static char directory[256] = "", filter[256] = "*.slk", name[256] = "cells_PRF.slk", path[256] = "";
     static bool first = true;
-    const char* const lost = std::getenv("PROBE_LOST");
+    const char *const lost = std::getenv("PROBE_LOST"), *const proposed = std::getenv("PROBE_NAME");
     if (first)
         snprintf(directory, sizeof directory, "%s%s", std::getenv("PROBE_DIR"), lost ? lost : "");
+    if (first && proposed)
+        snprintf(name, sizeof name, "%s", proposed);
     first = false;
     WMSetGetFileSrc("ZVE_DEF_DIR:", "SYLK_EXT:");
     WMSetCenterOnScreen(1);
