@@ -66,7 +66,8 @@ std::vector<Window> childrenOf(drive::Screen& screen, Window window)
 
 Window postedMenu(drive::Screen& screen, Window window)
 {
-    constexpr int clientBits = 21; // the server gives every client its own upper bits of the numbers of windows
+    constexpr int clientBits =
+        21; // the server gives every client its own upper bits of the numbers of windows
     for (const Window top : childrenOf(screen, screen.root())) {
         XWindowAttributes attributes;
         if ((top >> clientBits) == (window >> clientBits) &&
