@@ -110,8 +110,7 @@ ContrastDialogue::ContrastDialogue(Widget parent, ImageWindow& window) : window(
     Widget heading = makeLine(column);
     makeLabel(heading, " ", widestName);
     Widget color = makeLabel(heading, "colour", 1);
-    XtVaSetValues(color, XmNwidth,
-                  lineHeightOf(color) + measureOf(color)(widestColor) + colorFrame, nullptr);
+    XtVaSetValues(color, XmNwidth, lineHeightOf(color) + measureOf(color)(widestColor) + colorFrame, nullptr);
     scaleWidth = scaleLines * lineHeightOf(color);
     makeLabel(heading, "black", scaleWidth);
     makeLabel(heading, "full brightness", scaleWidth);
@@ -175,7 +174,8 @@ void ContrastDialogue::addColorMenu(Row& row, Widget line)
     const auto chosen = [](Widget button, XtPointer client, XtPointer) {
         static_cast<ContrastDialogue*>(client)->colorChosen(button);
     };
-    row.swatch = XtVaCreateManagedWidget("swatch", xmLabelWidgetClass, line, XmNrecomputeSize, False, nullptr);
+    row.swatch =
+        XtVaCreateManagedWidget("swatch", xmLabelWidgetClass, line, XmNrecomputeSize, False, nullptr);
     setLabel(row.swatch, " ");
     XtVaSetValues(row.swatch, XmNwidth, lineHeightOf(row.swatch), nullptr);
     row.colors = XmCreatePulldownMenu(line, const_cast<char*>("colors"), nullptr, 0);

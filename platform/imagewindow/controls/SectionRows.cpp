@@ -147,10 +147,10 @@ Controls::SectionScale Controls::makeScale(const char* name, const char* title, 
                                            XmNalignment, XmALIGNMENT_END, nullptr);
     result.scale = XtVaCreateManagedWidget(
         name, xmScaleWidgetClass, result.row, XmNorientation, XmHORIZONTAL, XmNminimum, 1, XmNmaximum, 2,
-        XmNvalue, 1, XmNscaleMultiple, 1, XmNshowArrows, XmEACH_SIDE, XmNscaleHeight, lineHeightOf(label), XmNleftAttachment,
-        XmATTACH_WIDGET, XmNleftWidget, label, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
-        result.value, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 3, XmNbottomAttachment, XmATTACH_FORM,
-        XmNbottomOffset, 3, nullptr);
+        XmNvalue, 1, XmNscaleMultiple, 1, XmNshowArrows, XmEACH_SIDE, XmNscaleHeight, lineHeightOf(label),
+        XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, label, XmNrightAttachment, XmATTACH_WIDGET,
+        XmNrightWidget, result.value, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 3, XmNbottomAttachment,
+        XmATTACH_FORM, XmNbottomOffset, 3, nullptr);
     XtAddCallback(result.scale, XmNvalueChangedCallback, scaleChanged, &window);
     XtAddCallback(result.scale, XmNdragCallback, scaleChanged, &window);
     XtAddEventHandler(result.row, ButtonPressMask, False, wheelOnScale, result.scale);
