@@ -33,11 +33,10 @@ struct Chooser {
     Widget box = nullptr;
     Widget complaint = nullptr;
     int capacity = 0;
-    std::string extension;           // appended to names that have none
-    std::string remembered;          // folder of last time, empty when there is none
-    std::string name;                // what the user had in the name field before the last search
-    XmQualifyProc qualify = nullptr; // the box's own
-    XtIntervalId restoring = 0;      // timeout that puts the name back
+    std::string extension;      // appended to names that have none
+    std::string remembered;     // folder of last time, empty when there is none
+    std::string name;           // what stands in the name field, unless the box has emptied that
+    XtIntervalId restoring = 0; // timeout that puts the name back
     bool ended = false;
     std::string path; // chosen, empty when cancelled
 };
@@ -112,16 +111,16 @@ void restoreName(XtPointer data, XtIntervalId*)
     showName(chooser);
 }
 
-// Search procedure of the box, called first whenever it is going to list a folder, however the user got
-// there. The box then clears the name; the user wants to keep it.
-void keepName(Widget box, XtPointer given, XtPointer qualified)
+// Value callback of the name field. The box empties the field when the user turns to a folder, in the list or
+// otherwise; only what a person has deleted comes with an event.
+void nameChanged(Widget field, XtPointer data, XtPointer call)
 {
-    Chooser* chooser = nullptr;
-    XtVaGetValues(box, XmNuserData, &chooser, nullptr);
-    chooser->name = XtText(XmTextFieldGetString(nameField(*chooser))).get();
-    if (!chooser->restoring)
-        chooser->restoring = XtAppAddTimeOut(toolkit().context, 0, restoreName, chooser);
-    chooser->qualify(box, given, qualified);
+    Chooser& chooser = *static_cast<Chooser*>(data);
+    const std::string name = XtText(XmTextFieldGetString(field)).get();
+    if (!name.empty() || static_cast<XmAnyCallbackStruct*>(call)->event)
+        chooser.name = name;
+    else if (!chooser.name.empty() && !chooser.restoring)
+        chooser.restoring = XtAppAddTimeOut(toolkit().context, 0, restoreName, &chooser);
 }
 
 // Room for two lines is kept so that the dialogue does not jump.
@@ -203,8 +202,7 @@ const char editing[] = "s <Key>osfBeginLine: beginning-of-line(extend)\n"
 
 void followName(Chooser& chooser)
 {
-    XtVaGetValues(chooser.box, XmNqualifySearchDataProc, &chooser.qualify, nullptr);
-    XtVaSetValues(chooser.box, XmNuserData, &chooser, XmNqualifySearchDataProc, keepName, nullptr);
+    XtAddCallback(nameField(chooser), XmNvalueChangedCallback, nameChanged, &chooser);
     XtOverrideTranslations(nameField(chooser), XtParseTranslationTable(editing));
 }
 

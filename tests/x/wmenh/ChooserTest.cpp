@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The file chooser.
+#include "drive/Pair.h"
 #include "tests/x/wmenh/Probe.h"
 
 #include <X11/keysym.h>
@@ -38,6 +39,18 @@ protected:
         return std::count_if(picture.pixels.begin(), picture.pixels.end(), [](const drive::Pixel& p) {
             return p.red > 120 && p.green < 40 && p.blue < 40;
         });
+    }
+    // Where the last line with text on it is in a list.
+    int lastLineOf(Window list)
+    {
+        const drive::Picture picture = screen.capture(list);
+        const drive::Pixel ground = picture.at(picture.width - 8, picture.height - 8);
+        int y = picture.height - 8;
+        while (y > 8 && std::all_of(picture.pixels.begin() + y * picture.width + 8,
+                                    picture.pixels.begin() + (y + 1) * picture.width - 8,
+                                    [&](const drive::Pixel& p) { return p == ground; }))
+            --y;
+        return y - 2;
     }
     // The probe has been told of so many choices, the last of them this file in the folder.
     void expectChosen(size_t count, const std::string& file)
@@ -132,6 +145,28 @@ TEST_F(ChooserTest, editsTheNameAndStaysOnTheScreenBesideLongNames)
     screen.key(XK_End);
     screen.key(XK_Return);
     expectChosen(1, "mycells_PRF.slk");
+}
+
+TEST_F(ChooserTest, keepsTheNameWhenAFolderIsChosenInTheList)
+{
+    start();
+    const Window chooser = open();
+    screen.key(XK_Home);
+    screen.type("my");
+    // The list of files has the upper edge; the last line of that of folders is "results".
+    const std::vector<Window> leaves = screen.leaves(chooser);
+    std::vector<Window> lists;
+    std::copy_if(leaves.begin(), leaves.end(), std::back_inserter(lists), [this](Window leaf) {
+        const drive::Rect place = screen.geometry(leaf);
+        return place.width > 100 && place.height > 100;
+    });
+    ASSERT_EQ(lists.size(), 2u);
+    screen.doubleClick(lists[1], 30, lastLineOf(lists[1]));
+    drive::waitUntilCalm(screen);
+    EXPECT_EQ(screen.textIn(leaves.back()), "mycells_PRF.slk");
+    screen.clickCentre(leaves.back());
+    screen.key(XK_Return);
+    expectChosen(1, "results/mycells_PRF.slk");
 }
 
 TEST_F(ChooserTest, controlASelectsTheWholeName)
