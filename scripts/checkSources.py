@@ -102,8 +102,9 @@ MAY_INCLUDE = {
     ROOMS + "view": [*VIEWER, ROOMS + "files"],
     ROOMS + "render": [*VIEWER, ROOMS + "files", ROOMS + "view"],
     ROOMS + "canvas": [*VIEWER, ROOMS + "files", ROOMS + "view", ROOMS + "render"],
+    ROOMS + "state": [*VIEWER, ROOMS + "files", ROOMS + "view", ROOMS + "render"],
     ROOMS + "controls": [*VIEWER, ROOMS + "files", ROOMS + "view", ROOMS + "render", ROOMS + "canvas",
-                         ROOMS + "ImageWindow.h"],
+                         ROOMS + "state"],
     "platform/imagewindow": [*VIEWER, ROOMS],
     "widgets": ["gauge", "platform/base", "platform/text"],
     "widgets/picture": PURE,
@@ -115,7 +116,8 @@ MAY_INCLUDE = {
     "tests": ["*"],
 }
 # Folders and files that must work where there is no X.
-WITHOUT_X = ["platform/base/", "platform/text/Utf8.", "platform/image/", "batch/", ROOMS + "files/", ROOMS + "view/", ROOMS + "render/", "samples/",
+WITHOUT_X = ["platform/base/", "platform/text/Utf8.", "platform/image/", "batch/", ROOMS + "files/", ROOMS + "view/", ROOMS + "render/",
+             ROOMS + "state/", "samples/",
              "platform/protocol/Geometry.", "platform/protocol/ByteStream.", "platform/protocol/DisplayRecord.",
              "platform/protocol/OverlayRecord.", "segment/Geometry.", "profile/Walk.", "profile/Patch.", "profile/Fwhm.",
              "profile/Mapping.", "gauge/GaugeLayout.", "gauge/TickLayout.", "gauge/TickNumbers.", "gauge/TickSeries.",

@@ -101,23 +101,15 @@ void Application::removeClosed()
     std::erase_if(windows, [](const auto& window) { return window->closing(); });
 }
 
-void Application::close(ImageWindow& window)
+Program Application::servicesFor(ImageWindow& window)
 {
-    window.markClosing();
-}
-
-void Application::quit()
-{
-    for (const auto& window : windows)
-        window->markClosing();
-}
-
-std::string Application::siblingProgram(const std::string& name)
-{
-    std::error_code error;
-    const auto self = std::filesystem::read_symlink("/proc/self/exe", error);
-    const auto sibling = self.parent_path() / name;
-    return !error && std::filesystem::exists(sibling, error) ? sibling.string() : name;
+    return {.closeWindow = [&window] { window.markClosing(); },
+            .quit =
+                [this] {
+                    for (const auto& each : windows)
+                        each->markClosing();
+                },
+            .open = [this](const std::string& path) { open(path, Options{}); }};
 }
 
 } // namespace viewer

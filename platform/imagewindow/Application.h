@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/imagewindow/Options.h"
+#include "platform/imagewindow/controls/Desk.h"
 
 #include <X11/Intrinsic.h>
 
@@ -28,14 +29,12 @@ public:
     void open(const std::string& path, const Options& options);
     // Runs until the last window has closed.
     void run();
-    // Asks a window to close once the present event has been dealt with; quit() asks all.
-    void close(ImageWindow& window);
-    void quit();
+    // What the controls of a window may ask of the program. Windows close once the present event has been
+    // dealt with.
+    Program servicesFor(ImageWindow& window);
 
     XtAppContext context() const { return app; }
     Display* display() const { return connection; }
-    // A program that stands beside this one, else the bare name (then looked up in PATH).
-    static std::string siblingProgram(const std::string& name);
 
 private:
     static Boolean dispatchDestroy(XEvent* event);

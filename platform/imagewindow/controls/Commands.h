@@ -11,7 +11,7 @@
 
 namespace viewer {
 
-class ImageWindow;
+struct Desk;
 
 enum class Menu { File, View, Tools, Help };
 
@@ -30,15 +30,15 @@ struct Command {
     bool newGroup = false;        // a separator stands before it
     bool inPopup = false;         // also in the menu of button 3
     EntryKind kind = EntryKind::Push;
-    bool (*enabled)(const ImageWindow&) = nullptr; // null: always
-    bool (*on)(const ImageWindow&) = nullptr;      // of all kinds but Push
-    void (*action)(ImageWindow&) = nullptr;
+    bool (*enabled)(const Desk&) = nullptr; // null: always
+    bool (*on)(const Desk&) = nullptr;      // of all kinds but Push
+    void (*action)(Desk&) = nullptr;
 };
 
 // In the order of the menus.
 std::span<const Command> commands();
 
-bool isEnabled(const Command& command, const ImageWindow& window);
+bool isEnabled(const Command& command, const Desk& desk);
 
 // The menu's title in the menu bar.
 const char* titleOf(Menu menu);

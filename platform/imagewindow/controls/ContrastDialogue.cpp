@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/ContrastDialogue.h"
 
-#include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/controls/Desk.h"
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/render/Contrast.h"
@@ -25,6 +25,17 @@
 namespace viewer {
 
 namespace {
+
+bool holdsIntegers(const image::ImageInfo& info)
+{
+    return info.pixelType != image::PixelType::Float32 && info.pixelType != image::PixelType::Float64;
+}
+
+// 0 to 0 when nothing is known.
+ContrastLimits knownLimits(const image::ValueRange& range)
+{
+    return {range.min, range.max};
+}
 
 constexpr int steps = 1000; // of a scale
 constexpr std::size_t nameLength = 16;
@@ -97,10 +108,10 @@ void setGrowingLabel(Widget label, const std::string& text)
 
 } // namespace
 
-ContrastDialogue::ContrastDialogue(Widget parent, ImageWindow& window) : window(window)
+ContrastDialogue::ContrastDialogue(Widget parent, Desk& desk) : desk(desk)
 {
     dialogue = XmCreateFormDialog(parent, const_cast<char*>("contrast"), nullptr, 0);
-    const LabelText title("Contrast and colours of image window " + std::to_string(window.windowNumber()));
+    const LabelText title("Contrast and colours of image window " + std::to_string(desk.shown.windowNumber));
     XtVaSetValues(dialogue, XmNdialogTitle, static_cast<XmString>(title), XmNnoResize, True, XmNautoUnmanage,
                   False, nullptr);
     column = XtVaCreateWidget("column", xmRowColumnWidgetClass, dialogue, XmNtopAttachment, XmATTACH_FORM,
@@ -123,7 +134,7 @@ ContrastDialogue::ContrastDialogue(Widget parent, ImageWindow& window) : window(
         return button;
     };
     addButton("Automatic contrast", [](Widget, XtPointer client, XtPointer) {
-        static_cast<ContrastDialogue*>(client)->window.setAutomaticContrast();
+        static_cast<ContrastDialogue*>(client)->desk.actions.setAutomaticContrast();
     });
     Widget close = addButton("Close", [](Widget, XtPointer client, XtPointer) {
         XtUnmanageChild(static_cast<ContrastDialogue*>(client)->dialogue);
@@ -146,7 +157,7 @@ void ContrastDialogue::makeRows()
     rows.clear();
     lines = XtVaCreateWidget("lines", xmRowColumnWidgetClass, column, XmNpositionIndex, 1, XmNmarginWidth, 0,
                              XmNmarginHeight, 0, XmNspacing, 4, nullptr);
-    for (int wavelength : displayedWavelengths(window.currentView()))
+    for (int wavelength : displayedWavelengths(desk.shown.view))
         addRow(wavelength);
     XtManageChild(lines);
 }
@@ -160,8 +171,7 @@ void ContrastDialogue::addRow(int wavelength)
     Widget line = makeLine(lines);
     Row row;
     row.wavelength = wavelength;
-    makeLabel(line, text::shortened(wavelengthName(window.image().info(), wavelength), nameLength),
-              widestName);
+    makeLabel(line, text::shortened(wavelengthName(desk.shown.info(), wavelength), nameLength), widestName);
     addColorMenu(row, line);
     row.black = makeScale(line, "black", scaleWidth, moved, this);
     row.white = makeScale(line, "white", scaleWidth, moved, this);
@@ -198,22 +208,22 @@ void ContrastDialogue::colorChosen(Widget button)
     XtVaGetValues(button, XmNuserData, &color, nullptr);
     for (const Row& row : rows)
         if (row.colors == XtParent(button))
-            window.setColor(row.wavelength, static_cast<int>(reinterpret_cast<std::intptr_t>(color)));
+            desk.actions.setColor(row.wavelength, static_cast<int>(reinterpret_cast<std::intptr_t>(color)));
 }
 
 void ContrastDialogue::showRow(Row& row)
 {
-    const ContrastLimits limits = window.contrast(row.wavelength);
+    const ContrastLimits limits = desk.shown.renderer.limits(row.wavelength);
     if (limits.low < row.span.low || limits.high > row.span.high || row.span.low >= row.span.high)
-        row.span = contrastSpan(limits, window.knownRange(row.wavelength));
+        row.span = contrastSpan(limits, knownLimits(desk.shown.life.range(row.wavelength)));
     XmScaleSetValue(row.black, positionOf(limits.low, row.span));
     XmScaleSetValue(row.white, positionOf(limits.high, row.span));
     char text[64];
-    std::snprintf(text, sizeof text, window.holdsIntegers() ? "%.0f to %.0f" : "%.5g to %.5g",
+    std::snprintf(text, sizeof text, holdsIntegers(desk.shown.info()) ? "%.0f to %.0f" : "%.5g to %.5g",
                   static_cast<double>(limits.low), static_cast<double>(limits.high));
     setGrowingLabel(row.values, text);
     const auto color =
-        static_cast<std::size_t>(window.currentView().colors[static_cast<std::size_t>(row.wavelength)]);
+        static_cast<std::size_t>(desk.shown.view.colors[static_cast<std::size_t>(row.wavelength)]);
     XtVaSetValues(row.swatch, XmNbackground, allocateColor(row.swatch, palette[color]), nullptr);
     XtVaSetValues(row.color, XmNmenuHistory, XtNameToWidget(row.colors, base::displayColors[color].name),
                   nullptr);
@@ -248,7 +258,7 @@ void ContrastDialogue::refresh()
 {
     if (!XtIsManaged(dialogue))
         return;
-    const std::vector<int> displayed = displayedWavelengths(window.currentView());
+    const std::vector<int> displayed = displayedWavelengths(desk.shown.view);
     if (!std::equal(rows.begin(), rows.end(), displayed.begin(), displayed.end(),
                     [](const Row& row, int wavelength) { return row.wavelength == wavelength; }))
         makeRows();
@@ -284,11 +294,11 @@ void ContrastDialogue::scaleMoved(Widget scale, int position)
                                   [&](const Row& r) { return r.black == scale || r.white == scale; });
     if (row == rows.end())
         return;
-    ContrastLimits limits = window.contrast(row->wavelength);
+    ContrastLimits limits = desk.shown.renderer.limits(row->wavelength);
     const float smallest = (row->span.high - row->span.low) / steps;
-    const float step = window.holdsIntegers() ? std::max(1.0F, smallest) : smallest;
+    const float step = holdsIntegers(desk.shown.info()) ? std::max(1.0F, smallest) : smallest;
     const float value = valueOf(position, row->span);
-    const float wanted = window.holdsIntegers() ? std::round(value) : value;
+    const float wanted = holdsIntegers(desk.shown.info()) ? std::round(value) : value;
     if (scale == row->black) {
         limits.low = wanted;
         limits.high = std::max(limits.high, limits.low + step);
@@ -296,7 +306,7 @@ void ContrastDialogue::scaleMoved(Widget scale, int position)
         limits.high = wanted;
         limits.low = std::min(limits.low, limits.high - step);
     }
-    window.setContrast(row->wavelength, limits);
+    desk.actions.setContrast(row->wavelength, limits);
     showRow(*row);
 }
 

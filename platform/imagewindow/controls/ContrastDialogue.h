@@ -12,11 +12,11 @@
 
 namespace viewer {
 
-class ImageWindow;
+struct Desk;
 
 class ContrastDialogue {
 public:
-    ContrastDialogue(Widget parent, ImageWindow& window);
+    ContrastDialogue(Widget parent, Desk& desk);
     ~ContrastDialogue();
     ContrastDialogue(const ContrastDialogue&) = delete;
     ContrastDialogue& operator=(const ContrastDialogue&) = delete;
@@ -43,7 +43,7 @@ private:
     void colorChosen(Widget button);
     void scaleMoved(Widget scale, int position);
 
-    ImageWindow& window;
+    Desk& desk;
     Widget dialogue = nullptr, column = nullptr, lines = nullptr;
     int scaleWidth = 0; // screen pixels
     bool placed = false;

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/Controls.h"
 
-#include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/canvas/Canvas.h"
+#include "platform/imagewindow/controls/Desk.h"
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
+#include "platform/imagewindow/state/Reports.h"
+#include "platform/protocol/XProtocol.h"
 
 #include <X11/IntrinsicP.h> // XtConfigureWidget
 #include <Xm/DrawingA.h>
@@ -24,24 +26,31 @@ namespace {
 constexpr int dragSlack = 4;                    // screen pixels that a click may move
 constexpr unsigned long holdMilliseconds = 500; // a longer press is no click
 
-ImageWindow& windowOf(XtPointer client)
+Desk& deskOf(XtPointer client)
 {
-    return *static_cast<ImageWindow*>(client);
+    return *static_cast<Desk*>(client);
+}
+
+Size sizeOf(Widget area)
+{
+    Dimension width = 0, height = 0;
+    XtVaGetValues(area, XmNwidth, &width, XmNheight, &height, nullptr);
+    return {std::max<int>(width, 1), std::max<int>(height, 1)};
 }
 
 void closeAsked(Widget, XtPointer client, XtPointer)
 {
-    windowOf(client).close();
+    deskOf(client).program.closeWindow();
 }
 
 void canvasExposed(Widget, XtPointer client, XtPointer call)
 {
-    windowOf(client).exposed(static_cast<CanvasExposure*>(call)->region);
+    deskOf(client).listener.exposed(static_cast<CanvasExposure*>(call)->region);
 }
 
-void areaResized(Widget, XtPointer client, XtPointer)
+void areaResized(Widget area, XtPointer client, XtPointer)
 {
-    windowOf(client).areaResized();
+    deskOf(client).listener.areaResized(sizeOf(area));
 }
 
 void barMoved(Widget bar, XtPointer client, XtPointer)
@@ -49,23 +58,23 @@ void barMoved(Widget bar, XtPointer client, XtPointer)
     int horizontal = 0, vertical = 0;
     XtVaGetValues(XtNameToWidget(XtParent(bar), "horizontal"), XmNvalue, &horizontal, nullptr);
     XtVaGetValues(XtNameToWidget(XtParent(bar), "vertical"), XmNvalue, &vertical, nullptr);
-    windowOf(client).scrollTo(horizontal, vertical);
+    deskOf(client).actions.scrollTo(horizontal, vertical);
 }
 
 // Motion, leaving and overlay commands: everything that the viewer selects on the canvas itself.
 void canvasEvent(Widget, XtPointer client, XEvent* event, Boolean*)
 {
-    ImageWindow& window = windowOf(client);
+    CanvasListener& listener = deskOf(client).listener;
     if (event->type == MotionNotify)
-        window.pointerAt(event->xmotion.x, event->xmotion.y);
+        listener.pointerAt(event->xmotion.x, event->xmotion.y);
     else if (event->type == LeaveNotify && event->xcrossing.mode == NotifyNormal)
-        window.pointerLeft();
+        listener.pointerLeft();
     else if (event->type == PropertyNotify && event->xproperty.state == PropertyNewValue &&
              event->xproperty.atom == protocol::atoms(event->xproperty.display).overlay)
-        window.overlayArrived(event->xproperty.serial);
+        listener.overlayArrived(event->xproperty.serial);
     else if (event->type == PropertyNotify &&
              event->xproperty.atom == protocol::atoms(event->xproperty.display).tools)
-        window.toolsChanged();
+        listener.toolsChanged();
 }
 
 void portEvent(Widget, XtPointer client, XEvent* event, Boolean*)
@@ -75,8 +84,7 @@ void portEvent(Widget, XtPointer client, XEvent* event, Boolean*)
 
 } // namespace
 
-Controls::Controls(ImageWindow& window, Display* display, Size size, const std::string& userGeometry)
-    : window(window)
+Controls::Controls(Desk& desk, Display* display, Size size, const std::string& userGeometry) : desk(desk)
 {
     // Without a base size the size in a geometry would count from the smallest size.
     topLevel = XtVaAppCreateShell("imagewindow", "ImageWindow", applicationShellWidgetClass, display,
@@ -85,8 +93,10 @@ Controls::Controls(ImageWindow& window, Display* display, Size size, const std::
     if (!userGeometry.empty())
         XtVaSetValues(topLevel, XmNgeometry, userGeometry.c_str(), nullptr);
     const Atom deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
-    XmAddWMProtocolCallback(topLevel, deleteWindow, closeAsked, &window);
+    XmAddWMProtocolCallback(topLevel, deleteWindow, closeAsked, &desk);
     makeWidgets(size);
+    desk.shell = topLevel;
+    desk.canvas = canvasWidget;
 }
 
 Controls::~Controls()
@@ -97,22 +107,23 @@ Controls::~Controls()
 
 const image::ImageInfo& Controls::info() const
 {
-    return window.image().info();
+    return desk.shown.info();
 }
 
 void Controls::makeWidgets(Size size)
 {
     form = XtVaCreateWidget("form", xmDrawingAreaWidgetClass, topLevel, XmNmarginWidth, 0, XmNmarginHeight, 0,
                             XmNresizePolicy, XmRESIZE_NONE, nullptr);
-    makeMenuBar(menus, form, window);
+    makeMenuBar(menus, form, desk);
     channels = makeToggles(form);
     makeArea(size);
-    pScale = makeScale("position", "pos", info().sizeP > 1);
-    tScale = makeScale("time", "t", info().sizeT > 1);
-    zScale = makeScale("z", "z", info().sizeZ > 1 || window.growing());
+    const Dimensions steps = desk.shown.life.dimensions();
+    pScale = makeScale("position", "pos", steps.p);
+    tScale = makeScale("time", "t", steps.t);
+    zScale = makeScale("z", "z", steps.z);
     status.emplace(form);
     showSizes();
-    showView(window.currentView(), window.widestTexts());
+    showView(desk.shown.view, widestStatus(desk.shown));
     XtVaSetValues(form, XmNwidth, size.width, XmNheight, size.height + layOutAround(size.width, 0), nullptr);
     XtAddCallback(
         form, XmNresizeCallback,
@@ -174,31 +185,31 @@ void Controls::makeArea(Size size)
     area = XtVaCreateWidget("area", xmDrawingAreaWidgetClass, form, XmNmarginWidth, 0, XmNmarginHeight, 0,
                             XmNresizePolicy, XmRESIZE_NONE, XmNwidth, size.width, XmNheight, size.height,
                             XmNtraversalOn, False, nullptr);
-    XtAddCallback(area, XmNresizeCallback, areaResized, &window);
+    XtAddCallback(area, XmNresizeCallback, areaResized, &desk);
     port = XtVaCreateManagedWidget("port", xmDrawingAreaWidgetClass, area, XmNmarginWidth, 0, XmNmarginHeight,
                                    0, XmNresizePolicy, XmRESIZE_NONE, XmNwidth, size.width, XmNheight,
                                    size.height, nullptr);
     const auto makeBar = [&](const char* name, unsigned char orientation) {
         Widget bar = XtVaCreateWidget(name, xmScrollBarWidgetClass, area, XmNorientation, orientation,
                                       XmNtraversalOn, False, XmNhighlightThickness, 0, nullptr);
-        XtAddCallback(bar, XmNvalueChangedCallback, barMoved, &window);
-        XtAddCallback(bar, XmNdragCallback, barMoved, &window);
+        XtAddCallback(bar, XmNvalueChangedCallback, barMoved, &desk);
+        XtAddCallback(bar, XmNdragCallback, barMoved, &desk);
         return bar;
     };
     horizontal = makeBar("horizontal", XmHORIZONTAL);
     vertical = makeBar("vertical", XmVERTICAL);
     canvasWidget = XtVaCreateManagedWidget("canvas", canvasWidgetClass, port, XtNwidth, size.width, XtNheight,
                                            size.height, XtNborderWidth, 0, nullptr);
-    XtAddCallback(canvasWidget, exposeCallback, canvasExposed, &window);
+    XtAddCallback(canvasWidget, exposeCallback, canvasExposed, &desk);
     XtAddEventHandler(canvasWidget, PointerMotionMask | LeaveWindowMask | PropertyChangeMask, False,
-                      canvasEvent, &window);
+                      canvasEvent, &desk);
     constexpr EventMask dragMask = Button2MotionMask | Button3MotionMask | ButtonReleaseMask;
     XtAddEventHandler(port, ButtonPressMask | Button1MotionMask | dragMask, False, portEvent, this);
     // All but button 1 belong to the viewer also while a tool takes the presses on the canvas.
     for (int button : {Button2, Button3, Button4, Button5})
         XtGrabButton(port, button, AnyModifier, False, ButtonPressMask | dragMask, GrabModeAsync,
                      GrabModeAsync, None, None);
-    makePopupMenu(menus, port, window);
+    makePopupMenu(menus, port, desk);
     XtManageChild(area);
 }
 
@@ -242,9 +253,7 @@ std::optional<XPoint> Controls::pointerOnCanvas() const
 
 Size Controls::areaSize() const
 {
-    Dimension width = 0, height = 0;
-    XtVaGetValues(area, XmNwidth, &width, XmNheight, &height, nullptr);
-    return {std::max<int>(width, 1), std::max<int>(height, 1)};
+    return sizeOf(area);
 }
 
 namespace {
@@ -301,7 +310,7 @@ void Controls::handlePort(XEvent& event)
             postMenu(true);
         return;
     }
-    window.panBy(dragX - event.xmotion.x, dragY - event.xmotion.y);
+    desk.actions.panBy(dragX - event.xmotion.x, dragY - event.xmotion.y);
     dragX = event.xmotion.x;
     dragY = event.xmotion.y;
 }
@@ -344,10 +353,10 @@ void Controls::cancelMenu()
 void Controls::turnWheel(const XButtonEvent& event, int step)
 {
     if (event.state & ShiftMask)
-        return window.stepZ(step);
+        return desk.actions.stepZ(step);
     if (event.state & ControlMask)
-        return window.stepTime(step);
-    window.zoomStepsAt(step, event.x, event.y);
+        return desk.actions.stepTime(step);
+    desk.actions.zoomStepsAt(step, event.x, event.y);
 }
 
 } // namespace viewer

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The widgets of an image window: menu bar, wavelength toggles, canvas with scroll bars, scales and status
-// lines. They show the state that they are told and call the window's actions. Destroying the object destroys
-// the window.
+// lines. They show the state that they are told and call the actions of the desk. Destroying the object
+// destroys the window.
 #pragma once
 
 #include "platform/image/ImageFile.h"
@@ -19,21 +19,19 @@
 
 namespace viewer {
 
-class ImageWindow;
-
-constexpr int scrollBarThickness = 15; // screen pixels
+struct Desk;
 
 class Controls {
 public:
     // area: room for the canvas at first; userGeometry: X geometry of the window or empty.
-    Controls(ImageWindow& window, Display* display, Size area, const std::string& userGeometry);
+    // Puts shell and canvas on the desk.
+    Controls(Desk& desk, Display* display, Size area, const std::string& userGeometry);
     ~Controls();
     Controls(const Controls&) = delete;
     Controls& operator=(const Controls&) = delete;
 
     void show(const std::string& title);
     void setTitle(const std::string& title);
-    Widget shell() const { return topLevel; }
     Window canvas() const { return XtWindow(canvasWidget); }
     // Where the pointer is, in canvas pixels; nothing when it is elsewhere. One round trip to the server.
     std::optional<XPoint> pointerOnCanvas() const;
@@ -44,11 +42,9 @@ public:
     // widest texts.
     void showView(const View& view, const StatusTexts& widest);
     // The menus follow the window's state.
-    void showCommands() { showEntries(menus, window); }
+    void showCommands() { showEntries(menus, desk); }
     // Follows the image's numbers of sections, time points and positions.
     void showSizes();
-    // Whether there is a scale for every dimension of another version of the image.
-    bool hasScalesFor(const image::ImageInfo& other) const;
     void showStatus(const StatusTexts& texts);
     // A button or motion event that no tool takes, in pixels of the area around the canvas.
     void handlePort(XEvent& event);
@@ -76,7 +72,7 @@ private:
     void postMenu(bool held);
     void cancelMenu();
 
-    ImageWindow& window;
+    Desk& desk;
     Widget topLevel = nullptr, form = nullptr, area = nullptr, port = nullptr, canvasWidget = nullptr;
     Widget channels = nullptr, horizontal = nullptr, vertical = nullptr;
     std::optional<StatusLines> status;

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/Menus.h"
 
-#include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/controls/Desk.h"
 #include "platform/imagewindow/controls/LocalText.h"
+#include "platform/imagewindow/controls/Tools.h"
 #include "platform/text/Utf8.h"
 
 #include <Xm/CascadeB.h>
@@ -19,16 +20,16 @@ namespace viewer {
 
 namespace {
 
-ImageWindow& windowOf(Widget item)
+Desk& deskOf(Widget item)
 {
-    XtPointer window = nullptr;
-    XtVaGetValues(item, XmNuserData, &window, nullptr);
-    return *static_cast<ImageWindow*>(window);
+    XtPointer desk = nullptr;
+    XtVaGetValues(item, XmNuserData, &desk, nullptr);
+    return *static_cast<Desk*>(desk);
 }
 
 void entryChosen(Widget item, XtPointer client, XtPointer)
 {
-    static_cast<const Command*>(client)->action(windowOf(item));
+    static_cast<const Command*>(client)->action(deskOf(item));
 }
 
 std::span<Widget> entriesOf(Widget menu)
@@ -39,14 +40,14 @@ std::span<Widget> entriesOf(Widget menu)
     return {children, count};
 }
 
-Widget makeEntry(Widget menu, const Command& command, ImageWindow& window)
+Widget makeEntry(Widget menu, const Command& command, Desk& desk)
 {
     const bool toggle = command.kind != EntryKind::Push;
     const LabelText label(command.label);
     Widget item =
         XtVaCreateManagedWidget(command.name, toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass,
                                 menu, XmNlabelString, static_cast<XmString>(label), XmNmnemonic,
-                                static_cast<KeySym>(command.mnemonic), XmNuserData, &window, nullptr);
+                                static_cast<KeySym>(command.mnemonic), XmNuserData, &desk, nullptr);
     if (toggle)
         XtVaSetValues(item, XmNindicatorType, command.kind == EntryKind::Switch ? XmN_OF_MANY : XmONE_OF_MANY,
                       XmNvisibleWhenOff, True, nullptr);
@@ -60,7 +61,7 @@ void addSeparator(Widget menu)
     XtVaCreateManagedWidget("separator", xmSeparatorWidgetClass, menu, nullptr);
 }
 
-Widget addMenu(Menus& menus, Menu which, ImageWindow& window)
+Widget addMenu(Menus& menus, Menu which, Desk& desk)
 {
     const char* title = titleOf(which);
     Widget menu = XmCreatePulldownMenu(menus.bar, const_cast<char*>(title), nullptr, 0);
@@ -69,7 +70,7 @@ Widget addMenu(Menus& menus, Menu which, ImageWindow& window)
             continue;
         if (command.newGroup)
             addSeparator(menu);
-        Widget item = makeEntry(menu, command, window);
+        Widget item = makeEntry(menu, command, desk);
         const LabelText keys(command.keys);
         if (*command.accelerator)
             XtVaSetValues(item, XmNaccelerator, command.accelerator, XmNacceleratorText,
@@ -106,9 +107,8 @@ void removeToolItems(Widget menu)
 // The tools that run now are listed each time the menu opens.
 void listTools(Widget menu, XtPointer client, XtPointer)
 {
-    ImageWindow& window = *static_cast<ImageWindow*>(client);
     removeToolItems(menu);
-    const auto tools = window.tools();
+    const auto tools = static_cast<Desk*>(client)->tools.running();
     if (!tools.empty())
         XtVaCreateManagedWidget(toolItemName, xmSeparatorWidgetClass, menu, nullptr);
     for (const protocol::ToolEntry& tool : tools) {
@@ -147,19 +147,19 @@ void stepWithArrows(Widget menu)
 
 } // namespace
 
-void makeMenuBar(Menus& menus, Widget parent, ImageWindow& window)
+void makeMenuBar(Menus& menus, Widget parent, Desk& desk)
 {
     menus.bar = XmCreateMenuBar(parent, const_cast<char*>("menuBar"), nullptr, 0);
     for (const Menu menu : {Menu::File, Menu::View, Menu::Tools, Menu::Help}) {
-        Widget made = addMenu(menus, menu, window);
+        Widget made = addMenu(menus, menu, desk);
         if (menu == Menu::Tools)
-            XtAddCallback(made, XmNmapCallback, listTools, &window);
+            XtAddCallback(made, XmNmapCallback, listTools, &desk);
     }
     XtManageChild(menus.bar);
 }
 
 // A separator stands where commands of several groups meet.
-void makePopupMenu(Menus& menus, Widget parent, ImageWindow& window)
+void makePopupMenu(Menus& menus, Widget parent, Desk& desk)
 {
     Arg disabled{const_cast<char*>(XmNpopupEnabled), XmPOPUP_DISABLED};
     menus.popup = XmCreatePopupMenu(parent, const_cast<char*>("popup"), &disabled, 1);
@@ -173,7 +173,7 @@ void makePopupMenu(Menus& menus, Widget parent, ImageWindow& window)
             addSeparator(menus.popup);
         newGroup = false;
         before = &command;
-        menus.entries.push_back({&command, makeEntry(menus.popup, command, window)});
+        menus.entries.push_back({&command, makeEntry(menus.popup, command, desk)});
     }
     stepWithArrows(menus.popup);
 }
@@ -188,12 +188,12 @@ void postPopupMenu(const Menus& menus, XButtonEvent& press, bool keyboard)
         XmProcessTraversal(*first, XmTRAVERSE_CURRENT);
 }
 
-void showEntries(const Menus& menus, const ImageWindow& window)
+void showEntries(const Menus& menus, const Desk& desk)
 {
     for (const Menus::Entry& entry : menus.entries) {
-        XtSetSensitive(entry.widget, isEnabled(*entry.command, window) ? True : False);
+        XtSetSensitive(entry.widget, isEnabled(*entry.command, desk) ? True : False);
         if (entry.command->on)
-            XmToggleButtonSetState(entry.widget, entry.command->on(window) ? True : False, False);
+            XmToggleButtonSetState(entry.widget, entry.command->on(desk) ? True : False, False);
     }
 }
 

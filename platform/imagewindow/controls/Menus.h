@@ -19,12 +19,12 @@ struct Menus {
     std::vector<Entry> entries; // of both
 };
 
-void makeMenuBar(Menus& menus, Widget parent, ImageWindow& window);
+void makeMenuBar(Menus& menus, Widget parent, Desk& desk);
 // Never posted by the toolkit itself, or it would take the button from a tool.
-void makePopupMenu(Menus& menus, Widget parent, ImageWindow& window);
+void makePopupMenu(Menus& menus, Widget parent, Desk& desk);
 // Posts it at the press; keyboard: the arrow keys begin at its first entry.
 void postPopupMenu(const Menus& menus, XButtonEvent& press, bool keyboard);
 // The entries follow the window: which can be chosen, which are on.
-void showEntries(const Menus& menus, const ImageWindow& window);
+void showEntries(const Menus& menus, const Desk& desk);
 
 } // namespace viewer

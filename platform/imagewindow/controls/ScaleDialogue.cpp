@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/ScaleDialogue.h"
 
-#include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/controls/Desk.h"
 #include "platform/imagewindow/controls/LocalText.h"
+#include "platform/imagewindow/controls/Tools.h"
 #include "platform/imagewindow/controls/Widgets.h"
 
 #include <Xm/Form.h>
@@ -55,10 +56,10 @@ Widget makeText(Widget parent, const char* name, const std::string& text)
 
 } // namespace
 
-ScaleDialogue::ScaleDialogue(Widget parent, ImageWindow& window) : window(window)
+ScaleDialogue::ScaleDialogue(Widget parent, Desk& desk) : desk(desk)
 {
     dialogue = XmCreateFormDialog(parent, const_cast<char*>("scale"), nullptr, 0);
-    const LabelText title("Scale of image window " + std::to_string(window.windowNumber()));
+    const LabelText title("Scale of image window " + std::to_string(desk.shown.windowNumber));
     Widget column = XtVaCreateWidget("column", xmRowColumnWidgetClass, dialogue, XmNtopAttachment,
                                      XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment,
                                      XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, XmNmarginWidth, 10,
@@ -134,14 +135,15 @@ void ScaleDialogue::fill(const UserScale& scale)
 
 void ScaleDialogue::show()
 {
-    const Scale known = window.scale();
+    const Scale known = desk.shown.life.scale();
     XmTextFieldSetString(fields[Known], const_cast<char*>(""));
-    if (const auto& set = window.setByUser() ? window.setByUser() : window.formerScale())
+    if (const auto& set = desk.shown.life.chosen().set() ? desk.shown.life.chosen().set()
+                                                         : desk.shown.life.chosen().former())
         fill(*set);
     else if (known.known)
         fill({known.spacing[0], known.spacing[1], {}});
     XtManageChild(dialogue);
-    say(window.formerScale()
+    say(desk.shown.life.chosen().former()
             ? "This scale was set for an earlier version of the file. Set takes it again, Remove "
               "forgets it."
             : "");
@@ -153,20 +155,21 @@ void ScaleDialogue::refresh()
 {
     if (!XtIsManaged(dialogue))
         return;
-    const auto pixels = window.drawnSegment();
+    const auto pixels = desk.overlays.lastLine();
     char text[64] = "draw one with a tool";
     if (pixels)
         std::snprintf(text, sizeof text, "of %.1f pixels", std::hypot((*pixels)[0], (*pixels)[1]));
     setLabel(segment, text);
     XtSetSensitive(fields[Known], pixels ? True : False);
-    XtSetSensitive(removeButton, window.setByUser() || window.formerScale() ? True : False);
+    XtSetSensitive(removeButton,
+                   desk.shown.life.chosen().set() || desk.shown.life.chosen().former() ? True : False);
     takeKnownLength();
 }
 
 // The pixels count as square.
 void ScaleDialogue::takeKnownLength()
 {
-    const auto pixels = window.drawnSegment();
+    const auto pixels = desk.overlays.lastLine();
     const TypedLength known = parseLength(typedIn(fields[Known]));
     if (!pixels || !known.microns)
         return;
@@ -201,7 +204,8 @@ void ScaleDialogue::set()
         XmProcessTraversal(fields[X], XmTRAVERSE_CURRENT);
         return;
     }
-    const std::string problem = window.setScale({*x, y.value_or(*x), z});
+    const bool toolsRun = !desk.tools.running().empty();
+    const std::string problem = desk.actions.setScale({*x, y.value_or(*x), z}, toolsRun);
     say(problem);
     refresh();
     if (problem.empty())
@@ -210,7 +214,7 @@ void ScaleDialogue::set()
 
 void ScaleDialogue::remove()
 {
-    say(window.removeScale());
+    say(desk.actions.removeScale(!desk.tools.running().empty()));
     for (Widget field : fields)
         XmTextFieldSetString(field, const_cast<char*>(""));
     refresh();

@@ -14,11 +14,11 @@
 
 namespace viewer {
 
-class ImageWindow;
+struct Desk;
 
 class ScaleDialogue {
 public:
-    ScaleDialogue(Widget parent, ImageWindow& window);
+    ScaleDialogue(Widget parent, Desk& desk);
     ~ScaleDialogue();
     ScaleDialogue(const ScaleDialogue&) = delete;
     ScaleDialogue& operator=(const ScaleDialogue&) = delete;
@@ -40,7 +40,7 @@ private:
     // Nothing, and said why, when what stands there is no length; untouched when the field is empty.
     bool read(Field field, std::optional<float>& microns);
 
-    ImageWindow& window;
+    Desk& desk;
     Widget dialogue = nullptr, message = nullptr, segment = nullptr, removeButton = nullptr;
     std::array<Widget, fieldCount> fields{};
 };

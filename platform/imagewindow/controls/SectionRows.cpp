@@ -3,7 +3,7 @@
 // scales of sections, time points and positions.
 #include "platform/imagewindow/controls/Controls.h"
 
-#include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/controls/Desk.h"
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/view/Readout.h"
@@ -34,18 +34,17 @@ void toggleChanged(Widget toggle, XtPointer client, XtPointer call)
 }
 
 // Shows section (time point, position) index of the dimension that the scale's name tells.
-void showIndex(ImageWindow& window, Widget scale, int index)
+void showIndex(Desk& desk, Widget scale, int index)
 {
-    const View& view = window.currentView();
+    const View& view = desk.shown.view;
     const char kind = XtName(scale)[0];
-    window.showSection(kind == 'z' ? index : view.z, kind == 't' ? index : view.t,
-                       kind == 'p' ? index : view.p);
+    desk.actions.showSection(kind == 'z' ? index : view.z, kind == 't' ? index : view.t,
+                             kind == 'p' ? index : view.p);
 }
 
 void scaleChanged(Widget scale, XtPointer client, XtPointer call)
 {
-    showIndex(*static_cast<ImageWindow*>(client), scale,
-              static_cast<XmScaleCallbackStruct*>(call)->value - 1);
+    showIndex(*static_cast<Desk*>(client), scale, static_cast<XmScaleCallbackStruct*>(call)->value - 1);
 }
 
 // The wheel goes one on or back, as with Shift on the image, and not the scroll bar's way.
@@ -55,11 +54,11 @@ void wheelOnScale(Widget row, XtPointer client, XEvent* event, Boolean*)
     if (event->type != ButtonPress || (button != Button4 && button != Button5))
         return;
     Widget scale = static_cast<Widget>(client);
-    XtPointer window = nullptr;
-    XtVaGetValues(row, XmNuserData, &window, nullptr);
+    XtPointer desk = nullptr;
+    XtVaGetValues(row, XmNuserData, &desk, nullptr);
     int value = 1;
     XmScaleGetValue(scale, &value);
-    showIndex(*static_cast<ImageWindow*>(window), scale, value - 1 + (button == Button4 ? 1 : -1));
+    showIndex(*static_cast<Desk*>(desk), scale, value - 1 + (button == Button4 ? 1 : -1));
 }
 
 // Room for the text of any section, so that neither a digit is cut nor the scale moves.
@@ -113,7 +112,7 @@ void Controls::toggled(Widget toggle, bool on)
 {
     const auto place = std::find(toggles.begin(), toggles.end(), toggle);
     if (place != toggles.end())
-        window.setWavelengthShown(static_cast<int>(place - toggles.begin()), on);
+        desk.actions.setWavelengthShown(static_cast<int>(place - toggles.begin()), on);
 }
 
 void Controls::showToggles(const View& view)
@@ -133,7 +132,7 @@ Controls::SectionScale Controls::makeScale(const char* name, const char* title, 
 {
     SectionScale result;
     result.present = present;
-    result.row = XtVaCreateWidget("scaleRow", xmFormWidgetClass, form, XmNuserData, &window, nullptr);
+    result.row = XtVaCreateWidget("scaleRow", xmFormWidgetClass, form, XmNuserData, &desk, nullptr);
     const LabelText text(title);
     Widget label =
         XtVaCreateManagedWidget("title", xmLabelWidgetClass, result.row, XmNlabelString,
@@ -151,8 +150,8 @@ Controls::SectionScale Controls::makeScale(const char* name, const char* title, 
         XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, label, XmNrightAttachment, XmATTACH_WIDGET,
         XmNrightWidget, result.value, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 3, XmNbottomAttachment,
         XmATTACH_FORM, XmNbottomOffset, 3, nullptr);
-    XtAddCallback(result.scale, XmNvalueChangedCallback, scaleChanged, &window);
-    XtAddCallback(result.scale, XmNdragCallback, scaleChanged, &window);
+    XtAddCallback(result.scale, XmNvalueChangedCallback, scaleChanged, &desk);
+    XtAddCallback(result.scale, XmNdragCallback, scaleChanged, &desk);
     XtAddEventHandler(result.row, ButtonPressMask, False, wheelOnScale, result.scale);
     // The toolkit must see the release, or it goes on taking presses for the row's.
     for (int button : {Button4, Button5})
@@ -171,12 +170,6 @@ void Controls::showSizes()
         if (scales[i]->present) // a scale needs two values at least
             XtVaSetValues(scales[i]->scale, XmNmaximum, std::max(2, counts[i]), nullptr);
     }
-}
-
-bool Controls::hasScalesFor(const image::ImageInfo& other) const
-{
-    const auto fits = [](const SectionScale& scale, int count) { return scale.present || count < 2; };
-    return fits(zScale, other.sizeZ) && fits(tScale, other.sizeT) && fits(pScale, other.sizeP);
 }
 
 // There is no scale where there is nothing to choose: the panels show the whole dimension, or more sections

@@ -7,6 +7,7 @@
 // pointer moves.
 #pragma once
 
+#include "platform/imagewindow/view/Status.h"
 #include "platform/imagewindow/view/TextFlow.h"
 
 #include <X11/Intrinsic.h>
@@ -15,15 +16,6 @@
 #include <vector>
 
 namespace viewer {
-
-struct StatusTexts {
-    std::string remark;             // about the file, above the rest
-    std::string sentence;           // in the place of the pixel
-    std::vector<std::string> pixel; // items that stay whole
-    std::string stage;
-    std::vector<std::string> state; // items that stay whole
-    friend bool operator==(const StatusTexts&, const StatusTexts&) = default;
-};
 
 class StatusLines {
 public:

@@ -143,6 +143,14 @@ View lastSection(const image::ImageInfo& info, View view)
     return view;
 }
 
+void followNewest(View& view, const image::SectionIndex& before, const image::SectionIndex& now)
+{
+    if (view.style != protocol::SinglePanel || view.z != before.z || view.t != before.t)
+        return;
+    view.z = now.z;
+    view.t = now.t;
+}
+
 void clampSection(const image::ImageInfo& info, View& view)
 {
     const View last = lastSection(info, view);

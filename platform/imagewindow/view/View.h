@@ -13,9 +13,10 @@
 
 namespace viewer {
 
-constexpr int maxDisplayed = 5; // wavelengths shown at a time
-constexpr int maxPanels = 20;   // panels shown at a time
-constexpr int panelGap = 4;     // canvas pixels between panels
+constexpr int maxDisplayed = 5;        // wavelengths shown at a time
+constexpr int maxPanels = 20;          // panels shown at a time
+constexpr int panelGap = 4;            // canvas pixels between panels
+constexpr int scrollBarThickness = 15; // screen pixels
 constexpr double maxZoom = 32.0, minZoom = 1.0 / 16;
 
 struct Size {
@@ -57,6 +58,9 @@ std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View
 
 // The view with the last section, time point and position that its first panel can show.
 View lastSection(const image::ImageInfo& info, View view);
+
+// A view of the section that was the newest goes along to the one that is now; panels stay.
+void followNewest(View& view, const image::SectionIndex& before, const image::SectionIndex& now);
 
 // Puts section, time point, position and panel start inside the image.
 void clampSection(const image::ImageInfo& info, View& view);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "platform/imagewindow/controls/Dialogs.h"
+#include "platform/imagewindow/controls/Messages.h"
 
-#include "platform/imagewindow/ImageWindow.h"
+#include "platform/imagewindow/controls/Desk.h"
+#include "platform/imagewindow/controls/Dialogues.h"
 #include "platform/imagewindow/controls/LocalText.h"
 
 #include <Xm/FileSB.h>
@@ -71,7 +72,7 @@ void fileChosen(Widget dialogue, XtPointer client, XtPointer call)
     if (std::filesystem::is_directory(path, error))
         return enterFolder(dialogue, path);
     lastFolder = textOf(choice->dir);
-    if (static_cast<ImageWindow*>(client)->openAnother(path.string()))
+    if (static_cast<Desk*>(client)->dialogues.openAnother(path.string()))
         XtUnmanageChild(dialogue);
 }
 
@@ -101,10 +102,10 @@ void showInformation(Widget parent, const std::string& title, const std::string&
     XtManageChild(makeMessage(parent, XmCreateInformationDialog, title, LabelText(text, LineFeeds::Kept)));
 }
 
-void chooseFile(Widget parent, ImageWindow& window)
+void chooseFile(Widget parent, Desk& desk)
 {
     if (lastFolder.empty())
-        lastFolder = window.image().info().path.parent_path().string();
+        lastFolder = desk.shown.info().path.parent_path().string();
     const LabelText title("Open image"), folder(lastFolder), pattern(imagePattern);
     // The path mode can be set at creation only: changing it later crashes the toolkit.
     Arg args[] = {
@@ -125,7 +126,7 @@ void chooseFile(Widget parent, ImageWindow& window)
         XtVaCreateManagedWidget("allFiles", xmToggleButtonWidgetClass, dialogue, XmNlabelString,
                                 static_cast<XmString>(all), XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
     XtAddCallback(toggle, XmNvalueChangedCallback, allFilesToggled, nullptr);
-    XtAddCallback(dialogue, XmNokCallback, fileChosen, &window);
+    XtAddCallback(dialogue, XmNokCallback, fileChosen, &desk);
     XtAddCallback(dialogue, XmNcancelCallback, unmanage, nullptr);
     XtAddCallback(dialogue, XmNunmapCallback, destroyDialogue, nullptr);
     XtManageChild(dialogue);

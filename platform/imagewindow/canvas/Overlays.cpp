@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "platform/imagewindow/canvas/Overlays.h"
+
+#include "platform/protocol/XProtocol.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <utility>
+
+namespace viewer {
+
+namespace {
+
+constexpr std::size_t maxClients = 256; // whose windows are watched
+
+bool addsGraphic(const protocol::OverlayCommand& command)
+{
+    return command.kind == protocol::OverlayKind::AddPoint || command.kind == protocol::OverlayKind::AddLine;
+}
+
+PanelBinding bindingOf(int panel, const protocol::Geometry& geometry, const std::vector<PanelContent>& panels)
+{
+    PanelBinding binding{geometry.style, -1};
+    if (panel >= 0 && panel < static_cast<int>(panels.size()))
+        binding.wavelength = panels[static_cast<std::size_t>(panel)].wavelengths.front();
+    return binding;
+}
+
+} // namespace
+
+// One request takes all commands of a backlog, which a notification each tells of.
+bool Overlays::arrived(unsigned long serial, Window canvas, const protocol::Geometry& geometry,
+                       const std::vector<PanelContent>& panels)
+{
+    if (serial < drainedSerial)
+        return false;
+    drainedSerial = NextRequest(display);
+    bool redraw = false;
+    for (const protocol::OverlayCommand& command : protocol::drainOverlays(display, canvas))
+        redraw |= take(command, bindingOf(command.panel, geometry, panels));
+    return redraw;
+}
+
+bool Overlays::take(const protocol::OverlayCommand& command, const PanelBinding& binding)
+{
+    if (addsGraphic(command) && !watch(command.client))
+        return false;
+    const OverlayStore::Outcome outcome = graphics.apply(command, binding);
+    if (outcome == OverlayStore::Outcome::Refused)
+        tellRefusal("a tool draws more graphics than a window holds; the rest is left out");
+    return outcome == OverlayStore::Outcome::RedrawAsked;
+}
+
+void Overlays::tellRefusal(const char* reason)
+{
+    if (!std::exchange(refusalTold, true))
+        std::fprintf(stderr, "imagewindow: %s.\n", reason);
+}
+
+// A client is served only while its window lives; without this, graphics of a dead client would stay for
+// ever.
+bool Overlays::watch(Window client)
+{
+    if (clients.contains(client))
+        return true;
+    if (!makeRoom()) {
+        tellRefusal("too many tools draw into one window; a further one is left out");
+        return false;
+    }
+    if (!listen(client))
+        return false;
+    clients.insert(client);
+    return true;
+}
+
+bool Overlays::makeRoom()
+{
+    if (clients.size() >= maxClients)
+        std::erase_if(clients,
+                      [&](Window client) { return !graphics.holdsOf(static_cast<std::uint32_t>(client)); });
+    return clients.size() < maxClients;
+}
+
+bool Overlays::listen(Window client)
+{
+    protocol::ErrorTrap trap(display);
+    XWindowAttributes attributes;
+    if (!XGetWindowAttributes(display, client, &attributes))
+        return false;
+    XSelectInput(display, client, attributes.your_event_mask | StructureNotifyMask);
+    return trap.error() == 0;
+}
+
+bool Overlays::clientGone(Window client)
+{
+    if (clients.erase(client) == 0)
+        return false;
+    graphics.dropClient(static_cast<std::uint32_t>(client));
+    return true;
+}
+
+} // namespace viewer

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include "platform/imagewindow/state/Reports.h"
+
+#include <string>
+
+namespace viewer {
+
+namespace {
+
+StatusFacts factsOf(const Shown& shown)
+{
+    const ImageLife& life = shown.life;
+    return {life.file(), shown.view, life.scale(), life.path(), life.activity()};
+}
+
+const std::string& sentenceOf(const Shown& shown)
+{
+    if (const std::string& notice = shown.notice.sentence(); !notice.empty())
+        return notice;
+    return shown.life.problem().empty() ? shown.problem : shown.life.problem();
+}
+
+std::optional<PointedPixel> pixelAt(const Shown& shown, const CanvasPlace& pointer)
+{
+    const auto place = protocol::dataFromWindow(shown.arrangement.geometry, pointer.x, pointer.y);
+    if (!place)
+        return std::nullopt;
+    PointedPixel pointed{shown.panels[static_cast<std::size_t>(place->panel)], place->x, place->y, {}};
+    for (int w : pointed.panel.wavelengths)
+        pointed.values.push_back({wavelengthName(shown.info(), w),
+                                  shown.renderer.valueAt(place->panel, w, static_cast<int>(place->x),
+                                                         static_cast<int>(place->y))});
+    return pointed;
+}
+
+protocol::WavelengthDisplay displayOf(const Shown& shown, std::size_t wavelength)
+{
+    const auto w = static_cast<int>(wavelength);
+    protocol::WavelengthDisplay wave;
+    wave.displayed = shown.view.displayed[wavelength];
+    wave.colorIndex = shown.view.colors[wavelength];
+    wave.topImage = shown.life.growing() ? topImage(shown.life.file(), w, shown.view.t, shown.view.p) : 0;
+    if (const image::ValueRange range = shown.life.range(w); range.known) {
+        wave.rangeKnown = true;
+        wave.rangeMin = range.min;
+        wave.rangeMax = range.max;
+    }
+    return wave;
+}
+
+} // namespace
+
+StatusTexts statusOf(const Shown& shown, const std::optional<CanvasPlace>& pointer)
+{
+    return statusTexts(factsOf(shown), sentenceOf(shown), pointer ? pixelAt(shown, *pointer) : std::nullopt);
+}
+
+StatusTexts widestStatus(const Shown& shown)
+{
+    return widestTexts(factsOf(shown));
+}
+
+protocol::DisplayRecord recordOf(const Shown& shown)
+{
+    const ImageLife& life = shown.life;
+    protocol::DisplayRecord record;
+    record.windowNumber = shown.windowNumber;
+    record.path = life.path().string();
+    record.z = shown.view.z;
+    record.t = shown.view.t;
+    record.p = shown.view.p;
+    record.w = displayedWavelengths(shown.view).front();
+    if (life.chosen().set())
+        record.spacing = life.scale().spacing;
+    record.geometry = shown.arrangement.geometry;
+    record.scratchSize = life.growing() ? life.info().sizeZ : 0;
+    record.fileVersion = life.version();
+    for (std::size_t w = 0; w < shown.view.displayed.size(); ++w)
+        record.wavelengths.push_back(displayOf(shown, w));
+    return record;
+}
+
+} // namespace viewer

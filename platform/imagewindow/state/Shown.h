@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// What one image window shows: its image, how it is seen, and which parts of the window have yet to follow.
+// One record for all that act on it or draw it; used from the window's thread. No X.
+#pragma once
+
+#include "platform/imagewindow/files/ImageLife.h"
+#include "platform/imagewindow/render/Renderer.h"
+#include "platform/imagewindow/state/Stale.h"
+#include "platform/imagewindow/view/Status.h"
+#include "platform/imagewindow/view/View.h"
+
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace viewer {
+
+struct Shown {
+    explicit Shown(ImageSource opened)
+        : life(std::move(opened)), view(initialView(life.info())), renderer(life.file())
+    {
+        stale.mark(Part::Layout);
+    }
+    Shown(const Shown&) = delete;
+    Shown& operator=(const Shown&) = delete;
+
+    ImageLife life;
+    View view;
+    Renderer renderer;
+    Size area;                        // that the window has for canvas and scroll bars, screen pixels
+    Arrangement arrangement;          // of the view in the area
+    std::vector<PanelContent> panels; // as drawn last
+    std::array<int, 2> singlePlace{}; // z and time point of before the panels
+    bool scaleBar = false;
+    int windowNumber = 0; // 0: none was free, tools cannot attach
+    std::string problem;  // why a section is not shown, empty when all is well
+    Notice notice;
+    Stale stale;
+
+    const image::ImageInfo& info() const { return life.info(); }
+    // What is seen is another: everything follows, and what was said about the state before is over.
+    void changed()
+    {
+        notice.clear();
+        stale.mark(Part::Layout);
+    }
+    void tell(const std::string& sentence)
+    {
+        notice.tell(sentence, Notice::Clock::now());
+        stale.mark(Part::Readout);
+    }
+    void arrangeNow() { arrangement = arrange(info(), view, area, scrollBarThickness); }
+};
+
+} // namespace viewer

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+// What each action of the user leaves to be drawn and told, and where a section that is followed stays.
+#include "platform/imagewindow/state/Actions.h"
+
+#include "tests/unit/image/TempFolder.h"
+#include "tests/unit/image/TestFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+using namespace viewer;
+
+namespace {
+
+// One letter for each part that is stale, in the order of the parts.
+std::string staleParts(const Shown& shown)
+{
+    std::string letters;
+    for (const auto& [part, letter] :
+         {std::pair(Part::Layout, 'L'), std::pair(Part::Image, 'I'), std::pair(Part::Overlays, 'O'),
+          std::pair(Part::Pointer, 'P'), std::pair(Part::Readout, 'R'), std::pair(Part::Record, 'C')})
+        if (shown.stale.has(part))
+            letters += letter;
+    return letters;
+}
+
+void takeAll(Shown& shown)
+{
+    for (const Part part :
+         {Part::Layout, Part::Image, Part::Overlays, Part::Pointer, Part::Readout, Part::Record})
+        shown.stale.take(part);
+}
+
+struct Case {
+    const char* name;
+    void (*act)(Shown&, Actions&);
+    const char* stale;
+};
+
+class StaleTest : public testing::TestWithParam<Case> {};
+
+ImageSource stackOf(const TempFolder& folder, int pages)
+{
+    setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
+    setenv("XDG_CACHE_HOME", (folder / "cache").c_str(), 1);
+    TiffSpec spec;
+    spec.pages = pages;
+    writeTiff(folder / "stack.tif", spec);
+    return openImage((folder / "stack.tif").string());
+}
+
+} // namespace
+
+TEST_P(StaleTest, FollowsFromTheAction)
+{
+    const TempFolder folder;
+    Shown shown(stackOf(folder, 3));
+    Actions actions(shown);
+    shown.area = {400, 300};
+    shown.arrangeNow();
+    EXPECT_EQ(staleParts(shown), "LIPRC"); // nothing has been drawn yet
+    takeAll(shown);
+    GetParam().act(shown, actions);
+    EXPECT_EQ(staleParts(shown), GetParam().stale);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Actions, StaleTest,
+    testing::Values(Case{"Nothing", [](Shown&, Actions&) {}, ""},
+                    Case{"Section", [](Shown&, Actions& a) { a.stepZ(1); }, "LIPRC"},
+                    Case{"Zoom", [](Shown&, Actions& a) { a.zoomSteps(1); }, "LIPRC"},
+                    Case{"Contrast",
+                         [](Shown&, Actions& a) {
+                             a.setContrast(0, {1, 2});
+                         },
+                         "IR"},
+                    Case{"AutomaticContrast", [](Shown&, Actions& a) { a.setAutomaticContrast(); }, "IR"},
+                    Case{"Notice", [](Shown& s, Actions&) { s.tell("A tool has come."); }, "R"},
+                    Case{"Graphics", [](Shown& s, Actions&) { s.stale.mark(Part::Overlays); }, "OPR"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(Actions, ZoomsBeforeTheNextDrawingGoOnFromEachOther)
+{
+    const TempFolder folder;
+    Shown shown(stackOf(folder, 1));
+    Actions actions(shown);
+    shown.area = {40, 30};
+    shown.arrangeNow();
+    for (int step = 0; step < 3; ++step)
+        actions.zoomStepsAt(1, 30, 20);
+    const protocol::Geometry before = shown.arrangement.geometry;
+    const auto held = protocol::dataFromWindow(before, 20, 10);
+    actions.zoomStepsAt(1, 20, 10);
+    const auto still = protocol::dataFromWindow(shown.arrangement.geometry, 20, 10);
+    ASSERT_TRUE(held && still);
+    EXPECT_GT(shown.arrangement.geometry.zoom, before.zoom);
+    EXPECT_NEAR(still->x, held->x, 1 / before.zoom);
+    EXPECT_NEAR(still->y, held->y, 1 / before.zoom);
+}
+
+TEST(Actions, WhatIsRefusedIsSaidUntilTheNextAction)
+{
+    const TempFolder folder;
+    Shown shown(stackOf(folder, 2));
+    Actions actions(shown);
+    actions.setWavelengthShown(0, false);
+    EXPECT_EQ(shown.notice.sentence(), "One wavelength has to stay.");
+    EXPECT_TRUE(shown.view.displayed[0]);
+    actions.stepZ(1);
+    EXPECT_EQ(shown.notice.sentence(), "");
+    actions.setScale({0.5F, 0.5F, {}}, true);
+    EXPECT_NE(shown.notice.sentence().find("keep the scale"), std::string::npos);
+    EXPECT_TRUE(shown.scaleBar);
+    actions.removeScale(false);
+    EXPECT_EQ(shown.notice.sentence(), "");
+    EXPECT_FALSE(shown.scaleBar);
+}
