@@ -39,6 +39,7 @@ inline std::vector<double> medians(const std::vector<std::function<void()>>& pie
                 times[i].push_back(microsecondsSince(start));
         }
     std::vector<double> result;
+    result.reserve(times.size());
     for (auto& samples : times)
         result.push_back(quantile(std::move(samples), 0.5));
     return result;

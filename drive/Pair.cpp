@@ -109,10 +109,14 @@ std::string Pair::savedCount()
 
 Window Pair::wavelengthToggle(int w)
 {
-    constexpr int menuCount = 4;
-    const std::vector<Window> leaves = screen.leaves(viewerWindow);
-    require(leaves.size() > static_cast<size_t>(menuCount + w), "the image window has no such toggle");
-    return leaves[static_cast<size_t>(menuCount + w)];
+    constexpr size_t menuCount = 4;
+    std::vector<Window> leaves = screen.leaves(viewerWindow);
+    require(leaves.size() > menuCount, "the image window has no tool bar");
+    const int toolBar = screen.geometry(leaves[menuCount]).y;
+    std::erase_if(leaves, [&](Window leaf) { return screen.geometry(leaf).y == toolBar; });
+    const size_t toggle = menuCount + static_cast<size_t>(w);
+    require(leaves.size() > toggle, "the image window has no such toggle");
+    return leaves[toggle];
 }
 
 void Pair::writeToFile(const std::string& path)
@@ -153,19 +157,6 @@ void Pair::dragSegment(double x0, double y0, double x1, double y1, int steps)
     const auto start = canvasOf(x0, y0), end = canvasOf(x1, y1);
     screen.drag(canvas, static_cast<int>(start.x), static_cast<int>(start.y), static_cast<int>(end.x),
                 static_cast<int>(end.y), steps);
-}
-
-bool waitUntilCalm(Screen& screen)
-{
-    constexpr int looks = 5;
-    Picture last = screen.captureScreen();
-    int equal = 0;
-    return waitUntil([&] {
-        Picture now = screen.captureScreen();
-        equal = now.pixels == last.pixels ? equal + 1 : 0;
-        last = std::move(now);
-        return equal >= looks;
-    });
 }
 
 } // namespace drive

@@ -67,8 +67,4 @@ private:
     std::map<std::string, std::string> environment;
 };
 
-// Waits until the screen stays the same for some looks in a row: the programs have drawn all they had to.
-// False when it never does.
-bool waitUntilCalm(Screen& screen);
-
 } // namespace drive

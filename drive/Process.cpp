@@ -20,8 +20,6 @@ namespace drive {
 
 namespace {
 
-constexpr Milliseconds pollInterval{5};
-
 std::string readFile(const std::string& path)
 {
     std::ifstream file(path, std::ios::binary);
@@ -50,13 +48,14 @@ std::vector<std::string> mergedEnvironment(const std::map<std::string, std::stri
     }
     for (const auto& [name, value] : additions)
         if (!value.empty())
-            merged.push_back(name + "=" + value);
+            merged.push_back(std::string(name).append("=").append(value));
     return merged;
 }
 
 std::vector<char*> pointers(std::vector<std::string>& texts)
 {
     std::vector<char*> result;
+    result.reserve(texts.size() + 1);
     for (std::string& text : texts)
         result.push_back(text.data());
     result.push_back(nullptr);
@@ -72,18 +71,18 @@ constexpr int slowness = 1;
 
 } // namespace
 
-bool waitUntil(const std::function<bool()>& condition, Milliseconds timeout)
+bool waitUntil(const std::function<bool()>& condition, Milliseconds timeout, Milliseconds interval)
 {
     const auto end = std::chrono::steady_clock::now() + slowness * timeout;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > end)
             return false;
-        std::this_thread::sleep_for(pollInterval);
+        std::this_thread::sleep_for(interval);
     }
     return true;
 }
 
-Process::Process(std::vector<std::string> command, std::map<std::string, std::string> environment)
+Process::Process(std::vector<std::string> command, const std::map<std::string, std::string>& environment)
     : outputPath(makeTemporary("out")), errorPath(makeTemporary("err"))
 {
     std::vector<std::string> variables = mergedEnvironment(environment);

@@ -15,14 +15,16 @@ namespace drive {
 using Milliseconds = std::chrono::milliseconds;
 constexpr Milliseconds patience{15000};
 
-// Polls until condition() is true, at most for timeout. True when it became so.
-bool waitUntil(const std::function<bool()>& condition, Milliseconds timeout = patience);
+// Asks every interval until condition() is true, at most for timeout. True when it became so.
+bool waitUntil(const std::function<bool()>& condition, Milliseconds timeout = patience,
+               Milliseconds interval = Milliseconds{5});
 
 // A child process. The destructor ends it (SIGTERM, then SIGKILL) and reaps it.
 class Process {
 public:
     // environment: additions to the present one; an empty value removes the variable.
-    explicit Process(std::vector<std::string> command, std::map<std::string, std::string> environment = {});
+    explicit Process(std::vector<std::string> command,
+                     const std::map<std::string, std::string>& environment = {});
     ~Process();
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;

@@ -6,7 +6,6 @@
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
-#include <png.h>
 
 #include <algorithm>
 #include <chrono>
@@ -28,16 +27,6 @@ int ignoreError(Display*, XErrorEvent*)
 }
 
 } // namespace
-
-bool Picture::save(const std::string& path) const
-{
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = static_cast<png_uint_32>(width);
-    image.height = static_cast<png_uint_32>(height);
-    image.format = PNG_FORMAT_RGB;
-    return png_image_write_to_file(&image, path.c_str(), 0, pixels.data(), 0, nullptr) != 0;
-}
 
 Screen::Screen() : display(XOpenDisplay(nullptr))
 {
@@ -369,42 +358,6 @@ std::string Screen::textIn(Window field)
     XSetSelectionOwner(display, XA_PRIMARY, asker, CurrentTime); // ends the highlighting
     XSync(display, False);
     return text.value_or("");
-}
-
-Picture Screen::capture(const Rect& area)
-{
-    const int screenWidth = DisplayWidth(display, DefaultScreen(display));
-    const int screenHeight = DisplayHeight(display, DefaultScreen(display));
-    const int left = std::max(area.x, 0), top = std::max(area.y, 0);
-    Picture picture;
-    picture.width = std::min(area.x + area.width, screenWidth) - left;
-    picture.height = std::min(area.y + area.height, screenHeight) - top;
-    if (picture.width <= 0 || picture.height <= 0)
-        return {};
-    XImage* image = XGetImage(display, root(), left, top, static_cast<unsigned>(picture.width),
-                              static_cast<unsigned>(picture.height), AllPlanes, ZPixmap);
-    if (!image)
-        return {};
-    for (int y = 0; y < picture.height; ++y)
-        for (int x = 0; x < picture.width; ++x) {
-            const unsigned long value = XGetPixel(image, x, y);
-            picture.pixels.push_back({static_cast<unsigned char>(value >> 16),
-                                      static_cast<unsigned char>(value >> 8),
-                                      static_cast<unsigned char>(value)});
-        }
-    XDestroyImage(image);
-    return picture;
-}
-
-Picture Screen::capture(Window window)
-{
-    return capture(geometry(window));
-}
-
-Picture Screen::captureScreen()
-{
-    return capture(Rect{0, 0, DisplayWidth(display, DefaultScreen(display)),
-                        DisplayHeight(display, DefaultScreen(display))});
 }
 
 } // namespace drive

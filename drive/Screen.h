@@ -100,4 +100,8 @@ private:
     void awaitPointer(const std::function<bool(int x, int y, unsigned buttons)>& condition);
 };
 
+// Waits until the screen stays the same for a tenth of a second: the programs have drawn all they had to.
+// False when it never does. Where a window, a property or a text tells the same, wait for that.
+bool waitUntilCalm(Screen& screen);
+
 } // namespace drive

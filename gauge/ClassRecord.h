@@ -4,8 +4,8 @@
 #ifndef GAUGE_CLASSRECORD_H
 #define GAUGE_CLASSRECORD_H
 
+#include "gauge/ClassParts.h"
 #include "gauge/LinearGaugeP.h"
-#include "gauge/ResourceRows.h"
 
 #include <X11/IntrinsicP.h>
 #include <X11/ObjectP.h>
@@ -13,8 +13,8 @@
 
 #include <span>
 
-// The resource types for which registerStringConverters() knows strings: doubles, enumerations of type int,
-// and scales by their name.
+// The resource types that registerStringConverters() can make from strings: doubles, enumerations of type
+// int, and scales by their name.
 inline constexpr char XmRXrtGaDouble[] = "Double";
 inline constexpr char XmRXrtGaBorder[] = "XrtGaBorder";
 inline constexpr char XmRXrtGaOrientation[] = "XrtGaOrientation";
@@ -40,24 +40,17 @@ inline XtResource doubleRow(const char* name, const char* className, Cardinal of
             const_cast<double*>(standard)};
 }
 
-// Of a class of child objects of the gauge. The procedures may be null.
+// Of a class of child objects of the gauge. getValues may be null.
 inline ObjectClassPart childClassPart(const char* name, Cardinal recordSize, std::span<XtResource> resources,
                                       XtInitProc initialize, XtSetValuesFunc setValues, XtArgsProc getValues)
 {
-    ObjectClassPart part{};
-    part.superclass = reinterpret_cast<WidgetClass>(&objectClassRec);
-    part.class_name = const_cast<char*>(name);
-    part.widget_size = recordSize;
-    part.class_initialize = registerStringConverters;
-    part.initialize = initialize;
-    part.resources = resources.data();
-    part.num_resources = static_cast<Cardinal>(resources.size());
-    part.xrm_class = NULLQUARK;
-    part.destroy = gaugeRelease;
-    part.set_values = setValues;
-    part.get_values_hook = getValues;
-    part.version = XtVersion;
-    return part;
+    return objectPart<ObjectClassPart>(reinterpret_cast<WidgetClass>(&objectClassRec), name, recordSize,
+                                       resources,
+                                       {.classInitialize = registerStringConverters,
+                                        .initialize = initialize,
+                                        .destroy = gaugeRelease,
+                                        .setValues = setValues,
+                                        .getValues = getValues});
 }
 
 #endif

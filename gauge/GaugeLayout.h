@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Where all marks and texts of a gauge lie, in gauge pixels, (0, 0) at the top left. No window system here,
-// so that a program without one lays out its axes alike: it gives the sizes of labels and draws what comes
-// back. Called by the tick object with each drawing, and by tests.
+// Where all marks and texts of a gauge lie, in gauge pixels, (0, 0) at the top left. Nothing here needs a
+// window system, so a program without a display gets the same axes: it measures the labels and draws the
+// result. Called by the tick object with each drawing, and by tests.
 #pragma once
 
 #include "gauge/TickLayout.h"

@@ -5,16 +5,17 @@
 
 namespace {
 
-struct LabelText {
+// A label as Motif measures and draws it; freed at the end of its life.
+struct MotifString {
     XmString text;
 
-    explicit LabelText(const std::string& label)
+    explicit MotifString(const std::string& label)
         : text(XmStringCreateLocalized(const_cast<char*>(label.c_str())))
     {
     }
-    ~LabelText() { XmStringFree(text); }
-    LabelText(const LabelText&) = delete;
-    LabelText& operator=(const LabelText&) = delete;
+    ~MotifString() { XmStringFree(text); }
+    MotifString(const MotifString&) = delete;
+    MotifString& operator=(const MotifString&) = delete;
 };
 
 int digitHeightOf(Display* display, XmFontType type, XtPointer font)
@@ -43,7 +44,7 @@ int digitHeightOf(Display* display, XmFontType type, XtPointer font)
 
 LabelFont labelFontOf(Display* display, XmRenderTable table)
 {
-    LabelText digit("0");
+    const MotifString digit("0");
     LabelFont font = {table, nullptr, 0, XmStringWidth(table, digit.text),
                       XmStringBaseline(table, digit.text)};
     XmFontContext context;
@@ -64,18 +65,18 @@ LabelFont labelFontOf(Display* display, XmRenderTable table)
 
 int labelWidth(const LabelFont& font, const std::string& label)
 {
-    return XmStringWidth(font.table, LabelText(label).text);
+    return XmStringWidth(font.table, MotifString(label).text);
 }
 
 int labelHeight(const LabelFont& font, const std::string& label)
 {
-    return XmStringHeight(font.table, LabelText(label).text);
+    return XmStringHeight(font.table, MotifString(label).text);
 }
 
-LabelPainter::LabelPainter(Screen* screen, Drawable onDrawable, int depth, GC withGC, const XColor& inColour,
+LabelPainter::LabelPainter(Screen* screen, Drawable onDrawable, int depth, GC withGC, const XColor& inColor,
                            const LabelFont& inFont)
     : display(DisplayOfScreen(screen)), drawable(onDrawable), gc(withGC),
-      font(inFont), colour{inColour.pixel, {inColour.red, inColour.green, inColour.blue, 0xFFFF}}
+      font(inFont), color{inColor.pixel, {inColor.red, inColor.green, inColor.blue, 0xFFFF}}
 {
     if (font.scalable && depth == DefaultDepthOfScreen(screen))
         scalable.reset(
@@ -86,13 +87,13 @@ void LabelPainter::drawNumber(const std::string& label, int x, int y, int width)
 {
     if (!scalable)
         return drawText(label, x, y + font.digitHeight - font.digitBaseline, width);
-    XftDrawStringUtf8(scalable.get(), &colour, font.scalable, x, y + font.digitHeight,
+    XftDrawStringUtf8(scalable.get(), &color, font.scalable, x, y + font.digitHeight,
                       reinterpret_cast<const FcChar8*>(label.data()), static_cast<int>(label.size()));
 }
 
 void LabelPainter::drawText(const std::string& label, int x, int y, int width)
 {
-    XmStringDraw(display, drawable, font.table, LabelText(label).text, gc, static_cast<Position>(x),
+    XmStringDraw(display, drawable, font.table, MotifString(label).text, gc, static_cast<Position>(x),
                  static_cast<Position>(y), static_cast<Dimension>(width), XmALIGNMENT_BEGINNING,
                  XmSTRING_DIRECTION_L_TO_R, nullptr);
 }

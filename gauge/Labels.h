@@ -33,7 +33,7 @@ struct XftDrawEnd {
 class LabelPainter {
 public:
     // The GC's foreground must be the colour's pixel. Both, and the font, must outlive the painter.
-    LabelPainter(Screen* screen, Drawable drawable, int depth, GC gc, const XColor& colour,
+    LabelPainter(Screen* screen, Drawable drawable, int depth, GC gc, const XColor& color,
                  const LabelFont& font);
 
     // A number, the top of whose digits is y.
@@ -46,8 +46,8 @@ private:
     Drawable drawable;
     GC gc;
     const LabelFont& font;
-    XftColor colour;
-    std::unique_ptr<XftDraw, XftDrawEnd> scalable; // null where Motif has to draw
+    XftColor color;
+    std::unique_ptr<XftDraw, XftDrawEnd> scalable; // null: Motif draws the labels
 };
 
 #endif

@@ -10,6 +10,9 @@
 #include <Xm/PrimitiveP.h>
 #include <Xm/XmP.h>
 
+#include <cstddef>
+#include <span>
+
 struct LinearGaugeClassPart {
     XtPointer extension;
 };
@@ -65,6 +68,33 @@ void gaugeRelease(Widget object);
 
 // Repaints the gauge after a change of one of its objects, at once where the gauge is on the screen.
 void gaugeChanged(Widget object);
+
+// The objects of a list that ends with NULL; none where the list itself is NULL. Valid until the list
+// changes.
+inline std::span<Widget> itemsOf(WidgetList list)
+{
+    std::size_t count = 0;
+    while (list && list[count])
+        ++count;
+    return {list, count};
+}
+
+// Puts back the two lists that only the gauge may change, with a warning, when a program has set them.
+void gaugeKeepLists(LinearGaugeRec* gauge, const LinearGaugeRec* old);
+
+// The toolkit destroys the children of composite widgets only, so the gauge destroys its own. Each of them
+// takes itself out of its list.
+void gaugeDestroyChildren(LinearGaugeRec* gauge);
+
+// Brings a part of the window up to date, in pixels of the gauge. The gauge must be realised.
+void gaugePaint(LinearGaugeRec* gauge, int x, int y, int width, int height);
+
+// After a change: draws everything anew, now if the gauge is on the screen, else when it is next exposed.
+void gaugeRepaint(LinearGaugeRec* gauge);
+
+// The pixmap and the GC; the next drawing makes them again.
+void gaugeFreeBuffer(LinearGaugeRec* gauge);
+void gaugeFreeGC(LinearGaugeRec* gauge);
 
 // Registers the converters from strings to the types of ClassRecord.h; a second call does nothing.
 void registerStringConverters();

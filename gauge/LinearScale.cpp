@@ -42,10 +42,8 @@ void initialize(Widget, Widget created, ArgList, Cardinal*)
 Boolean setValues(Widget old, Widget, Widget widget, ArgList, Cardinal*)
 {
     // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
-    bool changed = std::memcmp(&asScale(old)->scale, &asScale(widget)->scale, sizeof(LinearScalePart)) != 0;
-    if (!changed)
-        return False;
-    gaugeChanged(widget);
+    if (std::memcmp(&asScale(old)->scale, &asScale(widget)->scale, sizeof(LinearScalePart)) != 0)
+        gaugeChanged(widget);
     return False;
 }
 

@@ -22,7 +22,7 @@ std::string_view trimmed(std::string_view text)
     return text.substr(0, text.find_last_not_of(blank) + 1);
 }
 
-// Reads like the C locale whatever the user's is, so that a resource file means the same everywhere.
+// Reads as in the C locale, whatever the user's locale, so that a resource file means the same everywhere.
 template<class Number> std::optional<Number> parsed(std::string_view text)
 {
     Number value;
@@ -33,7 +33,7 @@ template<class Number> std::optional<Number> parsed(std::string_view text)
 }
 
 struct Name {
-    std::string_view name; // as in the header, in small letters and without what the names have in common
+    std::string_view name; // as in XrtGauge.h, but in small letters and without the prefix
     int value;
 };
 
@@ -77,7 +77,8 @@ std::optional<int> valueOf(const Enumeration& enumeration, std::string_view text
     return std::nullopt;
 }
 
-// The toolkit's convention: a caller that brings no room gets the address of a static one.
+// Returns a value as the toolkit demands of a converter: in the memory that the caller gives, or in static
+// memory where the caller gives none.
 template<class Value>
 Boolean handOver(Display* display, XrmValue* from, XrmValue* to, const char* type,
                  const std::optional<Value>& value)
@@ -88,13 +89,15 @@ Boolean handOver(Display* display, XrmValue* from, XrmValue* to, const char* typ
         return False;
     }
     const bool roomGiven = to->addr != nullptr;
-    const bool fits = !roomGiven || to->size >= sizeof(Value);
-    to->size = sizeof(Value);
+    const auto size =
+        static_cast<unsigned>(sizeof(Value)); // NOLINT(bugprone-sizeof-expression): of a Widget, too
+    const bool fits = !roomGiven || to->size >= size;
+    to->size = size;
     if (!fits)
         return False;
     result = *value;
     if (roomGiven)
-        std::memcpy(to->addr, &result, sizeof result);
+        std::memcpy(to->addr, &result, size);
     else
         to->addr = reinterpret_cast<XPointer>(&result);
     return True;
@@ -117,9 +120,9 @@ std::optional<Widget> scaleNamed(Widget gauge, std::string_view name)
 {
     if (!XtIsSubclass(gauge, xmXrtGaLinearGaugeWidgetClass))
         return std::nullopt;
-    for (WidgetList item = reinterpret_cast<LinearGaugeRec*>(gauge)->gauge.scales; item && *item; ++item)
-        if (XtName(*item) == name)
-            return *item;
+    for (Widget scale : itemsOf(reinterpret_cast<LinearGaugeRec*>(gauge)->gauge.scales))
+        if (XtName(scale) == name)
+            return scale;
     return std::nullopt;
 }
 

@@ -52,7 +52,8 @@ XtResource resources[] = {
                 foregroundOfGauge),
 };
 
-// A tick follows scales of its own gauge only: that gauge tells it when a scale goes.
+// A tick follows scales of its own gauge only: that gauge resets the tick when the scale is
+// destroyed.
 void checkScale(Widget widget)
 {
     Widget& scale = asTick(widget)->tick.scale;
@@ -67,7 +68,7 @@ void checkScale(Widget widget)
 void initialize(Widget, Widget created, ArgList, Cardinal*)
 {
     checkScale(created);
-    asTick(created)->tick.colour.known = False;
+    asTick(created)->tick.color.known = False;
     gaugeAdopt(created);
 }
 
@@ -76,9 +77,8 @@ Boolean setValues(Widget old, Widget, Widget widget, ArgList, Cardinal*)
 {
     checkScale(widget);
     // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
-    if (std::memcmp(&asTick(old)->tick, &asTick(widget)->tick, sizeof(TickPart)) == 0)
-        return False;
-    gaugeChanged(widget);
+    if (std::memcmp(&asTick(old)->tick, &asTick(widget)->tick, sizeof(TickPart)) != 0)
+        gaugeChanged(widget);
     return False;
 }
 

@@ -73,37 +73,37 @@ gauge::GaugeRequest requestOf(const TickRec* object, const LinearGaugeRec* gauge
     return request;
 }
 
-double brightness(const XColor& colour)
+double brightness(const XColor& color)
 {
-    return (0.299 * colour.red + 0.587 * colour.green + 0.114 * colour.blue) / 65535.0;
+    return (0.299 * color.red + 0.587 * color.green + 0.114 * color.blue) / 65535.0;
 }
 
-bool showsOn(const XColor& colour, const XColor& ground)
+bool showsOn(const XColor& color, const XColor& ground)
 {
-    return std::fabs(brightness(colour) - brightness(ground)) >= 0.3;
+    return std::fabs(brightness(color) - brightness(ground)) >= 0.3;
 }
 
 // The server is asked for the colours once per combination, not with every drawing.
-const XColor& colourOf(TickRec* object, const LinearGaugeRec* gauge)
+const XColor& colorOf(TickRec* object, const LinearGaugeRec* gauge)
 {
     TickPart& tick = object->tick;
-    TickColour& kept = tick.colour;
+    TickColor& kept = tick.color;
     const Pixel ground = gauge->core.background_pixel;
     const Pixel fallback = gauge->primitive.foreground;
     if (kept.known && kept.wanted == tick.background && kept.ground == ground && kept.fallback == fallback)
         return kept.shown;
     Screen* screen = gauge->core.screen;
-    XColor colours[5] = {};
-    colours[0].pixel = tick.background;
-    colours[1].pixel = fallback;
-    colours[2].pixel = ground;
-    colours[3].pixel = BlackPixelOfScreen(screen);
-    colours[4].pixel = WhitePixelOfScreen(screen);
-    XQueryColors(screen->display, gauge->core.colormap, colours, 5);
-    const XColor& extreme = brightness(colours[2]) > 0.5 ? colours[3] : colours[4];
-    const XColor& shown = showsOn(colours[0], colours[2])   ? colours[0]
-                          : showsOn(colours[1], colours[2]) ? colours[1]
-                                                            : extreme;
+    XColor colors[5] = {};
+    colors[0].pixel = tick.background;
+    colors[1].pixel = fallback;
+    colors[2].pixel = ground;
+    colors[3].pixel = BlackPixelOfScreen(screen);
+    colors[4].pixel = WhitePixelOfScreen(screen);
+    XQueryColors(screen->display, gauge->core.colormap, colors, 5);
+    const XColor& extreme = brightness(colors[2]) > 0.5 ? colors[3] : colors[4];
+    const XColor& shown = showsOn(colors[0], colors[2])   ? colors[0]
+                          : showsOn(colors[1], colors[2]) ? colors[1]
+                                                          : extreme;
     kept = {true, tick.background, ground, fallback, shown};
     return kept.shown;
 }
@@ -118,11 +118,11 @@ void drawTicks(TickRec* object, const LinearGaugeRec* gauge, Drawable drawable, 
     Display* display = gauge->core.screen->display;
     const LabelFont font = labelFontOf(gauge->core.screen->display, gauge->gauge.renderTable);
     const gauge::GaugeLayout layout = gauge::layoutGauge(requestOf(object, gauge, font));
-    const XColor& colour = colourOf(object, gauge);
-    XSetForeground(display, gc, colour.pixel);
+    const XColor& color = colorOf(object, gauge);
+    XSetForeground(display, gc, color.pixel);
     for (const gauge::Box& mark : layout.marks)
         XFillRectangle(display, drawable, gc, mark.x, mark.y, mark.width, mark.height);
-    LabelPainter painter(gauge->core.screen, drawable, gauge->core.depth, gc, colour, font);
+    LabelPainter painter(gauge->core.screen, drawable, static_cast<int>(gauge->core.depth), gc, color, font);
     for (const gauge::GaugeText& text : layout.texts) {
         if (tick.labelFunc)
             painter.drawText(text.text, text.x, text.y, text.width);

@@ -70,7 +70,7 @@ double incrementAtPrecision(const AxisRequest& request, const Range& range)
     return niceNumber((max - min) / intervals, -decimals);
 }
 
-// With a base the labels tell no more than the range.
+// Labels that are added to a base need room for the size of the range only, not for whole values.
 double incrementByRange(const AxisRequest& request, const Range& range, Form form)
 {
     const double least = form == Form::Based ? 0.0 : range.low;
@@ -86,8 +86,8 @@ double incrementByRange(const AxisRequest& request, const Range& range, Form for
     return increment >= finest ? increment : niceNumberAbove(finest, exponentOf(finest));
 }
 
-// The lines on which a number can stand: one, or where it is too long one before and one from its exponent
-// on, or as few as its characters need.
+// Splits a number into lines that have room: one line if possible, else its mantissa and its exponent, else
+// as few lines as its characters need. Empty where those are too many.
 std::vector<std::string> baseLines(const AxisRequest& request, const std::string& text)
 {
     constexpr std::size_t mostLines = 3;
@@ -123,7 +123,7 @@ int baseEnd(const AxisRequest& request, const LabelBase& base)
     return base.starts.back() + request.measure(base.lines.back()).along;
 }
 
-// Empty where it would take more than half the axis.
+// The base with a place for each line; empty where it would take more than half the axis.
 LabelBase baseOf(const AxisRequest& request, const std::string& text)
 {
     LabelBase base;
@@ -175,7 +175,7 @@ TickLayout unplaced(const AxisRequest& request, const Range& range, const TickSe
     return layout;
 }
 
-// Whether every tick can have its label at that distance from the next, apart from the ends of the axis.
+// Whether every label fits and keeps that gap to the next one. The ends of the axis are not considered.
 bool isReadable(const AxisRequest& request, const Range& range, const TickLayout& layout, int gap)
 {
     int widest = 0;
@@ -189,7 +189,7 @@ bool isReadable(const AxisRequest& request, const Range& range, const TickLayout
     return !layout.ticks.empty() && (layout.ticks.size() == 1 || spacing >= needed);
 }
 
-// The least distance of a label that has been moved inwards from its neighbour, or from a base.
+// How close a label that was moved inwards may come to its neighbour, and any label to a base; in pixels.
 int endGap(const AxisRequest& request)
 {
     return request.gap * 2 / 3;
@@ -231,13 +231,13 @@ void dropCloseLabels(const AxisRequest& request, std::vector<Tick>& ticks)
     }
 }
 
-// The first pixel that a label may have: a base stands apart, but not as far as labels from each other.
+// The first pixel on which a label may begin: behind the base, where there is one.
 int labelsBegin(const AxisRequest& request, const LabelBase& base)
 {
     return base.lines.empty() ? 0 : baseEnd(request, base) + endGap(request);
 }
 
-// Takes away the ticks beside a base, which would seem to be the label of theirs.
+// Removes the ticks beside a base, because it would look like their label.
 void clearBase(const AxisRequest& request, TickLayout& layout)
 {
     if (layout.base.lines.empty())
@@ -260,7 +260,7 @@ void place(const AxisRequest& request, TickLayout& layout)
 struct Attempt {
     TickLayout layout;
     bool readable;
-    std::size_t useful; // labels, or ticks where there are to be no labels or they have a precision
+    std::size_t useful; // number of labels; of ticks where labels are off or have a set precision
 };
 
 Attempt attempt(const AxisRequest& request, const Range& range, double increment, Form form, int gap)
@@ -278,9 +278,8 @@ Attempt attempt(const AxisRequest& request, const Range& range, double increment
     return made;
 }
 
-// Starts from the given increment and takes the next larger one until the labels have room; where that leaves
-// less than two of use, a smaller one that has room too, if need be at the distance that the ends of the axis
-// know.
+// Starts from the given increment and tries larger ones until the labels have room. Where that leaves fewer
+// than two useful ticks, it tries smaller increments, whose labels may stand as close as endGap() allows.
 Attempt search(const AxisRequest& request, const Range& range, double increment, Form form)
 {
     constexpr int tries = 6;

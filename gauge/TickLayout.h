@@ -13,7 +13,7 @@
 
 namespace gauge {
 
-// The precision of a tick object for which nobody has chosen one.
+// The precision of a tick object whose precision was not set.
 inline constexpr int defaultPrecision = -15;
 
 struct LabelSize {
@@ -50,8 +50,8 @@ struct Tick {
     LabelSize size;
 };
 
-// What labels that begin with a sign are to be added to. It lies at the axis's first pixels, where no
-// ticks are then.
+// The number to which labels that begin with a sign are added. It stands on the axis's first pixels; ticks
+// there are left out.
 struct LabelBase {
     std::vector<std::string> lines; // of one number; several only on a vertical axis. Empty: there is no base
     std::vector<int> starts;        // first pixel of each line along the axis

@@ -21,8 +21,8 @@ double roundToPrecision(double value, int precision);
 // The nearest to 10^exponent: 0 or infinity beyond the doubles.
 double powerOfTen(int exponent);
 
-// The exponent of a positive value in scientific notation; a power of ten that suffered rounding counts as
-// itself.
+// The exponent of a positive value in scientific notation; a power of ten that rounding has made a little
+// smaller counts as that power.
 int exponentOf(double value);
 
 // 1, 2, 5 or 10 times 10^exponent: the one nearest to the size of value, or the first that is not below it.
@@ -30,7 +30,7 @@ int exponentOf(double value);
 double niceNumber(double value, int exponent);
 double niceNumberAbove(double value, int exponent);
 
-// The number of decimals at which a range of values is told apart: 3 for 0.005, -2 for 400; one more where
+// The number of decimals that tells the values of a range apart: 3 for 0.005, -2 for 400; one more where
 // the range's leading digits are below 3. 0 for a range that is not above 0.
 int rangeDecimals(double range);
 

@@ -19,7 +19,7 @@ struct TickClassRec {
 };
 
 // The colour of marks and labels, and what it was chosen from.
-struct TickColour {
+struct TickColor {
     Boolean known;
     Pixel wanted;   // the tick's background
     Pixel ground;   // the gauge's background
@@ -46,7 +46,7 @@ struct TickPart {
     Boolean isShowing;
     Pixel background;
 
-    TickColour colour;
+    TickColor color;
 };
 
 struct TickRec {

@@ -7,7 +7,7 @@
 
 namespace gauge {
 
-// A value that nobody has set.
+// Stands for a value that was not set.
 inline constexpr double unsetValue = std::numeric_limits<double>::max();
 
 // Increment, first and last candidate of a row of ticks.
@@ -32,16 +32,17 @@ struct Range {
 double firstTick(const TickSeries& series, double min, bool align);
 
 // The series with its increment; what is unset of start and stop goes to the whole multiples around the
-// range, or to its ends where there is no increment to speak of. The range is not measured again with these:
-// ticks outside the scale are never drawn, and a second look at the wider range only thins out the axis.
+// range, or to its ends where the increment is not above 0 or not finite. The increment
+// is not computed again for the wider range: the axis would only get fewer ticks, and those outside the scale
+// are never drawn.
 TickSeries completed(TickSeries series, const Range& range, double increment);
 
 // The ticks of a series within a range that `pixels` pixels show: above its low end, up to its high end, and
 // no more than one to a pixel.
 std::vector<double> tickValues(const TickSeries& series, const Range& range, bool align, int pixels);
 
-// The smallest increment at which the ticks of a range are told apart for certain. Doubles near the range are
-// no closer to each other than an eighth of it.
+// The smallest increment at which neighbouring ticks of a range are certain to have different values. Doubles
+// near the range are no closer to each other than an eighth of it.
 double finestIncrement(const Range& range);
 
 } // namespace gauge

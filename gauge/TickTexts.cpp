@@ -39,8 +39,8 @@ Multiple withoutTrailingZeros(Multiple number)
     return number;
 }
 
-// The rounder of the multiple of 10^exponent at or below the first value and of the next one, if that is
-// among the values; with a count of 0 where zero itself is next to the values.
+// A round number near the values: the multiple of 10^exponent at or below the first value, or the next one,
+// if that has more zeros at its end and is not above the last value. Its count is 0 where it is zero itself.
 Multiple baseNextTo(double first, double last, int exponent)
 {
     const double unit = Multiple{1.0, exponent}.value();
@@ -84,7 +84,7 @@ std::vector<std::string> offsetTexts(const std::vector<double>& values, double b
 
 // Bases in the order in which they are wanted: first a multiple of the unit that takes in all values, then of
 // larger ones, which make the base shorter, then of smaller ones, which make the labels shorter. The last is
-// in the middle of the values, where labels have the least to say.
+// in the middle of the values, which makes the labels as short as they can be.
 std::vector<Multiple> basesFor(const std::vector<double>& values, double increment)
 {
     const double first = values.front(), last = values.back();

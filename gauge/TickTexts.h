@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What the labels of a row of ticks say where nobody has set their precision: whole values, or, where values
-// share more leading digits than a label has room for, their distance from a base that the axis writes once.
-// For the layout of ticks. Sizes stay with the caller, who tells what fits.
+// The texts of a row of labels whose precision was not set: whole values, or, where values share more leading
+// digits than a label has room for, their distance from a base that the axis shows once. For the layout of
+// ticks, which measures the texts and says which of them fit.
 #pragma once
 
 #include <functional>
@@ -21,8 +21,8 @@ struct BasedTexts {
     std::vector<std::string> labels; // with a sign, "+0" included: value = base + label
 };
 
-// linesOf tells on how many lines a base can stand, 0 for none. Of the bases whose labels all fit, one on the
-// fewest lines is taken; of the two that stand next to the values, the rounder.
+// linesOf gives the number of lines that a base takes, 0 where it has no room. Of the bases whose labels all
+// fit, one on the fewest lines is taken; of the two that stand next to the values, the rounder.
 BasedTexts basedTexts(const std::vector<double>& values, double increment, const Fits& fits,
                       const std::function<int(const std::string&)>& linesOf);
 

@@ -50,7 +50,7 @@ typedef char* (*XrtGaLabelFunc)(Widget tick, double value);
 
 /* int, one of XRTGA_BORDER_*, default XRTGA_BORDER_NONE (3). */
 #define XmNxrtGaBorder "xrtGaBorder"
-/* Boolean, default False: tell each drawing of ticks on standard error. */
+/* Boolean, default False: write a line on standard error for each drawing of ticks. */
 #define XmNxrtGaDebug "xrtGaDebug"
 /* Boolean, default True: draw through a pixmap. Turns itself off when the server has no room for one. */
 #define XmNxrtGaDoubleBuffer "xrtGaDoubleBuffer"
@@ -158,7 +158,7 @@ enum {
  * of the scale (1e7). */
 enum {
     XRTGA_PRECISION_AS_SET = 0,    /* xrtGaPrecision holds, whatever it is */
-    XRTGA_PRECISION_BY_RANGE = 1,  /* xrtGaPrecision is not looked at */
+    XRTGA_PRECISION_BY_RANGE = 1,  /* xrtGaPrecision is ignored */
     XRTGA_PRECISION_IF_DEFAULT = 2 /* by range as long as xrtGaPrecision is at its default */
 };
 

@@ -67,8 +67,8 @@ float wavelengthOfChannel(int c)
     return waves[profile.channelWave[c]];
 }
 
-// Measures the channel's largest peak and writes its width into the plot, in the colour that its curve has
-// left.
+// Measures the channel's largest peak and writes its width into the plot. The GC still has the colour of the
+// channel's curve, which was drawn just before.
 void drawFwhm(int c)
 {
     profile.fwhmValue = 0.0f;

@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "profile/Fwhm.h"
 
+#include "segment/Geometry.h"
+
 #include <cfloat>
 #include <cmath>
 #include <cstdio>
-
-constexpr int microSign = 181; // ISO 8859-1
-
-struct Peak {
-    float lowest, highest;
-    int32_t index;
-};
 
 float sampleStep(float x0, float y0, float x1, float y1, float pixelSize, int32_t sampleCount)
 {
@@ -20,6 +15,11 @@ float sampleStep(float x0, float y0, float x1, float y1, float pixelSize, int32_
 }
 
 namespace {
+
+struct Peak {
+    float lowest, highest;
+    int32_t index;
+};
 
 Peak findPeak(const float* samples, int32_t n)
 {

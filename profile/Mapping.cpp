@@ -6,14 +6,14 @@
 #include <algorithm>
 #include <cstdio>
 
-int makePlotMapping(float scaleMin, float scaleMax, int32_t width, int32_t height, PlotMapping* mapping)
+bool makePlotMapping(float scaleMin, float scaleMax, int32_t width, int32_t height, PlotMapping* mapping)
 {
     float range = scaleMax - scaleMin;
     if (!(range > 0.0f))
-        return 0;
+        return false;
     float yScale = static_cast<float>(height) / range;
     *mapping = {yScale, truncateToWide(scaleMin * yScale), width, height};
-    return 1;
+    return true;
 }
 
 int16_t plotColumn(const PlotMapping& mapping, int32_t i, int32_t n)

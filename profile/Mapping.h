@@ -12,9 +12,9 @@ struct PlotMapping {
     int32_t width, height;
 };
 
-// Non-zero when the range scaleMin..scaleMax can be drawn, and then *mapping is filled for a plot of width x
+// True when the range scaleMin..scaleMax can be drawn, and then *mapping is filled for a plot of width x
 // height.
-int makePlotMapping(float scaleMin, float scaleMax, int32_t width, int32_t height, PlotMapping* mapping);
+bool makePlotMapping(float scaleMin, float scaleMax, int32_t width, int32_t height, PlotMapping* mapping);
 
 // Column of sample i of n; row of a value. X coordinates are 16-bit: what lies beyond wraps.
 int16_t plotColumn(const PlotMapping& mapping, int32_t i, int32_t n);

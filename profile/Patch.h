@@ -15,7 +15,7 @@ constexpr int64_t patchPixels = int64_t{1} << 20;
 
 // A rectangle to read, and the samples points[first .. end - 1] of the walk that lie in it.
 struct Patch {
-    PixelRect rect;
+    WalkRect rect;
     int32_t first, end;
 };
 

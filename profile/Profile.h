@@ -33,8 +33,8 @@ struct ProfileSettings {
 };
 extern ProfileSettings settings;
 
-// Samples the Profile along the Segment from the displayed section. Returns 1 when the Profile has been
-// renewed and its curves are to be drawn; 0 when the segment lies in one pixel (the Profile is then empty) or
-// after the warning that the image could not be positioned (the Profile, its counts and its buffers are then
-// those from before).
-int sampleProfile();
+// Samples the Profile along the Segment from the displayed section. Returns true when the Profile has been
+// renewed and its curves are to be drawn; false when the segment lies in one pixel (the Profile is then
+// empty) or after the warning that the image could not be positioned (the Profile, its counts and its buffers
+// are then those from before).
+bool sampleProfile();

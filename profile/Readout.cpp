@@ -7,7 +7,7 @@
 
 namespace {
 
-int insidePlot(int x, int y, Dimension W, Dimension H)
+bool insidePlot(int x, int y, Dimension W, Dimension H)
 {
     return x >= 0 && x < W && y >= 0 && y < H;
 }

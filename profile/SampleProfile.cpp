@@ -70,7 +70,7 @@ void walkSegment(Pass* pass)
 {
     PixelPoint from = {truncateToInt(segment.start.x), truncateToInt(segment.start.y)};
     PixelPoint to = {truncateToInt(segment.end.x), truncateToInt(segment.end.y)};
-    PixelRect rect = boundingRect(from, to);
+    WalkRect rect = boundingRect(from, to);
     size_t room = static_cast<size_t>(rect.width()) + static_cast<size_t>(rect.height());
     passPoints = static_cast<PixelPoint*>(std::realloc(passPoints, room * sizeof(PixelPoint)));
     pass->points = walkLine(from, to, passPoints);
@@ -111,27 +111,27 @@ Range startRange(int nw)
     return range;
 }
 
-int hasArrived(int w, int z)
+bool hasArrived(int w, int z)
 {
     if (IWRtScratchSize(imageSlot) <= 0)
-        return 1;
+        return true;
     int top = IWRtTopImgLoc(imageSlot, w);
     return top > 0 && top > z;
 }
 
-// Reads the samples of one wavelength from the positioned section, patch by patch. 0 when a read fails.
-int readSamples(const Pass& pass, float* samples)
+// Reads the samples of one wavelength from the positioned section, patch by patch. False when a read fails.
+bool readSamples(const Pass& pass, float* samples)
 {
     for (int32_t first = 0; first < pass.points;) {
         Patch patch = patchAt(passPoints, pass.points, first, pass.pixels);
-        const PixelRect& rect = patch.rect;
+        const WalkRect& rect = patch.rect;
         if (IMRdPas(imageSlot, pass.patch, rect.width(), rect.height(), rect.xFirst, rect.xLast, rect.yFirst,
                     rect.yLast) != 0)
-            return 0;
+            return false;
         pickSamples(patch, passPoints, pass.patch, samples);
         first = patch.end;
     }
-    return 1;
+    return true;
 }
 
 void takeChannel(Pass* pass, int w, int color)
@@ -150,20 +150,20 @@ void takeChannel(Pass* pass, int w, int color)
     pass->channels++;
 }
 
-// 0 after a positioning failure.
-int takeChannels(Pass* pass, int nw, const int* colors, const Section& section)
+// False after a positioning failure.
+bool takeChannels(Pass* pass, int nw, const int* colors, const Section& section)
 {
     for (int w = 0; w < nw && pass->channels < maxChannels; w++) {
         if (!IWIsWaveMap(imageSlot, w))
             continue;
         if (IMPosnZWTP(imageSlot, section.z, w, section.t, section.p) != 0) {
             WMShowWarning("Error positioning to read image");
-            return 0;
+            return false;
         }
         if (hasArrived(w, section.z))
             takeChannel(pass, w, colors[w]);
     }
-    return 1;
+    return true;
 }
 
 void publish(const Pass& pass)
@@ -181,7 +181,7 @@ void publish(const Pass& pass)
 
 } // namespace
 
-int sampleProfile()
+bool sampleProfile()
 {
     static int colors[IW_MAX_WAVES];
     Pass pass = {};
@@ -189,13 +189,13 @@ int sampleProfile()
     walkSegment(&pass);
     if (pass.points < 2) {
         emptyProfile();
-        return 0;
+        return false;
     }
     pass.patch =
         static_cast<float*>(std::malloc(static_cast<size_t>(patchRoom(pass.pixels)) * sizeof(float)));
     Section section = displayedSection();
     pass.range = startRange(nw);
-    int complete = takeChannels(&pass, nw, colors, section);
+    const bool complete = takeChannels(&pass, nw, colors, section);
     if (complete)
         publish(pass);
     std::free(pass.patch);

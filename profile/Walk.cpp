@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-PixelRect boundingRect(PixelPoint a, PixelPoint b)
+WalkRect boundingRect(PixelPoint a, PixelPoint b)
 {
     return {std::min(a.x, b.x), std::max(a.x, b.x), std::min(a.y, b.y), std::max(a.y, b.y)};
 }

@@ -11,7 +11,8 @@ struct PixelPoint {
     friend bool operator==(const PixelPoint&, const PixelPoint&) = default;
 };
 
-struct PixelRect {
+// A rectangle that covers samples of a walk.
+struct WalkRect {
     int32_t xFirst, xLast, yFirst, yLast;
 
     int32_t width() const { return xLast - xFirst + 1; }
@@ -19,7 +20,7 @@ struct PixelRect {
     int64_t pixels() const { return int64_t{width()} * height(); }
 };
 
-PixelRect boundingRect(PixelPoint a, PixelPoint b);
+WalkRect boundingRect(PixelPoint a, PixelPoint b);
 
 // Writes every pixel of the digital line (Bresenham) from `from` to `to`, both included, into points, which
 // has room for max(|dx|, |dy|) + 1 of them. Returns that number. Equal distances are walked along y.

@@ -40,6 +40,12 @@ int wrapPixel(int i)
     return i & (fieldPixels - 1);
 }
 
+// A row of a field's image.
+template<class Image> auto* rowOf(Image& image, int y)
+{
+    return image.data() + static_cast<std::ptrdiff_t>(y) * fieldPixels;
+}
+
 // Adds light at a point, shared among the eight nearest pixels of the slices.
 void splat(std::vector<std::vector<float>>& slices, const Vec3& at, double photons)
 {
@@ -77,7 +83,7 @@ void blurRows(std::vector<float>& image, const std::vector<float>& kernel)
     const int radius = static_cast<int>(kernel.size() / 2);
     std::vector<float> padded(fieldPixels + 2 * radius), sum(fieldPixels);
     for (int y = 0; y < fieldPixels; ++y) {
-        float* row = image.data() + y * fieldPixels;
+        float* row = rowOf(image, y);
         for (int i = 0; i < static_cast<int>(padded.size()); ++i)
             padded[i] = row[wrapPixel(i - radius)];
         std::fill(sum.begin(), sum.end(), 0.0f);
@@ -96,10 +102,10 @@ void blurColumns(std::vector<float>& image, const std::vector<float>& kernel)
     const int radius = static_cast<int>(kernel.size() / 2);
     std::vector<float> out(fieldArea, 0.0f);
     for (int y = 0; y < fieldPixels; ++y) {
-        float* sum = out.data() + y * fieldPixels;
+        float* sum = rowOf(out, y);
         for (int k = 0; k < static_cast<int>(kernel.size()); ++k) {
             const float weight = kernel[k];
-            const float* from = image.data() + wrapPixel(y + k - radius) * fieldPixels;
+            const float* from = rowOf(image, wrapPixel(y + k - radius));
             for (int x = 0; x < fieldPixels; ++x)
                 sum[x] += weight * from[x];
         }
@@ -186,7 +192,7 @@ void Field::render(const Plane& plane, std::span<double> out)
     const double fading = exponential(plane.t * logarithm(1 - channel.bleaching));
     std::size_t i = 0;
     for (int y = 0; y < size.height; ++y) {
-        const float* row = clean.data() + wrapPixel(y + originY) * fieldPixels;
+        const float* row = rowOf(clean, wrapPixel(y + originY));
         for (int x = 0; x < size.width; ++x) {
             const double light = row[wrapPixel(x + originX)] * fading + channel.background;
             out[i++] = exposedCounts(std::max(1.0, light) * illumination(x, y, size), random);
@@ -209,6 +215,7 @@ std::vector<Field::Image> Field::renderSections(int c, int t, int p)
 {
     const Slices slices = sharpSlices(channelTable[c], t, p);
     std::vector<Image> out;
+    out.reserve(static_cast<std::size_t>(size.sizeZ));
     for (int z = 0; z < size.sizeZ; ++z)
         out.push_back(focus(slices, z, channelTable[c]));
     return out;
@@ -234,7 +241,8 @@ void Field::mapCells(const Specimen& specimen, int time)
     footprint.resize(fieldArea);
     for (int i = 0; i < fieldArea; ++i) {
         Footprint& at = footprint[i];
-        const double x = (i % fieldPixels) * pixelMicrons, y = (i / fieldPixels) * pixelMicrons;
+        const int column = i % fieldPixels, row = i / fieldPixels;
+        const double x = column * pixelMicrons, y = row * pixelMicrons;
         at.cell = specimen.locate(x, y).cell;
         const Cell& cell = specimen.cells()[at.cell];
         at.x = x - time * cell.driftX;
@@ -300,7 +308,7 @@ Field::Image Field::focus(const Slices& slices, int section, const Channel& chan
 }
 
 // The sum over the channels of the logarithm of the brightest pixel.
-double Field::brightness(const Segment& line, int channels)
+double Field::brightness(const PixelLine& line, int channels)
 {
     const int steps = std::max({1, std::abs(line.x1 - line.x0), std::abs(line.y1 - line.y0)});
     double sum = 0;
@@ -310,22 +318,22 @@ double Field::brightness(const Segment& line, int channels)
         for (int i = 0; i <= steps; ++i) {
             const int x = line.x0 + (line.x1 - line.x0) * i / steps + originX;
             const int y = line.y0 + (line.y1 - line.y0) * i / steps + originY;
-            peak = std::max(peak, image[wrapPixel(y) * fieldPixels + wrapPixel(x)]);
+            peak = std::max(peak, rowOf(image, wrapPixel(y))[wrapPixel(x)]);
         }
         sum += logarithm(peak);
     }
     return sum;
 }
 
-Segment Field::brightSegment(int channels)
+PixelLine Field::brightLine(int channels)
 {
     constexpr int shift = 16, step = 2; // of the end points, in pixels
-    const Segment middle = segmentAcrossNuclei();
-    Segment best = middle;
+    const PixelLine middle = lineAcrossNuclei();
+    PixelLine best = middle;
     double brightest = 0;
     for (int dy0 = -shift; dy0 <= shift; dy0 += step) {
         for (int dy1 = -shift; dy1 <= shift; dy1 += step) {
-            Segment line = middle;
+            PixelLine line = middle;
             line.y0 = std::clamp(line.y0 + dy0, 0, size.height - 1);
             line.y1 = std::clamp(line.y1 + dy1, 0, size.height - 1);
             const double value = brightness(line, channels);
@@ -339,11 +347,11 @@ Segment Field::brightSegment(int channels)
 }
 
 // The pair of nuclei whose middle is nearest to that of the image.
-Segment Field::segmentAcrossNuclei()
+PixelLine Field::lineAcrossNuclei()
 {
     constexpr double beyond = 9; // microns past both centres, so that the line ends outside the nuclei
     constexpr int margin = 8;
-    Segment best{size.width / 8, size.height / 8, size.width * 7 / 8, size.height * 7 / 8};
+    PixelLine best{size.width / 8, size.height / 8, size.width * 7 / 8, size.height * 7 / 8};
     double nearest = 1e9; // of the line's middle to the image's
     const auto pixel = [](double microns, int origin) {
         return static_cast<int>(std::floor(microns / pixelMicrons + 0.5)) - origin;
@@ -358,8 +366,8 @@ Segment Field::segmentAcrossNuclei()
             if (dx <= 0 || length < 12 || length > 30)
                 continue;
             const double ux = dx / length * beyond, uy = dy / length * beyond;
-            const Segment line{pixel(from.x - ux, originX), pixel(from.y - uy, originY),
-                               pixel(to.x + ux, originX), pixel(to.y + uy, originY)};
+            const PixelLine line{pixel(from.x - ux, originX), pixel(from.y - uy, originY),
+                                 pixel(to.x + ux, originX), pixel(to.y + uy, originY)};
             const double offX = (line.x0 + line.x1 - size.width) / 2.0;
             const double offY = (line.y0 + line.y1 - size.height) / 2.0;
             const double distance = std::sqrt(offX * offX + offY * offY);

@@ -26,7 +26,7 @@ struct Plane {
 };
 
 // A line in image pixels.
-struct Segment {
+struct PixelLine {
     int x0 = 0, y0 = 0, x1 = 0, y1 = 0;
 };
 
@@ -37,7 +37,7 @@ public:
     void render(const Plane& plane, std::span<double> out);
     // A line inside the image through two nuclei of position 0 that also meets bright spots of the first
     // `channels` channels in the middle section; for a small image its diagonal.
-    Segment brightSegment(int channels);
+    PixelLine brightLine(int channels);
 
 private:
     using Image = std::vector<float>;  // fieldPixels squared
@@ -46,8 +46,8 @@ private:
         int cell = 0;
         double x = 0, y = 0, depth = 0, height = 0, mottle = 0; // microns but for the mottle
     };
-    Segment segmentAcrossNuclei();
-    double brightness(const Segment& line, int channels);
+    PixelLine lineAcrossNuclei();
+    double brightness(const PixelLine& line, int channels);
     const Specimen& specimen(int position);
     const std::vector<Image>& sections(int c, int t, int p);
     std::vector<Image> renderSections(int c, int t, int p);

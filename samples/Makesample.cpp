@@ -21,7 +21,7 @@ void describe(const sample::Options& o, const sample::FileSet& set, sample::Patt
         std::cout << "file " << file.path.string() << '\n';
     if (o.companion)
         std::cout << "companion " << set.companion.path.string() << '\n';
-    const sample::Segment line = pattern.segment();
+    const sample::PixelLine line = pattern.segment();
     std::cout << "segment " << line.x0 << ' ' << line.y0 << ' ' << line.x1 << ' ' << line.y1 << '\n';
 }
 

@@ -90,7 +90,7 @@ void addChannel(pugi::xml_node pixels, const Options& o, int image, int index)
 {
     const Channel& channel = channelTable[index];
     pugi::xml_node node = addWithId(pixels, "Channel", idOf("Channel", image, index));
-    const bool rgb = o.rgb != Rgb::No;
+    const bool rgb = o.rgb != RgbStorage::None;
     if (!o.noNames)
         node.append_attribute("Name") = rgb ? "Composite" : channel.name;
     node.append_attribute("SamplesPerPixel") = o.samplesPerPixel();
@@ -153,7 +153,7 @@ void addPixels(pugi::xml_node image, const Options& o, const FileSet& set, int p
     pixels.append_attribute("DimensionOrder") = o.order.c_str();
     pixels.append_attribute("Type") = omeNameOf(o.pixelType);
     pixels.append_attribute("BigEndian") = o.bigEndian;
-    pixels.append_attribute("Interleaved") = o.rgb == Rgb::Interleaved;
+    pixels.append_attribute("Interleaved") = o.rgb == RgbStorage::Interleaved;
     for (const auto& [name, value] : {std::pair{"SizeX", o.size.width},
                                       {"SizeY", o.size.height},
                                       {"SizeZ", o.size.sizeZ},
@@ -188,7 +188,7 @@ std::string omeXml(const Options& o, const FileSet& set, const OutputFile& own)
 {
     pugi::xml_document document;
     pugi::xml_node ome = addRoot(document, own);
-    ome.append_attribute("Creator") = "makesample 0.1.0";
+    ome.append_attribute("Creator") = programVersion;
     addInstrument(ome);
     for (int p = 0; p < o.positions; ++p) {
         pugi::xml_node image = addWithId(ome, "Image", idOf("Image", p));

@@ -157,9 +157,9 @@ void addLayoutOptions(CLI::App& app, Options& o, Choices& choices)
              "Square tiles of N pixels, a multiple of 16, instead of strips");
     addCount(app, "--pyramid", o.pyramidLevels, 0, 16, "Reduced levels in SubIFDs");
     app.add_flag_callback(
-        "--rgb", [&o] { o.rgb = Rgb::Interleaved; }, "Red, green, blue in one page");
+        "--rgb", [&o] { o.rgb = RgbStorage::Interleaved; }, "Red, green, blue in one page");
     app.add_flag_callback(
-        "--planar-rgb", [&o] { o.rgb = Rgb::Planar; }, "The same in separate planes");
+        "--planar-rgb", [&o] { o.rgb = RgbStorage::Planar; }, "The same in separate planes");
 }
 
 void addFileOptions(CLI::App& app, Options& o, Choices& choices)
@@ -211,12 +211,12 @@ void checkCompression(const Options& o)
                     (c.only == 8 && o.pixelType == PixelType::UInt8);
     require(ok, std::string("--compression ") + c.name + " needs " + c.refuses);
     if (c.scheme == COMPRESSION_WEBP)
-        require(o.rgb == Rgb::Interleaved, "--compression webp needs --rgb");
+        require(o.rgb == RgbStorage::Interleaved, "--compression webp needs --rgb");
 }
 
 void checkCombination(Options& o, bool channelsGiven)
 {
-    if (o.rgb != Rgb::No) {
+    if (o.rgb != RgbStorage::None) {
         require(!channelsGiven || o.channels == 3, "--rgb has three channels, leave out --channels");
         require(o.pixelType != PixelType::Bit, "--rgb does not go with bit pixels");
         require(o.split != Split::Channel, "--split channel does not go with --rgb");
@@ -241,7 +241,7 @@ void checkCombination(Options& o, bool channelsGiven)
         const bool known = o.pixelType == PixelType::UInt8 || o.pixelType == PixelType::UInt16 ||
                            o.pixelType == PixelType::Float;
         require(known, "--imagej takes uint8, uint16 or float pixels");
-        require(o.rgb == Rgb::No, "--imagej and --rgb exclude each other");
+        require(o.rgb == RgbStorage::None, "--imagej and --rgb exclude each other");
         o.order = "XYCZT";
     }
     require(!o.noTiffData || (o.split == Split::None && o.positions == 1),
@@ -261,12 +261,14 @@ const char* omeNameOf(PixelType type)
     return typeTable[static_cast<int>(type)].name;
 }
 
+const char* const programVersion = "makesample " PROJECT_VERSION;
+
 bool parseOptions(int argc, char** argv, Options& o)
 {
     CLI::App app{"Writes a made-up fluorescence image of cells, or test patterns, as a TIFF file.",
                  "makesample"};
     app.footer(footer);
-    app.set_version_flag("--version", "makesample 0.1.0");
+    app.set_version_flag("--version", programVersion);
     Choices choices;
     addImageOptions(app, o, choices);
     addLayoutOptions(app, o, choices);

@@ -14,7 +14,7 @@ enum class PixelType { Bit, UInt8, Int8, UInt16, Int16, UInt32, Int32, Float, Do
 enum class PatternKind { Field, Ramp, Planes };
 enum class Flavor { Ome, ImageJ, Plain };
 enum class Split { None, Channel, Z, Time, Position, Count };
-enum class Rgb { No, Interleaved, Planar };
+enum class RgbStorage { None, Interleaved, Planar };
 
 struct Named {
     const char* name;
@@ -38,7 +38,7 @@ struct Options {
     std::uint64_t seed = 10;
     PixelType pixelType = PixelType::UInt16;
     Flavor flavor = Flavor::Ome;
-    Rgb rgb = Rgb::No;
+    RgbStorage rgb = RgbStorage::None;
     std::string order = "XYCZT";
 
     bool bigEndian = false, bigTiff = false;
@@ -60,9 +60,12 @@ struct Options {
     const Named* timeUnit = nullptr;
     bool describe = false;
 
-    int samplesPerPixel() const { return rgb == Rgb::No ? 1 : 3; }
+    int samplesPerPixel() const { return rgb == RgbStorage::None ? 1 : 3; }
     int pagesPerSection() const { return channels / samplesPerPixel(); } // channels that have their own page
 };
+
+// The program and its version, as --version prints it and files name who wrote them.
+extern const char* const programVersion;
 
 // A wrong or impossible option: one sentence for the user.
 struct UsageError : std::runtime_error {

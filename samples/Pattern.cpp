@@ -75,7 +75,8 @@ std::vector<double> Pattern::values(const Plane& plane)
     std::vector<double> out(static_cast<std::size_t>(size.width) * size.height);
     if (options.pattern == PatternKind::Field) {
         Plane source = plane;
-        if (options.rgb != Rgb::No) // the colours of the first three channels are blue, green and red
+        if (options.rgb !=
+            RgbStorage::None) // the colours of the first three channels are blue, green and red
             source.c = 2 - plane.c;
         field.render(source, out);
         for (double& value : out)

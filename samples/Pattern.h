@@ -18,7 +18,7 @@ public:
     std::vector<double> values(const Plane& plane);
     // The same of a level of a pyramid: (width >> level) * (height >> level) values.
     std::vector<double> reduced(const std::vector<double>& full, int level) const;
-    Segment segment() { return field.brightSegment(options.channels); }
+    PixelLine segment() { return field.brightLine(options.channels); }
 
 private:
     const Options& options;

@@ -138,7 +138,7 @@ private:
     }
 
     int samplesPerPage() const { return options.samplesPerPixel(); }
-    bool interleaved() const { return options.rgb == Rgb::Interleaved; }
+    bool interleaved() const { return options.rgb == RgbStorage::Interleaved; }
     int samplesPerBlock() const { return interleaved() ? 3 : 1; }
 
     int sampleFormat() const
@@ -170,7 +170,7 @@ private:
 
     void setShape(const Level& level)
     {
-        const bool rgb = options.rgb != Rgb::No;
+        const bool rgb = options.rgb != RgbStorage::None;
         const int bits = bitsOf(options.pixelType), scheme = options.compression->scheme;
         set(TIFFTAG_IMAGEWIDTH, level.width);
         set(TIFFTAG_IMAGELENGTH, level.height);
@@ -178,7 +178,8 @@ private:
         set(TIFFTAG_SAMPLEFORMAT, sampleFormat());
         set(TIFFTAG_SAMPLESPERPIXEL, samplesPerPage());
         set(TIFFTAG_PHOTOMETRIC, rgb ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK);
-        set(TIFFTAG_PLANARCONFIG, options.rgb == Rgb::Planar ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
+        set(TIFFTAG_PLANARCONFIG,
+            options.rgb == RgbStorage::Planar ? PLANARCONFIG_SEPARATE : PLANARCONFIG_CONTIG);
         set(TIFFTAG_COMPRESSION, scheme);
         if (predictor() != PREDICTOR_NONE)
             set(TIFFTAG_PREDICTOR, predictor());
@@ -206,7 +207,7 @@ private:
         if (first && !description.empty())
             set(TIFFTAG_IMAGEDESCRIPTION, description.c_str());
         if (first)
-            set(TIFFTAG_SOFTWARE, "makesample 0.1.0");
+            set(TIFFTAG_SOFTWARE, programVersion);
         if (options.noCalibration || options.flavor == Flavor::Plain)
             return;
         // ImageJ wants pixels per micron; TIFF itself knows centimetres.

@@ -47,24 +47,24 @@ void prepareDefaults()
     exportFirstUse = 0;
 }
 
-int choosePath()
+bool choosePath()
 {
     WMSetGetFileSrc("ZVE_DEF_DIR:", "SYLK_EXT:");
     WMSetCenterOnScreen(1);
     return WMInlineFileChooser("Save as SYLK Spreadsheet", exportDirectory, exportFilter, pathCapacity, 12,
-                               exportDefaultName, exportPath, 0, 0, 0);
+                               exportDefaultName, exportPath, 0, 0, 0) != 0;
 }
 
-// An existing file is removed once the user agrees. 0 when the user declines.
-int makeWay()
+// Removes an existing file once the user agrees. False when the user declines.
+bool makeWay()
 {
     if (access(exportPath, F_OK) != 0)
-        return 1;
+        return true;
     WMSetCenterOnScreen(1);
     if (!WMConfirm("File already exists.\nDo you want to Overwrite it?"))
-        return 0;
+        return false;
     unlink(exportPath);
-    return 1;
+    return true;
 }
 
 } // namespace

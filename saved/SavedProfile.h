@@ -13,7 +13,7 @@ struct FloatPair {
 };
 
 struct SavedProfile {
-    char* imageName;                   // path of the image file, "unknown" when it could not be told
+    char* imageName;                   // path of the image file, "unknown" when the window gives none
     char savedAt[32];                  // local time in the form of ctime, without the line feed
     SegmentPoint segmentCopy[2];       // start and end; x, y, z are stage positions, microns
     int32_t sampleCount;               // samples per channel
@@ -22,7 +22,7 @@ struct SavedProfile {
     FloatPair* micronPoints;           // their stage positions, microns
     float angle;                       // of the segment on the stage, degrees
     float segmentLength;               // in the stage's xy plane, microns
-    float knownBias;                   // of the detector; 0 when the file does not tell
+    float knownBias;                   // of the detector; 0 when the file has none
     int32_t channelCount;              // 0 to maxChannels
     int32_t channelWaves[maxChannels]; // wavelengths of the displayed channels, nanometres, truncated
     int32_t zSection;                  // 1-based

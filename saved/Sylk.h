@@ -10,5 +10,5 @@
 // Writes count profiles, in order, as blocks one under another: image name, time, a row of headers, a row of
 // values, an empty row, the channels' and coordinates' headers, a row per sample, an empty row. showFwhm adds
 // the column "Peak FWHM", which the bounds record leaves out. Names are written as they are, without escapes.
-// Errors of the file are not looked at.
+// Write errors are not reported.
 void writeSylk(FILE* file, SavedProfile* const* profiles, int count, int showFwhm);

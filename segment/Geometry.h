@@ -2,6 +2,9 @@
 // Length and direction of a segment in the stage plane. Pure arithmetic.
 #pragma once
 
+// In the texts of lengths, which are ISO 8859-1.
+constexpr int microSign = 0xB5;
+
 // dx, dy: difference end minus start of the stage positions, microns.
 // Length in microns, computed in double and rounded to float.
 float stageLength(float dx, float dy);

@@ -25,8 +25,6 @@ SegmentPlot segmentPlot;
 
 namespace {
 
-constexpr int microSign = 0xB5; // ISO 8859-1
-
 // Drawing attributes of the overlays: width, dash and annotation colour.
 constexpr int overlayWidth = 2, overlaySolid = 0, overlayColor = 7;
 
@@ -42,15 +40,15 @@ struct PanelBinding {
     float z0, z1;
 };
 
-int locate(XEvent* event, ImagePosition* position)
+bool locate(XEvent* event, ImagePosition* position)
 {
     int window = 0;
     return IWGetButPressInfo(event, &window, &position->x, &position->y, &position->z,
-                             &position->panel.subPanel, &position->panel.panel);
+                             &position->panel.subPanel, &position->panel.panel) != 0;
 }
 
-// Non-zero in a display of several panels; style receives what they differ in.
-int multiPanel(int* style)
+// True in a display of several panels; style receives what they differ in.
+bool multiPanel(int* style)
 {
     int columns = 1, rows = 1;
     IWRtMulDis(imageSlot, &columns, &rows);
@@ -78,7 +76,7 @@ int32_t addStartMarker(const ImagePosition& at)
     return IWGrAddPt5D(imageSlot, -1, binding.panel, overlayWidth, overlayColor, at.x, at.y, binding.z0);
 }
 
-int32_t addLine(const SegmentPoint& from, const ImagePosition& to, int multi, int style)
+int32_t addLine(const SegmentPoint& from, const ImagePosition& to, bool multi, int style)
 {
     if (!multi)
         return IWGrAddLn2D(imageSlot, overlayWidth, overlaySolid, overlayColor, from.x, from.y, to.x, to.y);
@@ -90,20 +88,20 @@ int32_t addLine(const SegmentPoint& from, const ImagePosition& to, int multi, in
 // lineId keeps the removed id: the first motion removes it once more, which the image window ignores.
 void removePreviousOverlays()
 {
-    int removed = 0;
+    bool removed = false;
     if (segment.start.markerId > 0) {
         IWGrRmGrID(imageSlot, segment.start.markerId);
-        removed = 1;
+        removed = true;
     }
     if (segment.lineId > 0) {
         IWGrRmGrID(imageSlot, segment.lineId);
-        removed = 1;
+        removed = true;
     }
     if (removed)
         IWDisplay(imageSlot);
 }
 
-int insideImage(const ImagePosition& position)
+bool insideImage(const ImagePosition& position)
 {
     int nx = 0, ny = 0;
     IMRtXY(imageSlot, &nx, &ny);
@@ -138,19 +136,19 @@ int segmentPress(XEvent* event, void*)
 
 namespace {
 
-// Motion goes on outside the window while the button is held: pin such positions to its edge. 0 when the
-// window is gone.
-int clampToWindow(XMotionEvent* motion)
+// Motion goes on outside the window while the button is held: pin such positions to its edge. False
+// when the window is gone.
+bool clampToWindow(XMotionEvent* motion)
 {
     Window root = None;
     int x = 0, y = 0;
     unsigned width = 0, height = 0, border = 0, depth = 0;
     if (!XGetGeometry(XtDisplay(segmentPlot.plotArea), motion->window, &root, &x, &y, &width, &height,
                       &border, &depth))
-        return 0;
+        return false;
     motion->x = std::max(0, std::min(motion->x, static_cast<int>(width) - 1));
     motion->y = std::max(0, std::min(motion->y, static_cast<int>(height) - 1));
-    return 1;
+    return true;
 }
 
 void clampToImage(ImagePosition* position)
@@ -161,7 +159,7 @@ void clampToImage(ImagePosition* position)
     position->y = std::max(std::min(position->y, static_cast<float>(ny - 1)), 0.0f);
 }
 
-int onStartPanel(const ImagePosition& position)
+bool onStartPanel(const ImagePosition& position)
 {
     return position.z == segment.start.z && position.panel.panel == startPanel.panel &&
            position.panel.subPanel == startPanel.subPanel;
@@ -176,7 +174,7 @@ void constrain(ImagePosition* position, unsigned modifiers)
         position->y = segment.start.y;
 }
 
-void extendSegment(const ImagePosition& to, int multi, int style)
+void extendSegment(const ImagePosition& to, bool multi, int style)
 {
     if (segment.lineId != 0)
         IWGrRmGrID(imageSlot, segment.lineId);
@@ -232,7 +230,7 @@ int segmentMotion(XEvent* event, void*)
         return 0; // NOLINT(clang-analyzer-unix.Malloc)
     clampToImage(&to);
     int style = 0;
-    int multi = multiPanel(&style);
+    const bool multi = multiPanel(&style);
     if (multi && !onStartPanel(to))
         return 0; // NOLINT(clang-analyzer-unix.Malloc)
     if (dragging != 1) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The line that the user drags in the attached image window, along which the profile is taken. One instance,
-// owned by the handlers in handlers.cpp, which alone change it (start-up clears the two graphics ids); the
+// owned by the handlers in Handlers.cpp, which alone change it (start-up clears the two graphics ids); the
 // profile and the saved profiles read it. Coordinates are data coordinates: image pixels, (0, 0) the top left
 // corner, y down.
 #pragma once

@@ -1,52 +1,36 @@
 // SPDX-License-Identifier: MIT
-// The parts of class records that all classes of the set fill alike. Each class sets what it does
-// differently.
+// The class records of the set, and what its classes do alike. For the set's own files and for subclasses.
 #pragma once
 
-#include "gauge/ResourceRows.h"
+#include "gauge/ClassParts.h"
 
 #include <Xm/ManagerP.h>
 #include <Xm/PrimitiveP.h>
 
-#include <memory>
 #include <span>
-#include <string>
+
+// The set's own part of each class record; it holds nothing yet.
+struct KvClassPart {
+    XtPointer extension = nullptr;
+};
+
+// Of a class directly below XmPrimitive.
+struct KvPrimitiveClassRec {
+    CoreClassPart core_class;
+    XmPrimitiveClassPart primitive_class;
+    KvClassPart kv_class;
+};
+
+// Of a class directly below XmManager.
+struct KvManagerClassRec {
+    CoreClassPart core_class;
+    CompositeClassPart composite_class;
+    ConstraintClassPart constraint_class;
+    XmManagerClassPart manager_class;
+    KvClassPart kv_class;
+};
 
 namespace widgets {
-
-inline CoreClassPart corePart(WidgetClass superclass, const char* name, Cardinal recordSize,
-                              std::span<XtResource> resources)
-{
-    CoreClassPart part{};
-    part.superclass = superclass;
-    part.class_name = const_cast<char*>(name);
-    part.widget_size = recordSize;
-    part.realize = XtInheritRealize;
-    part.resources = resources.data();
-    part.num_resources = static_cast<Cardinal>(resources.size());
-    part.xrm_class = NULLQUARK;
-    part.compress_motion = True;
-    part.compress_exposure = XtExposeCompressMaximal;
-    part.compress_enterleave = True;
-    part.resize = XtInheritResize;
-    part.expose = XtInheritExpose;
-    part.set_values_almost = XtInheritSetValuesAlmost;
-    part.version = XtVersion;
-    part.tm_table = XtInheritTranslations;
-    part.query_geometry = XtInheritQueryGeometry;
-    return part;
-}
-
-inline XmPrimitiveClassPart primitivePart()
-{
-    return {.border_highlight = XmInheritBorderHighlight,
-            .border_unhighlight = XmInheritBorderUnhighlight,
-            .translations = XtInheritTranslations,
-            .arm_and_activate = nullptr,
-            .syn_resources = nullptr,
-            .num_syn_resources = 0,
-            .extension = nullptr};
-}
 
 inline CompositeClassPart compositePart(XtGeometryHandler geometryManager, XtWidgetProc changeManaged)
 {
@@ -57,14 +41,23 @@ inline CompositeClassPart compositePart(XtGeometryHandler geometryManager, XtWid
             .extension = nullptr};
 }
 
-inline ConstraintClassPart constraintPart(std::span<XtResource> resources, Cardinal recordSize)
+// What a manager keeps for each child.
+struct ConstraintMethods {
+    std::span<XtResource> resources = {};
+    Cardinal recordSize = sizeof(XmManagerConstraintRec);
+    XtInitProc initialize = nullptr;
+    XtWidgetProc destroy = nullptr;
+    XtSetValuesFunc setValues = nullptr;
+};
+
+inline ConstraintClassPart constraintPart(const ConstraintMethods& methods)
 {
-    return {.resources = resources.data(),
-            .num_resources = static_cast<Cardinal>(resources.size()),
-            .constraint_size = recordSize,
-            .initialize = nullptr,
-            .destroy = nullptr,
-            .set_values = nullptr,
+    return {.resources = methods.resources.data(),
+            .num_resources = static_cast<Cardinal>(methods.resources.size()),
+            .constraint_size = methods.recordSize,
+            .initialize = methods.initialize,
+            .destroy = methods.destroy,
+            .set_values = methods.setValues,
             .extension = nullptr};
 }
 
@@ -79,9 +72,38 @@ inline XmManagerClassPart managerPart()
             .extension = nullptr};
 }
 
+inline KvPrimitiveClassRec primitiveClass(const char* name, Cardinal recordSize,
+                                          std::span<XtResource> resources, const ClassMethods& methods)
+{
+    return {.core_class = corePart(reinterpret_cast<WidgetClass>(&xmPrimitiveClassRec), name, recordSize,
+                                   resources, methods),
+            .primitive_class = primitivePart(),
+            .kv_class = {}};
+}
+
+inline KvManagerClassRec managerClass(const char* name, Cardinal recordSize, std::span<XtResource> resources,
+                                      const ClassMethods& methods, const CompositeClassPart& composite,
+                                      const ConstraintMethods& constraint)
+{
+    return {.core_class = corePart(reinterpret_cast<WidgetClass>(&xmManagerClassRec), name, recordSize,
+                                   resources, methods),
+            .composite_class = composite,
+            .constraint_class = constraintPart(constraint),
+            .manager_class = managerPart(),
+            .kv_class = {}};
+}
+
 inline XtResource textRow(const char* name, const char* className, Cardinal offset)
 {
     return pointerRow(name, className, XmRString, offset);
+}
+
+// The default of a colour of a primitive: its highlightColor.
+inline void highlightColor(Widget widget, int, XrmValue* value)
+{
+    value->size = sizeof(Pixel);
+    value->addr =
+        reinterpret_cast<XPointer>(&reinterpret_cast<XmPrimitiveWidget>(widget)->primitive.highlight_color);
 }
 
 // Calls a callback list with a record that starts with reason and event.

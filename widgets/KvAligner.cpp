@@ -55,7 +55,7 @@ struct Cell {
     std::optional<int> baseline; // from its top, none for what has no text
 };
 
-// Motif computes a baseline from the present size, so that the child gets the wanted height first.
+// Motif computes a baseline from the present size, so the child gets the wanted height first.
 std::optional<int> baselineOf(Widget child, Size size, Widget asking)
 {
     widgets::configure(child, child->core.x, child->core.y, {child->core.width, size.height}, asking);
@@ -86,7 +86,8 @@ std::vector<Cell> cellsOf(Widget aligner, Widget asking)
     return cells;
 }
 
-// Widths of the columns: the widest child of one column, then what those over several columns still need.
+// Each column is as wide as its widest child. A child over several columns widens the last of them where it
+// needs more.
 std::vector<int> columnWidths(const KvAlignerRec* aligner, const std::vector<Cell>& cells)
 {
     std::vector<int> widths(static_cast<std::size_t>(std::max(1, aligner->kv.columns)));
@@ -142,7 +143,8 @@ Size preferredSize(Widget widget, Widget asking)
     return size;
 }
 
-// Shares what is to spare evenly among the columns that may grow; the last of them takes the rest.
+// Shares the width that is left evenly among the columns that may grow; what does not divide goes to the
+// last.
 void grow(const KvAlignerRec* aligner, const std::vector<Cell>& cells, std::vector<int>& widths)
 {
     std::vector<int> growing;
@@ -192,31 +194,7 @@ void layOut(Widget widget, Widget asking)
     }
 }
 
-void changeManaged(Widget widget)
-{
-    widgets::askForSize(widget, preferredSize(widget, nullptr));
-    layOut(widget, nullptr);
-    XmeNavigChangeManaged(widget);
-}
-
-XtGeometryResult manageGeometry(Widget child, XtWidgetGeometry* request, XtWidgetGeometry*)
-{
-    if (request->request_mode & XtCWQueryOnly)
-        return XtGeometryYes;
-    widgets::askForSize(XtParent(child), preferredSize(XtParent(child), child));
-    layOut(XtParent(child), child);
-    return XtGeometryYes;
-}
-
-XtGeometryResult queryGeometry(Widget widget, XtWidgetGeometry* request, XtWidgetGeometry* reply)
-{
-    return widgets::replyWithSize(widget, request, reply, preferredSize(widget, nullptr));
-}
-
-void resize(Widget widget)
-{
-    layOut(widget, nullptr);
-}
+using Arrangement = widgets::Arrangement<preferredSize, layOut>;
 
 void expose(Widget widget, XEvent* event, Region region)
 {
@@ -239,33 +217,16 @@ Boolean setChildValues(Widget oldChild, Widget, Widget child, ArgList, Cardinal*
     return False;
 }
 
-CoreClassPart core()
-{
-    CoreClassPart part = widgets::corePart(reinterpret_cast<WidgetClass>(&xmManagerClassRec), "XmKvAligner",
-                                           sizeof(KvAlignerRec), resources);
-    part.resize = resize;
-    part.expose = expose;
-    part.set_values = setValues;
-    part.query_geometry = queryGeometry;
-    return part;
-}
-
-ConstraintClassPart constraint()
-{
-    ConstraintClassPart part = widgets::constraintPart(constraints, sizeof(KvAlignerConstraintRec));
-    part.set_values = setChildValues;
-    return part;
-}
-
 } // namespace
 
-KvAlignerClassRec kvAlignerClassRec = {
-    .core_class = core(),
-    .composite_class = widgets::compositePart(manageGeometry, changeManaged),
-    .constraint_class = constraint(),
-    .manager_class = widgets::managerPart(),
-    .kv_class = {.extension = nullptr},
-};
+KvManagerClassRec kvAlignerClassRec = widgets::managerClass(
+    "XmKvAligner", sizeof(KvAlignerRec), resources,
+    {.resize = Arrangement::resize,
+     .expose = expose,
+     .setValues = setValues,
+     .queryGeometry = Arrangement::queryGeometry},
+    Arrangement::composite(),
+    {.resources = constraints, .recordSize = sizeof(KvAlignerConstraintRec), .setValues = setChildValues});
 
 WidgetClass xmKvAlignerWidgetClass = reinterpret_cast<WidgetClass>(&kvAlignerClassRec);
 

@@ -1,22 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Instance, constraint and class records of the aligner, for its own file and for subclasses.
+// Instance and constraint records of the aligner, for its own file and for subclasses.
 #pragma once
 
+#include "widgets/ClassRecord.h"
 #include "widgets/KvAligner.h"
-
-#include <Xm/ManagerP.h>
-
-struct KvAlignerClassPart {
-    XtPointer extension;
-};
-
-struct KvAlignerClassRec {
-    CoreClassPart core_class;
-    CompositeClassPart composite_class;
-    ConstraintClassPart constraint_class;
-    XmManagerClassPart manager_class;
-    KvAlignerClassPart kv_class;
-};
 
 struct KvAlignerPart {
     int columns;
@@ -42,4 +29,4 @@ struct KvAlignerConstraintRec {
     KvAlignerConstraintPart kv;
 };
 
-extern KvAlignerClassRec kvAlignerClassRec;
+extern KvManagerClassRec kvAlignerClassRec;

@@ -72,31 +72,17 @@ Boolean setValues(Widget old, Widget, Widget widget, ArgList, Cardinal*)
     return False;
 }
 
-CoreClassPart core()
-{
-    CoreClassPart part = widgets::corePart(reinterpret_cast<WidgetClass>(&xmComboBoxClassRec), "XmKvComboBox",
-                                           sizeof(KvComboBoxRec), resources);
-    part.initialize = initialize;
-    part.destroy = destroy;
-    part.set_values = setValues;
-    return part;
-}
-
 } // namespace
 
 KvComboBoxClassRec kvComboBoxClassRec = {
-    .core_class = core(),
+    .core_class =
+        corePart(reinterpret_cast<WidgetClass>(&xmComboBoxClassRec), "XmKvComboBox", sizeof(KvComboBoxRec),
+                 resources, {.initialize = initialize, .destroy = destroy, .setValues = setValues}),
     .composite_class = widgets::compositePart(XtInheritGeometryManager, XtInheritChangeManaged),
-    .constraint_class = {.resources = nullptr,
-                         .num_resources = 0,
-                         .constraint_size = sizeof(XmManagerConstraintRec),
-                         .initialize = nullptr,
-                         .destroy = nullptr,
-                         .set_values = nullptr,
-                         .extension = nullptr},
+    .constraint_class = widgets::constraintPart({}),
     .manager_class = widgets::managerPart(),
     .combo_box_class = {.extension = nullptr},
-    .kv_class = {.extension = nullptr},
+    .kv_class = {},
 };
 
 WidgetClass xmKvComboBoxWidgetClass = reinterpret_cast<WidgetClass>(&kvComboBoxClassRec);

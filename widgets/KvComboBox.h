@@ -3,7 +3,7 @@
  * and callbacks are XmComboBox's.
  *
  *  resource           type           default            meaning
- *  XmNkvItems         String         NULL               the items, parted by '|': "Left|Right"; setting it
+ *  XmNkvItems         String         NULL               the items, separated by '|': "Left|Right"; setting it
  *                                                       replaces all and selects the first
  *  XmNcomboBoxType    unsigned char  XmDROP_DOWN_LIST
  *  XmNpositionMode    XtEnum         XmZERO_BASED

@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Instance and class records of the combo box, for its own file and for subclasses.
+// Instance records of the combo box, for its own file and for subclasses.
 #pragma once
 
+#include "widgets/ClassRecord.h"
 #include "widgets/KvComboBox.h"
 
 #include <Xm/ComboBoxP.h>
-#include <Xm/ManagerP.h>
-
-struct KvComboBoxClassPart {
-    XtPointer extension;
-};
 
 struct KvComboBoxClassRec {
     CoreClassPart core_class;
@@ -17,7 +13,7 @@ struct KvComboBoxClassRec {
     ConstraintClassPart constraint_class;
     XmManagerClassPart manager_class;
     XmComboBoxClassPart combo_box_class;
-    KvComboBoxClassPart kv_class;
+    KvClassPart kv_class;
 };
 
 struct KvComboBoxPart {

@@ -17,12 +17,6 @@ using widgets::asOutliner;
 using widgets::OutlinerState;
 using widgets::stateOf;
 
-void highlightColor(Widget widget, int, XrmValue* value)
-{
-    value->size = sizeof(Pixel);
-    value->addr = reinterpret_cast<XPointer>(&asOutliner(widget)->primitive.highlight_color);
-}
-
 #define OUTLINER_FIELD(name) XtOffsetOf(KvOutlinerRec, kv.name)
 
 XtResource resources[] = {
@@ -33,7 +27,7 @@ XtResource resources[] = {
     intRow(XmNkvSelectedRow, "KvSelectedRow", OUTLINER_FIELD(selectedRow), -1),
     intRow(XmNkvVisibleRows, "KvVisibleRows", OUTLINER_FIELD(visibleRows), 10),
     computedRow(XmNkvSelectColor, "KvSelectColor", XmRPixel, sizeof(Pixel), OUTLINER_FIELD(selectColor),
-                highlightColor),
+                widgets::highlightColor),
     pointerRow(XmNrenderTable, XmCRenderTable, XmRRenderTable, OUTLINER_FIELD(renderTable)),
     callbackRow(XmNkvSelectCallback, OUTLINER_FIELD(selectCallback)),
     callbackRow(XmNdefaultActionCallback, OUTLINER_FIELD(defaultActionCallback)),
@@ -101,6 +95,7 @@ void destroy(Widget widget)
 
 void expose(Widget widget, XEvent* event, Region region)
 {
+    widgets::keepInSight(widget);
     widgets::drawOutliner(widget);
     widgets::drawFocus(widget, event, region);
 }
@@ -113,10 +108,7 @@ void resize(Widget widget)
 Boolean setValues(Widget oldWidget, Widget, Widget widget, ArgList, Cardinal*)
 {
     KvOutlinerPart &now = asOutliner(widget)->kv, &old = asOutliner(oldWidget)->kv;
-    if (now.renderTable != old.renderTable) {
-        now.renderTable = widgets::ownRenderTable(widget, now.renderTable);
-        XmRenderTableFree(old.renderTable);
-    }
+    widgets::takeRenderTable(widget, now.renderTable, old.renderTable);
     if (widgets::takeText(now.headings, old.headings))
         takeHeadings(widget);
     if (widgets::takeText(now.search, old.search))
@@ -132,21 +124,6 @@ Boolean setValues(Widget oldWidget, Widget, Widget widget, ArgList, Cardinal*)
 const std::string translations =
     std::string(widgets::outlinerPointerTranslations) + widgets::primitiveTranslations;
 
-CoreClassPart core()
-{
-    CoreClassPart part = widgets::corePart(reinterpret_cast<WidgetClass>(&xmPrimitiveClassRec),
-                                           "XmKvOutliner", sizeof(KvOutlinerRec), resources);
-    part.initialize = initialize;
-    part.destroy = destroy;
-    part.resize = resize;
-    part.expose = expose;
-    part.set_values = setValues;
-    part.actions = widgets::outlinerActions;
-    part.num_actions = widgets::outlinerActionCount;
-    part.tm_table = const_cast<char*>(translations.c_str());
-    return part;
-}
-
 // One drawing for any number of changes before the next event.
 void showChange(Widget widget)
 {
@@ -158,11 +135,17 @@ void showChange(Widget widget)
 
 namespace widgets {
 
-void scrollTo(Widget widget, int first)
+void keepInSight(Widget widget)
 {
     OutlinerState& state = stateOf(widget);
     const int count = static_cast<int>(state.rows.shown().size());
-    state.first = std::clamp(first, 0, std::max(0, count - outlinerLayout(widget).rowsInSight));
+    state.first = std::clamp(state.first, 0, std::max(0, count - outlinerLayout(widget).rowsInSight));
+}
+
+void scrollTo(Widget widget, int first)
+{
+    stateOf(widget).first = first;
+    keepInSight(widget);
     redraw(widget);
 }
 
@@ -183,11 +166,15 @@ void takeSorting(Widget widget)
 
 } // namespace widgets
 
-KvOutlinerClassRec kvOutlinerClassRec = {
-    .core_class = core(),
-    .primitive_class = widgets::primitivePart(),
-    .kv_class = {.extension = nullptr},
-};
+KvPrimitiveClassRec kvOutlinerClassRec =
+    widgets::primitiveClass("XmKvOutliner", sizeof(KvOutlinerRec), resources,
+                            {.initialize = initialize,
+                             .destroy = destroy,
+                             .resize = resize,
+                             .expose = expose,
+                             .setValues = setValues,
+                             .actions = {widgets::outlinerActions, widgets::outlinerActionCount},
+                             .translations = translations.c_str()});
 
 WidgetClass xmKvOutlinerWidgetClass = reinterpret_cast<WidgetClass>(&kvOutlinerClassRec);
 
@@ -222,7 +209,7 @@ void XmKvOutlinerSetCell(Widget outliner, int row, int column, const char* text)
 void XmKvOutlinerSetOpen(Widget outliner, int row, Boolean open)
 {
     stateOf(outliner).rows.setOpen(row, open);
-    widgets::scrollTo(outliner, stateOf(outliner).first);
+    showChange(outliner);
 }
 
 char* XmKvOutlinerCell(Widget outliner, int row, int column)

@@ -4,7 +4,7 @@
  * dragged to resize columns. Only what is in sight is drawn, so that ten thousand rows cost little.
  *
  *  resource                  type            default   meaning
- *  XmNkvHeadings             String          NULL      of the columns, parted by '|': "Name|Size|Date"
+ *  XmNkvHeadings             String          NULL      of the columns, separated by '|': "Name|Size|Date"
  *  XmNkvSortColumn           int             -1        0 the first column; -1: in the order of addition
  *  XmNkvSortDescending       Boolean         False
  *  XmNkvSearch               String          NULL      shows only rows with a cell that holds this text, in
@@ -57,7 +57,7 @@ void XmKvOutlinerSetCell(Widget outliner, int row, int column, const char* text)
 void XmKvOutlinerSetOpen(Widget outliner, int row, Boolean open);
 /* The cell's text, to be freed with XtFree; NULL where there is no such row. */
 char* XmKvOutlinerCell(Widget outliner, int row, int column);
-/* How many rows are to be seen by scrolling. */
+/* How many rows can be scrolled into sight: their parents are open, and they match the search. */
 int XmKvOutlinerShownCount(Widget outliner);
 
 #ifdef __cplusplus

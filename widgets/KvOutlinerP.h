@@ -1,24 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Instance and class records of the outliner, its geometry, and what its files ask of each other.
+// Instance records of the outliner, its geometry, and what its files ask of each other.
 #pragma once
 
+#include "widgets/ClassRecord.h"
 #include "widgets/KvOutliner.h"
 #include "widgets/OutlineRows.h"
 
-#include <Xm/PrimitiveP.h>
-
 #include <string>
 #include <vector>
-
-struct KvOutlinerClassPart {
-    XtPointer extension;
-};
-
-struct KvOutlinerClassRec {
-    CoreClassPart core_class;
-    XmPrimitiveClassPart primitive_class;
-    KvOutlinerClassPart kv_class;
-};
 
 namespace widgets {
 
@@ -59,7 +48,7 @@ struct KvOutlinerRec {
     KvOutlinerPart kv;
 };
 
-extern KvOutlinerClassRec kvOutlinerClassRec;
+extern KvPrimitiveClassRec kvOutlinerClassRec;
 
 namespace widgets {
 
@@ -99,9 +88,11 @@ int columnLeft(Widget widget, const OutlinerLayout& layout, int column);
 
 void drawOutliner(Widget widget);
 
-// Keeps the first row within its limits and draws anew.
+// Keeps the first row within its limits.
+void keepInSight(Widget widget);
+// Makes a place the topmost in sight, as far as there are rows, and redraws.
 void scrollTo(Widget widget, int first);
-// Selects a row, brings it in sight and tells it.
+// Selects a row, scrolls it into sight and calls the selectCallback.
 void selectRow(Widget widget, int row, XEvent* event);
 void takeSorting(Widget widget);
 

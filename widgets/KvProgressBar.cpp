@@ -21,12 +21,6 @@ KvProgressBarRec* asBar(Widget widget)
     return reinterpret_cast<KvProgressBarRec*>(widget);
 }
 
-void highlightColor(Widget widget, int, XrmValue* value)
-{
-    value->size = sizeof(Pixel);
-    value->addr = reinterpret_cast<XPointer>(&asBar(widget)->primitive.highlight_color);
-}
-
 #define BAR_FIELD(name) XtOffsetOf(KvProgressBarRec, kv.name)
 
 XtResource resources[] = {
@@ -36,7 +30,8 @@ XtResource resources[] = {
     flagRow(XmNkvCancelable, "KvCancelable", BAR_FIELD(cancelable), false),
     widgets::textRow(XmNkvText, "KvText", BAR_FIELD(text)),
     pointerRow(XmNrenderTable, XmCRenderTable, XmRRenderTable, BAR_FIELD(renderTable)),
-    computedRow(XmNkvBarColor, "KvBarColor", XmRPixel, sizeof(Pixel), BAR_FIELD(barColor), highlightColor),
+    computedRow(XmNkvBarColor, "KvBarColor", XmRPixel, sizeof(Pixel), BAR_FIELD(barColor),
+                widgets::highlightColor),
     callbackRow(XmNkvCancelCallback, BAR_FIELD(cancelCallback)),
 };
 
@@ -202,20 +197,15 @@ void destroy(Widget widget)
 
 Boolean setValues(Widget oldWidget, Widget, Widget widget, ArgList, Cardinal*)
 {
-    KvProgressBarRec* bar = asBar(widget);
-    KvProgressBarRec* old = asBar(oldWidget);
-    takeLimits(bar->kv);
-    bool changed = widgets::takeText(bar->kv.text, old->kv.text);
-    if (bar->kv.renderTable != old->kv.renderTable) {
-        bar->kv.renderTable = widgets::ownRenderTable(widget, bar->kv.renderTable);
-        XmRenderTableFree(old->kv.renderTable);
-        changed = true;
-    }
-    bar->primitive.traversal_on = bar->kv.cancelable;
-    followBusy(bar);
-    return changed || bar->kv.value != old->kv.value || bar->kv.maximum != old->kv.maximum ||
-           bar->kv.busy != old->kv.busy || bar->kv.cancelable != old->kv.cancelable ||
-           bar->kv.barColor != old->kv.barColor || XtIsSensitive(widget) != XtIsSensitive(oldWidget);
+    KvProgressBarPart &now = asBar(widget)->kv, &old = asBar(oldWidget)->kv;
+    takeLimits(now);
+    const bool otherText = widgets::takeText(now.text, old.text);
+    const bool otherFont = widgets::takeRenderTable(widget, now.renderTable, old.renderTable);
+    asBar(widget)->primitive.traversal_on = now.cancelable;
+    followBusy(asBar(widget));
+    return otherText || otherFont || now.value != old.value || now.maximum != old.maximum ||
+           now.busy != old.busy || now.cancelable != old.cancelable || now.barColor != old.barColor ||
+           XtIsSensitive(widget) != XtIsSensitive(oldWidget);
 }
 
 bool onCross(Widget widget, XEvent* event)
@@ -247,35 +237,23 @@ void release(Widget widget, XEvent* event, String* words, Cardinal* count)
         cancel(widget, event, words, count);
 }
 
-XtActionsRec actions[] = {{const_cast<char*>("KvProgressPress"), press},
-                          {const_cast<char*>("KvProgressRelease"), release},
-                          {const_cast<char*>("KvProgressCancel"), cancel}};
+XtActionsRec actions[] = {
+    {"KvProgressPress", press}, {"KvProgressRelease", release}, {"KvProgressCancel", cancel}};
 
 const std::string translations = std::string("<Btn1Down>: KvProgressPress()\n"
                                              "<Btn1Up>: KvProgressRelease()\n") +
                                  widgets::primitiveTranslations;
 
-CoreClassPart core()
-{
-    CoreClassPart part = widgets::corePart(reinterpret_cast<WidgetClass>(&xmPrimitiveClassRec),
-                                           "XmKvProgressBar", sizeof(KvProgressBarRec), resources);
-    part.initialize = initialize;
-    part.destroy = destroy;
-    part.expose = expose;
-    part.set_values = setValues;
-    part.actions = actions;
-    part.num_actions = XtNumber(actions);
-    part.tm_table = const_cast<char*>(translations.c_str());
-    return part;
-}
-
 } // namespace
 
-KvProgressBarClassRec kvProgressBarClassRec = {
-    .core_class = core(),
-    .primitive_class = widgets::primitivePart(),
-    .kv_class = {.extension = nullptr},
-};
+KvPrimitiveClassRec kvProgressBarClassRec =
+    widgets::primitiveClass("XmKvProgressBar", sizeof(KvProgressBarRec), resources,
+                            {.initialize = initialize,
+                             .destroy = destroy,
+                             .expose = expose,
+                             .setValues = setValues,
+                             .actions = actions,
+                             .translations = translations.c_str()});
 
 WidgetClass xmKvProgressBarWidgetClass = reinterpret_cast<WidgetClass>(&kvProgressBarClassRec);
 

@@ -1,20 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Instance and class records of the progress bar, for its own file and for subclasses.
+// Instance records of the progress bar, for its own file and for subclasses.
 #pragma once
 
+#include "widgets/ClassRecord.h"
 #include "widgets/KvProgressBar.h"
-
-#include <Xm/PrimitiveP.h>
-
-struct KvProgressBarClassPart {
-    XtPointer extension;
-};
-
-struct KvProgressBarClassRec {
-    CoreClassPart core_class;
-    XmPrimitiveClassPart primitive_class;
-    KvProgressBarClassPart kv_class;
-};
 
 struct KvProgressBarPart {
     int value, maximum;
@@ -35,4 +24,4 @@ struct KvProgressBarRec {
     KvProgressBarPart kv;
 };
 
-extern KvProgressBarClassRec kvProgressBarClassRec;
+extern KvPrimitiveClassRec kvProgressBarClassRec;

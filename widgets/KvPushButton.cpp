@@ -31,7 +31,8 @@ void takeColor(Widget widget, GC& gc, Pixel& field, Pixel color)
     gc = XtGetGC(widget, GCForeground, &values);
 }
 
-// A shadow in the colour of the background is none: every way in which XmPushButton draws it stays right.
+// Hides the shadow by giving it the colour of the background: XmPushButton draws it from several places, and
+// the colour reaches them all.
 void dressShadow(KvPushButtonRec* button)
 {
     const Widget widget = reinterpret_cast<Widget>(button);
@@ -119,19 +120,9 @@ void destroy(Widget widget)
     freeFaded(asButton(widget));
 }
 
-CoreClassPart core()
-{
-    CoreClassPart part = widgets::corePart(reinterpret_cast<WidgetClass>(&xmPushButtonClassRec),
-                                           "XmKvPushButton", sizeof(KvPushButtonRec), resources);
-    part.initialize = initialize;
-    part.destroy = destroy;
-    part.set_values = setValues;
-    return part;
-}
-
 XmPrimitiveClassPart primitive()
 {
-    XmPrimitiveClassPart part = widgets::primitivePart();
+    XmPrimitiveClassPart part = primitivePart();
     part.arm_and_activate = XmInheritArmAndActivate;
     return part;
 }
@@ -139,14 +130,16 @@ XmPrimitiveClassPart primitive()
 } // namespace
 
 KvPushButtonClassRec kvPushButtonClassRec = {
-    .core_class = core(),
+    .core_class = corePart(reinterpret_cast<WidgetClass>(&xmPushButtonClassRec), "XmKvPushButton",
+                           sizeof(KvPushButtonRec), resources,
+                           {.initialize = initialize, .destroy = destroy, .setValues = setValues}),
     .primitive_class = primitive(),
     .label_class = {.setOverrideCallback = XmInheritWidgetProc,
                     .menuProcs = XmInheritMenuProc,
                     .translations = XtInheritTranslations,
                     .extension = nullptr},
     .pushbutton_class = {.extension = nullptr},
-    .kv_class = {.extension = nullptr},
+    .kv_class = {},
 };
 
 WidgetClass xmKvPushButtonWidgetClass = reinterpret_cast<WidgetClass>(&kvPushButtonClassRec);

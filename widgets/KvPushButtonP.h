@@ -1,23 +1,19 @@
 // SPDX-License-Identifier: MIT
-// Instance and class records of the push button, for its own file and for subclasses.
+// Instance records of the push button, for its own file and for subclasses.
 #pragma once
 
+#include "widgets/ClassRecord.h"
 #include "widgets/KvPushButton.h"
 
 #include <Xm/LabelP.h>
-#include <Xm/PrimitiveP.h>
 #include <Xm/PushBP.h>
-
-struct KvPushButtonClassPart {
-    XtPointer extension;
-};
 
 struct KvPushButtonClassRec {
     CoreClassPart core_class;
     XmPrimitiveClassPart primitive_class;
     XmLabelClassPart label_class;
     XmPushButtonClassPart pushbutton_class;
-    KvPushButtonClassPart kv_class;
+    KvClassPart kv_class;
 };
 
 struct KvPushButtonPart {

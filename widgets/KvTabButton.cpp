@@ -17,12 +17,6 @@ KvTabButtonRec* asTab(Widget widget)
     return reinterpret_cast<KvTabButtonRec*>(widget);
 }
 
-void highlightColor(Widget widget, int, XrmValue* value)
-{
-    value->size = sizeof(Pixel);
-    value->addr = reinterpret_cast<XPointer>(&asTab(widget)->primitive.highlight_color);
-}
-
 #define TAB_FIELD(name) XtOffsetOf(KvTabButtonRec, kv.name)
 
 XtResource resources[] = {
@@ -32,7 +26,7 @@ XtResource resources[] = {
     flagRow(XmNkvTabSelected, "KvTabSelected", TAB_FIELD(selected), false),
     pointerRow(XmNkvTabPage, "KvTabPage", XmRWidget, TAB_FIELD(page)),
     computedRow(XmNkvAccentColor, "KvAccentColor", XmRPixel, sizeof(Pixel), TAB_FIELD(accentColor),
-                highlightColor),
+                widgets::highlightColor),
 };
 
 struct Measures {
@@ -147,10 +141,7 @@ Boolean setValues(Widget oldWidget, Widget, Widget widget, ArgList, Cardinal*)
 {
     KvTabButtonPart &now = asTab(widget)->kv, &old = asTab(oldWidget)->kv;
     const bool wider = widgets::takeText(now.text, old.text) || now.closable != old.closable;
-    if (now.renderTable != old.renderTable) {
-        now.renderTable = widgets::ownRenderTable(widget, now.renderTable);
-        XmRenderTableFree(old.renderTable);
-    }
+    widgets::takeRenderTable(widget, now.renderTable, old.renderTable);
     if (wider)
         widget->core.width = static_cast<Dimension>(wantedSize(widget).width);
     return wider || now.selected != old.selected || now.accentColor != old.accentColor;
@@ -221,13 +212,13 @@ void close(Widget widget, XEvent* event, String*, Cardinal*)
         widgets::tabClosed(asTab(widget)->kv.page, event);
 }
 
-XtActionsRec actions[] = {{const_cast<char*>("KvTabPress"), press},
-                          {const_cast<char*>("KvTabDrag"), drag},
-                          {const_cast<char*>("KvTabRelease"), release},
-                          {const_cast<char*>("KvTabPointer"), notePointer},
-                          {const_cast<char*>("KvTabNeighbour"), selectNeighbour},
-                          {const_cast<char*>("KvTabMove"), move},
-                          {const_cast<char*>("KvTabClose"), close}};
+XtActionsRec actions[] = {{"KvTabPress", press},
+                          {"KvTabDrag", drag},
+                          {"KvTabRelease", release},
+                          {"KvTabPointer", notePointer},
+                          {"KvTabNeighbour", selectNeighbour},
+                          {"KvTabMove", move},
+                          {"KvTabClose", close}};
 
 const std::string translations = std::string("<EnterWindow>: KvTabPointer() PrimitiveEnter()\n"
                                              "<LeaveWindow>: KvTabPointer() PrimitiveLeave()\n"
@@ -236,35 +227,23 @@ const std::string translations = std::string("<EnterWindow>: KvTabPointer() Prim
                                              "<Btn1Up>: KvTabRelease()\n") +
                                  widgets::primitiveTranslations;
 
-CoreClassPart core()
+KvPrimitiveClassRec record()
 {
-    CoreClassPart part = widgets::corePart(reinterpret_cast<WidgetClass>(&xmPrimitiveClassRec),
-                                           "XmKvTabButton", sizeof(KvTabButtonRec), resources);
-    part.initialize = initialize;
-    part.destroy = destroy;
-    part.expose = expose;
-    part.set_values = setValues;
-    part.query_geometry = queryGeometry;
-    part.actions = actions;
-    part.num_actions = XtNumber(actions);
-    part.tm_table = const_cast<char*>(translations.c_str());
-    return part;
-}
-
-XmPrimitiveClassPart primitive()
-{
-    XmPrimitiveClassPart part = widgets::primitivePart();
-    part.border_highlight = highlight;
-    part.border_unhighlight = unhighlight;
-    return part;
+    KvPrimitiveClassRec record = widgets::primitiveClass("XmKvTabButton", sizeof(KvTabButtonRec), resources,
+                                                         {.initialize = initialize,
+                                                          .destroy = destroy,
+                                                          .expose = expose,
+                                                          .setValues = setValues,
+                                                          .queryGeometry = queryGeometry,
+                                                          .actions = actions,
+                                                          .translations = translations.c_str()});
+    record.primitive_class.border_highlight = highlight;
+    record.primitive_class.border_unhighlight = unhighlight;
+    return record;
 }
 
 } // namespace
 
-KvTabButtonClassRec kvTabButtonClassRec = {
-    .core_class = core(),
-    .primitive_class = primitive(),
-    .kv_class = {.extension = nullptr},
-};
+KvPrimitiveClassRec kvTabButtonClassRec = record();
 
 WidgetClass xmKvTabButtonWidgetClass = reinterpret_cast<WidgetClass>(&kvTabButtonClassRec);

@@ -54,7 +54,7 @@ int stripHeight(Widget manager)
     return height;
 }
 
-widgets::Size preferredSize(Widget manager)
+widgets::Size preferredSize(Widget manager, Widget)
 {
     const KvTabManagerPart& part = asManager(manager)->kv;
     widgets::Size size;
@@ -98,6 +98,8 @@ void layOut(Widget manager, Widget asking)
         XClearArea(XtDisplay(manager), XtWindow(manager), 0, 0, 0, 0, True);
 }
 
+using Arrangement = widgets::Arrangement<preferredSize, layOut>;
+
 // Exactly the current page is mapped.
 void showCurrent(Widget manager)
 {
@@ -132,23 +134,7 @@ void changeManaged(Widget manager)
         XtUnmanageChild(constraintsOf(page).tab);
     }
     showCurrent(manager);
-    widgets::askForSize(manager, preferredSize(manager));
-    layOut(manager, nullptr);
-    XmeNavigChangeManaged(manager);
-}
-
-XtGeometryResult manageGeometry(Widget child, XtWidgetGeometry* request, XtWidgetGeometry*)
-{
-    if (request->request_mode & XtCWQueryOnly)
-        return XtGeometryYes;
-    widgets::askForSize(XtParent(child), preferredSize(XtParent(child)));
-    layOut(XtParent(child), child);
-    return XtGeometryYes;
-}
-
-XtGeometryResult queryGeometry(Widget widget, XtWidgetGeometry* request, XtWidgetGeometry* reply)
-{
-    return widgets::replyWithSize(widget, request, reply, preferredSize(widget));
+    Arrangement::changeManaged(manager);
 }
 
 // A line under the tabs, open below the selected one.
@@ -173,11 +159,6 @@ void initialize(Widget, Widget created, ArgList, Cardinal*)
 void destroy(Widget widget)
 {
     const std::unique_ptr<Pages> pages(asManager(widget)->kv.pages);
-}
-
-void resize(Widget widget)
-{
-    layOut(widget, nullptr);
 }
 
 Boolean setValues(Widget oldWidget, Widget, Widget widget, ArgList, Cardinal*)
@@ -242,28 +223,6 @@ void swapWith(Widget page, Widget neighbour)
 {
     std::iter_swap(placeOf(page), placeOf(neighbour));
     layOut(XtParent(page), nullptr);
-}
-
-CoreClassPart core()
-{
-    CoreClassPart part = widgets::corePart(reinterpret_cast<WidgetClass>(&xmManagerClassRec),
-                                           "XmKvTabManager", sizeof(KvTabManagerRec), resources);
-    part.initialize = initialize;
-    part.destroy = destroy;
-    part.resize = resize;
-    part.expose = expose;
-    part.set_values = setValues;
-    part.query_geometry = queryGeometry;
-    return part;
-}
-
-ConstraintClassPart constraint()
-{
-    ConstraintClassPart part = widgets::constraintPart(constraints, sizeof(KvTabManagerConstraintRec));
-    part.initialize = initializeChild;
-    part.destroy = destroyChild;
-    part.set_values = setChildValues;
-    return part;
 }
 
 } // namespace
@@ -336,13 +295,20 @@ void tabMoved(Widget page, int distance, XEvent* event)
 
 } // namespace widgets
 
-KvTabManagerClassRec kvTabManagerClassRec = {
-    .core_class = core(),
-    .composite_class = widgets::compositePart(manageGeometry, changeManaged),
-    .constraint_class = constraint(),
-    .manager_class = widgets::managerPart(),
-    .kv_class = {.extension = nullptr},
-};
+KvManagerClassRec kvTabManagerClassRec =
+    widgets::managerClass("XmKvTabManager", sizeof(KvTabManagerRec), resources,
+                          {.initialize = initialize,
+                           .destroy = destroy,
+                           .resize = Arrangement::resize,
+                           .expose = expose,
+                           .setValues = setValues,
+                           .queryGeometry = Arrangement::queryGeometry},
+                          widgets::compositePart(Arrangement::manageGeometry, changeManaged),
+                          {.resources = constraints,
+                           .recordSize = sizeof(KvTabManagerConstraintRec),
+                           .initialize = initializeChild,
+                           .destroy = destroyChild,
+                           .setValues = setChildValues});
 
 WidgetClass xmKvTabManagerWidgetClass = reinterpret_cast<WidgetClass>(&kvTabManagerClassRec);
 

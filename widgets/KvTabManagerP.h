@@ -1,26 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Instance, constraint and class records of tab manager and tab button, for their own files and for
-// subclasses.
+// Instance and constraint records of tab manager and tab button, for their own files and for subclasses.
 #pragma once
 
+#include "widgets/ClassRecord.h"
 #include "widgets/KvTabManager.h"
 
-#include <Xm/ManagerP.h>
-#include <Xm/PrimitiveP.h>
-
 #include <vector>
-
-struct KvTabClassPart {
-    XtPointer extension;
-};
-
-struct KvTabManagerClassRec {
-    CoreClassPart core_class;
-    CompositeClassPart composite_class;
-    ConstraintClassPart constraint_class;
-    XmManagerClassPart manager_class;
-    KvTabClassPart kv_class;
-};
 
 struct KvTabManagerPart {
     Widget currentPage;
@@ -49,12 +34,6 @@ struct KvTabManagerConstraintRec {
     KvTabManagerConstraintPart kv;
 };
 
-struct KvTabButtonClassRec {
-    CoreClassPart core_class;
-    XmPrimitiveClassPart primitive_class;
-    KvTabClassPart kv_class;
-};
-
 struct KvTabButtonPart {
     char* text;                // a copy
     XmRenderTable renderTable; // a copy
@@ -71,8 +50,8 @@ struct KvTabButtonRec {
     KvTabButtonPart kv;
 };
 
-extern KvTabManagerClassRec kvTabManagerClassRec;
-extern KvTabButtonClassRec kvTabButtonClassRec;
+extern KvManagerClassRec kvTabManagerClassRec;
+extern KvPrimitiveClassRec kvTabButtonClassRec;
 
 #define XmNkvTabSelected "kvTabSelected"
 #define XmNkvTabPage "kvTabPage"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/KvTip.h"
 
-#include "gauge/ResourceRows.h"
+#include "gauge/ClassParts.h"
 #include "widgets/Scale.h"
 
 #include <X11/IntrinsicP.h>
@@ -15,8 +15,8 @@
 #include <memory>
 #include <string>
 
-// One tip at a time: the pointer is in one place. Texts are kept by widget, and each widget takes its own
-// along when it is destroyed.
+// One tip at a time: the pointer is in one place. Texts are kept by widget and removed when their widget is
+// destroyed.
 
 namespace {
 
@@ -49,7 +49,7 @@ struct TipLook {
     Pixel background, foreground;
 };
 
-// Names of their own: "*background" means the widgets of a program, not what lies on them.
+// The names differ from those of other widgets, so that a program's "*background" does not colour its tips.
 TipLook lookOf(Widget widget)
 {
     TipLook look{};
@@ -114,7 +114,7 @@ void wait(Widget owner, const XCrossingEvent& at)
                                   static_cast<unsigned long>(lookOf(owner).delay), show, nullptr);
 }
 
-// Motion: the tip stands where the pointer comes to rest, and waits anew as long as it moves.
+// Each motion starts the wait again, so that the tip shows where the pointer has come to rest.
 void follow(Widget widget, const XMotionEvent& at)
 {
     if (shown.owner != widget || shown.shell)
@@ -136,11 +136,11 @@ void notePointer(Widget widget, XtPointer, XEvent* event, Boolean*)
         follow(widget, event->xmotion);
         break;
     case LeaveNotify:
-        // Into a child without a tip of its own: the tip stays the parent's.
+        // A pointer that goes into a child is still inside; a child with a tip of its own replaces this one.
         if (shown.owner == widget && event->xcrossing.detail != NotifyInferior)
             hide();
         break;
-    default: // a press or a key: the user knows
+    default: // a press or a key: the user has read enough
         if (shown.owner == widget)
             hide();
     }

@@ -88,8 +88,9 @@ std::vector<Place> placesOf(const KvToolBarRec* bar)
     return places;
 }
 
-Size preferredSize(const KvToolBarRec* bar)
+Size preferredSize(Widget widget, Widget)
 {
+    const KvToolBarRec* bar = asBar(widget);
     const std::vector<Place> places = placesOf(bar);
     Size size{2 * bar->kv.marginWidth, 0};
     for (const Place& place : places)
@@ -125,10 +126,11 @@ void putArrow(KvToolBarRec* bar, int width)
     XtSetMappedWhenManaged(bar->kv.arrow, bar->kv.hiddenCount > 0);
 }
 
-void layOut(KvToolBarRec* bar, Widget asking)
+void layOut(Widget widget, Widget asking)
 {
+    KvToolBarRec* bar = asBar(widget);
     const std::vector<Place> places = placesOf(bar);
-    const int arrowWidth = widgets::scaled(reinterpret_cast<Widget>(bar), 20);
+    const int arrowWidth = widgets::scaled(widget, 20);
     int end = bar->core.width - bar->kv.marginWidth;
     if (!places.empty() && places.back().x + places.back().size.width > end)
         end -= arrowWidth + bar->kv.spacing;
@@ -141,33 +143,11 @@ void layOut(KvToolBarRec* bar, Widget asking)
         put(bar, place, asking);
     }
     putArrow(bar, arrowWidth);
-    if (XtIsRealized(reinterpret_cast<Widget>(bar)))
-        XClearArea(bar->core.screen->display, bar->core.window, 0, 0, 0, 0, True);
+    if (XtIsRealized(widget))
+        XClearArea(XtDisplay(widget), XtWindow(widget), 0, 0, 0, 0, True);
 }
 
-void changeManaged(Widget widget)
-{
-    widgets::askForSize(widget, preferredSize(asBar(widget)));
-    layOut(asBar(widget), nullptr);
-    XmeNavigChangeManaged(widget);
-}
-
-XtGeometryResult manageGeometry(Widget child, XtWidgetGeometry* request, XtWidgetGeometry*)
-{
-    if (request->request_mode & XtCWQueryOnly)
-        return XtGeometryYes;
-    KvToolBarRec* bar = asBar(XtParent(child));
-    if (request->request_mode & CWBorderWidth)
-        child->core.border_width = request->border_width;
-    widgets::askForSize(XtParent(child), preferredSize(bar));
-    layOut(bar, child);
-    return XtGeometryYes;
-}
-
-XtGeometryResult queryGeometry(Widget widget, XtWidgetGeometry* request, XtWidgetGeometry* reply)
-{
-    return widgets::replyWithSize(widget, request, reply, preferredSize(asBar(widget)));
-}
+using Arrangement = widgets::Arrangement<preferredSize, layOut>;
 
 void drawPartingLine(KvToolBarRec* bar, Widget left, Widget right)
 {
@@ -267,11 +247,6 @@ void initialize(Widget, Widget created, ArgList, Cardinal*)
     XtManageChild(bar->kv.arrow);
 }
 
-void resize(Widget widget)
-{
-    layOut(asBar(widget), nullptr);
-}
-
 bool sameMeasures(const KvToolBarPart& a, const KvToolBarPart& b)
 {
     return a.marginWidth == b.marginWidth && a.marginHeight == b.marginHeight && a.spacing == b.spacing;
@@ -282,7 +257,7 @@ Boolean setValues(Widget oldWidget, Widget, Widget widget, ArgList, Cardinal*)
     asBar(widget)->kv.hiddenCount = asBar(oldWidget)->kv.hiddenCount;
     if (sameMeasures(asBar(widget)->kv, asBar(oldWidget)->kv))
         return False;
-    layOut(asBar(widget), nullptr);
+    layOut(widget, nullptr);
     return True;
 }
 
@@ -301,40 +276,24 @@ Boolean setChildValues(Widget oldChild, Widget, Widget child, ArgList, Cardinal*
 {
     widgets::takeText(constraintsOf(child).menuText, constraintsOf(oldChild).menuText);
     if (constraintsOf(child).group != constraintsOf(oldChild).group && XtIsManaged(child))
-        layOut(asBar(XtParent(child)), child);
+        layOut(XtParent(child), child);
     return False;
-}
-
-CoreClassPart core()
-{
-    CoreClassPart part = widgets::corePart(reinterpret_cast<WidgetClass>(&xmManagerClassRec), "XmKvToolBar",
-                                           sizeof(KvToolBarRec), resources);
-    part.initialize = initialize;
-    part.resize = resize;
-    part.expose = expose;
-    part.set_values = setValues;
-    part.query_geometry = queryGeometry;
-    return part;
-}
-
-ConstraintClassPart constraint()
-{
-    ConstraintClassPart part = widgets::constraintPart(constraints, sizeof(KvToolBarConstraintRec));
-    part.initialize = initializeChild;
-    part.destroy = destroyChild;
-    part.set_values = setChildValues;
-    return part;
 }
 
 } // namespace
 
-KvToolBarClassRec kvToolBarClassRec = {
-    .core_class = core(),
-    .composite_class = widgets::compositePart(manageGeometry, changeManaged),
-    .constraint_class = constraint(),
-    .manager_class = widgets::managerPart(),
-    .kv_class = {.extension = nullptr},
-};
+KvManagerClassRec kvToolBarClassRec = widgets::managerClass("XmKvToolBar", sizeof(KvToolBarRec), resources,
+                                                            {.initialize = initialize,
+                                                             .resize = Arrangement::resize,
+                                                             .expose = expose,
+                                                             .setValues = setValues,
+                                                             .queryGeometry = Arrangement::queryGeometry},
+                                                            Arrangement::composite(),
+                                                            {.resources = constraints,
+                                                             .recordSize = sizeof(KvToolBarConstraintRec),
+                                                             .initialize = initializeChild,
+                                                             .destroy = destroyChild,
+                                                             .setValues = setChildValues});
 
 WidgetClass xmKvToolBarWidgetClass = reinterpret_cast<WidgetClass>(&kvToolBarClassRec);
 

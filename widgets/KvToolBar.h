@@ -12,7 +12,7 @@
  *  XmNkvHiddenCount    int         -         children that are hidden now; can only be read
  *
  *  of a child          type        default   meaning
- *  XmNkvGroup          int         0         neighbours of different groups are parted by a line
+ *  XmNkvGroup          int         0         a line stands between neighbours of different groups
  *  XmNkvMenuText       String      NULL      text in the menu; NULL: the child's labelString, else its name
  *
  *  * in pixels of 96 dots per inch, follows Xft.dpi

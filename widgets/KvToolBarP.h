@@ -1,22 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Instance, constraint and class records of the tool bar, for its own file and for subclasses.
+// Instance and constraint records of the tool bar, for its own file and for subclasses.
 #pragma once
 
+#include "widgets/ClassRecord.h"
 #include "widgets/KvToolBar.h"
-
-#include <Xm/ManagerP.h>
-
-struct KvToolBarClassPart {
-    XtPointer extension;
-};
-
-struct KvToolBarClassRec {
-    CoreClassPart core_class;
-    CompositeClassPart composite_class;
-    ConstraintClassPart constraint_class;
-    XmManagerClassPart manager_class;
-    KvToolBarClassPart kv_class;
-};
 
 struct KvToolBarPart {
     Dimension marginWidth, marginHeight, spacing;
@@ -44,4 +31,4 @@ struct KvToolBarConstraintRec {
     KvToolBarConstraintPart kv;
 };
 
-extern KvToolBarClassRec kvToolBarClassRec;
+extern KvManagerClassRec kvToolBarClassRec;

@@ -2,6 +2,7 @@
 // What the set's managers share: sizes that children want, and giving children their places.
 #pragma once
 
+#include "widgets/ClassRecord.h"
 #include "widgets/Scale.h"
 
 #include <Xm/ManagerP.h>
@@ -56,6 +57,44 @@ inline XtGeometryResult replyWithSize(Widget manager, XtWidgetGeometry* request,
     reply->height = static_cast<Dimension>(std::max(1, size.height));
     return XmeReplyToQueryGeometry(manager, request, reply);
 }
+
+// The geometry methods of a manager that is described by two functions: preferredSize tells the size that it
+// wants, layOut gives its children their places. The second argument of both is the child that is asking for
+// a size of its own; null: none asks.
+template<Size (*preferredSize)(Widget manager, Widget asking), void (*layOut)(Widget manager, Widget asking)>
+struct Arrangement {
+    static void resize(Widget manager) { layOut(manager, nullptr); }
+
+    static void changeManaged(Widget manager)
+    {
+        arrange(manager, nullptr);
+        XmeNavigChangeManaged(manager);
+    }
+
+    static XtGeometryResult manageGeometry(Widget child, XtWidgetGeometry* request, XtWidgetGeometry*)
+    {
+        if (request->request_mode & XtCWQueryOnly)
+            return XtGeometryYes;
+        if (request->request_mode & CWBorderWidth)
+            child->core.border_width = request->border_width;
+        arrange(XtParent(child), child);
+        return XtGeometryYes;
+    }
+
+    static XtGeometryResult queryGeometry(Widget manager, XtWidgetGeometry* request, XtWidgetGeometry* reply)
+    {
+        return replyWithSize(manager, request, reply, preferredSize(manager, nullptr));
+    }
+
+    static CompositeClassPart composite() { return compositePart(manageGeometry, changeManaged); }
+
+private:
+    static void arrange(Widget manager, Widget asking)
+    {
+        askForSize(manager, preferredSize(manager, asking));
+        layOut(manager, asking);
+    }
+};
 
 inline std::vector<Widget> managedChildren(Widget manager)
 {

@@ -65,7 +65,9 @@ struct Drawing {
         : widget(owner), painter(with), layout(outlinerLayout(owner)),
           font(owner, asOutliner(owner)->kv.renderTable), ground(background),
           ink(colorOf(owner, asOutliner(owner)->primitive.foreground)),
-          paper(mix(background, {1, 1, 1}, 0.85)), selected(colorOf(owner, asOutliner(owner)->kv.selectColor))
+          paper(luminance(background) > 0.3 ? mix(background, {1, 1, 1}, 0.85)
+                                            : mix(background, {0, 0, 0}, 0.2)),
+          selected(colorOf(owner, asOutliner(owner)->kv.selectColor))
     {
     }
     int baseline(int top) const { return top + (layout.lineHeight - font.height()) / 2 + font.ascent(); }

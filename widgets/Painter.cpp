@@ -102,6 +102,15 @@ XmRenderTable ownRenderTable(Widget widget, XmRenderTable given)
     return XmRenderTableCopy(given ? given : XmeGetDefaultRenderTable(widget, XmLABEL_FONTLIST), nullptr, 0);
 }
 
+bool takeRenderTable(Widget widget, XmRenderTable& changed, XmRenderTable old)
+{
+    if (changed == old)
+        return false;
+    changed = ownRenderTable(widget, changed);
+    XmRenderTableFree(old);
+    return true;
+}
+
 TextFont::TextFont(Widget widget, XmRenderTable renderTable)
     : display(XtDisplay(widget)), table(renderTable), scalable(scalableFontOf(renderTable))
 {

@@ -47,6 +47,8 @@ private:
 
 // The table that a widget was given, else the one of its surroundings; a copy that the caller frees.
 XmRenderTable ownRenderTable(Widget widget, XmRenderTable given);
+// After a change: copies the new table and frees the old one. True when they differ.
+bool takeRenderTable(Widget widget, XmRenderTable& changed, XmRenderTable old);
 
 enum class Direction { Up, Down, Right };
 
@@ -84,7 +86,7 @@ private:
     std::unique_ptr<cairo_t, void (*)(cairo_t*)> context;
     std::unique_ptr<XftDraw, void (*)(XftDraw*)> draw;
     std::optional<XRectangle> clipBox;
-    bool shapesPending = false; // cairo may hold back what it was told
+    bool shapesPending = false; // cairo may not have drawn all of its shapes yet
 };
 
 } // namespace widgets

@@ -2,7 +2,7 @@
 // The converter from String to Motif's pixmap resources, by picture files.
 #include "widgets/PixmapOf.h"
 
-#include "gauge/ResourceRows.h"
+#include "gauge/ClassParts.h"
 #include "widgets/Scale.h"
 
 #include <Xm/LabelG.h>
@@ -20,13 +20,6 @@ namespace widgets {
 namespace fs = std::filesystem;
 
 namespace {
-
-Widget windowed(Widget widget)
-{
-    while (!XtIsWidget(widget))
-        widget = XtParent(widget);
-    return widget;
-}
 
 // A path, else a file in the folder that the application's resources name.
 std::optional<fs::path> fileNamed(Widget widget, const char* name)
@@ -88,7 +81,7 @@ void giveWidget(Widget widget, Cardinal*, XrmValue* value)
 
 Boolean convert(Display* display, XrmValue* args, Cardinal*, XrmValue* from, XrmValue* to, XtPointer* data)
 {
-    static Pixmap result; // the toolkit's convention for callers that bring no room
+    static Pixmap result; // for callers that give no memory for it
     const Widget widget = windowed(*reinterpret_cast<Widget*>(args[0].addr));
     bool ours = false;
     const Pixmap pixmap = pixmapNamed(widget, from->addr, ours);

@@ -44,13 +44,6 @@ private:
     cairo_t* context;
 };
 
-Widget windowed(Widget widget)
-{
-    while (!XtIsWidget(widget))
-        widget = XtParent(widget);
-    return widget;
-}
-
 Pixmap createPixmap(Widget widget, int width, int height)
 {
     Screen* screen = XtScreen(widget);
@@ -59,6 +52,13 @@ Pixmap createPixmap(Widget widget, int width, int height)
 }
 
 } // namespace
+
+Widget windowed(Widget widget)
+{
+    while (!XtIsWidget(widget))
+        widget = XtParent(widget);
+    return widget;
+}
 
 Pixmap pixmapOf(Widget object, const picture::Picture& picture, Pixel background, double scale)
 {

@@ -10,6 +10,9 @@
 
 namespace widgets {
 
+// The widget itself, or the one in whose window a gadget is drawn.
+Widget windowed(Widget object);
+
 // A pixmap of the screen's depth that shows the picture over the background pixel, in the picture's size
 // times scale. The caller frees it with XFreePixmap.
 Pixmap pixmapOf(Widget widget, const picture::Picture& picture, Pixel background, double scale = 1);

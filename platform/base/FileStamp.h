@@ -13,7 +13,7 @@ struct FileStamp {
     friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
-// Of a path or an open file as it is now; all zero when it cannot be told. One system call.
+// Of a path or an open file as it is now; all zero when the system does not say. One system call.
 FileStamp stampOf(const std::filesystem::path& path);
 FileStamp stampOf(int descriptor);
 

@@ -20,9 +20,10 @@ fs::path absoluteVariable(const char* name)
 
 fs::path baseFolder(const char* variable, const char* inHome)
 {
-    const fs::path given = absoluteVariable(variable), home = homeFolder();
+    fs::path given = absoluteVariable(variable);
     if (!given.empty())
         return given;
+    const fs::path home = homeFolder();
     return home.empty() ? home : home / inHome;
 }
 
@@ -35,7 +36,7 @@ fs::path ownFolder(const fs::path& base)
 
 fs::path homeFolder()
 {
-    const fs::path home = absoluteVariable("HOME");
+    fs::path home = absoluteVariable("HOME");
     if (!home.empty())
         return home;
     const passwd* const account = getpwuid(getuid());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Where the programs keep what belongs to the user, by the base directory convention: the folder that an XDG
 // variable names when that is absolute, else the usual place in the home folder. Each path is empty when
-// neither can be told. Nothing is created.
+// neither is known. Nothing is created.
 #pragma once
 
 #include <filesystem>

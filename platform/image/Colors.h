@@ -17,8 +17,7 @@ using base::Rgb;
 std::optional<int> nearestColor(Rgb color);
 
 // Colour of light of this wavelength as microscopists show it; nothing for 0.
-// Blue under 470 nm, cyan under 500, green under 535, yellow under 585, red under 650, else magenta (far
-// red).
+// docs/image-formats.md tells the bands.
 std::optional<int> colorOfNanometres(double nanometres);
 
 // Colour of a dye that the channel's name tells ("DAPI", "AF647", "mCherry"); nothing when it tells none.
@@ -32,8 +31,7 @@ struct ColorHint {
 };
 
 // Sets colorIndex, red, green and blue of every wavelength: from the file's own colour, else from emission,
-// else from excitation, else from the dye in the name; the others in turn get colours that no other has: a
-// single wavelength white, several green, magenta, cyan, yellow, red, blue, white.
+// else from excitation, else from the dye in the name; the others in turn get colours that no other has.
 void assignColors(std::span<Wavelength> wavelengths, std::span<const ColorHint> hints);
 
 } // namespace image

@@ -4,6 +4,7 @@
 #include "platform/base/Limits.h"
 #include "platform/image/Dyes.h"
 #include "platform/image/Error.h"
+#include "platform/image/Formats.h"
 #include "platform/image/Plausible.h"
 
 #include <algorithm>
@@ -41,8 +42,8 @@ PlaneIndex Dataset::planeIndex(const SectionIndex& section) const
 const PlaneValues* Dataset::valuesOf(const SectionIndex& section) const
 {
     const std::uint32_t wanted = key(planeIndex(section));
-    const auto next = std::ranges::upper_bound(values, wanted, {}, &PlaneValues::key);
-    return next != values.begin() && std::prev(next)->key == wanted ? &*std::prev(next) : nullptr;
+    const auto found = std::ranges::lower_bound(values, wanted, {}, &PlaneValues::key);
+    return found != values.end() && found->key == wanted ? &*found : nullptr;
 }
 
 std::optional<double> Dataset::time(const SectionIndex& section) const
@@ -209,21 +210,12 @@ std::string readText(const std::filesystem::path& path)
     return text;
 }
 
-bool startsLikeXml(const std::filesystem::path& path)
-{
-    std::array<std::byte, 4> head = {};
-    const InputFile file(path);
-    file.readSome(0, head);
-    const auto byte = [&](std::size_t i) { return std::to_integer<unsigned>(head[i]); };
-    return byte(0) == '<' || (byte(0) == 0xef && byte(1) == 0xbb && byte(2) == 0xbf && byte(3) == '<');
-}
-
 } // namespace
 
 OpenedFile openForReading(const std::filesystem::path& path)
 {
     OpenedFile opened{path, nullptr, {}};
-    if (startsLikeXml(path)) {
+    if (beginsWith(path, xmlBeginnings)) {
         opened.description = readText(path);
         return opened;
     }

@@ -47,7 +47,7 @@ struct Dataset {
     std::optional<SampleType> declaredType; // what the metadata claims
     float valueOffset = 0;                  // added to every stored value
     PlaneMap places;                        // by key
-    std::vector<PlaneValues> values;        // sorted by key; of equal ones the last holds
+    std::vector<PlaneValues> values;        // sorted by key, which no two share
     std::vector<PositionValues> positions;  // sizeP entries, or none
 
     int channels() const { return info.sizeW / samplesPerPlane; }
@@ -94,8 +94,8 @@ struct OpenedFile {
 OpenedFile openForReading(const std::filesystem::path& path);
 
 // The formats. Each throws FormatError.
-Dataset readOmeDataset(const OpenedFile& opened);
-Dataset readImageJDataset(const OpenedFile& opened);
-Dataset readPlainDataset(const OpenedFile& opened);
+Dataset readOmeDataset(OpenedFile opened);
+Dataset readImageJDataset(OpenedFile opened);
+Dataset readPlainDataset(OpenedFile opened);
 
 } // namespace image

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/image/Dyes.h"
 
+#include "platform/base/DisplayColors.h"
+
 #include <algorithm>
 #include <cctype>
 #include <string>
@@ -10,7 +12,7 @@ namespace image {
 
 namespace {
 
-enum ColorIndex { ByEmission, Red = 1, Yellow = 3, Magenta = 5 };
+using base::Magenta, base::Red, base::Yellow;
 
 // Found anywhere in the name: the longer name stands before one that it contains. Emission maxima as the
 // makers and fpbase.org list them, of antibody conjugates in water.

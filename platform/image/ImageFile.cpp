@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/image/ImageFile.h"
 
-#include "platform/image/TiffImage.h"
+#include "platform/image/Formats.h"
 
 #include <algorithm>
 #include <new>
@@ -19,7 +19,7 @@ ImageError openError(const std::filesystem::path& path, const char* reason)
 std::unique_ptr<ImageFile> ImageFile::open(const std::filesystem::path& path)
 {
     try {
-        return openTiffImage(path);
+        return openByFormat(path);
     } catch (const std::bad_alloc&) {
         throw openError(path, "there is not enough memory");
     } catch (const std::exception& error) {

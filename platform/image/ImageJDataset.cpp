@@ -99,7 +99,8 @@ void setDisplay(Dataset& dataset, const ImageJMetadata& metadata, const Plane& p
 
 } // namespace
 
-Dataset readImageJDataset(const OpenedFile& opened)
+// By value because OME's reader, a row of the same table, takes it over.
+Dataset readImageJDataset(OpenedFile opened) // NOLINT(performance-unnecessary-value-param)
 {
     const std::vector<PageSummary>& pages = opened.tiff->pages();
     const PlanePtr plane = opened.tiff->plane(pages[0].offset, std::nullopt);

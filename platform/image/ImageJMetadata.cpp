@@ -90,10 +90,17 @@ Rgb brightestColor(std::span<const std::byte> table)
     return best;
 }
 
-// Tag 50839 holds blocks of bytes, 50838 their sizes. The first block lists, as pairs of a four-letter type
-// and a count, which blocks follow ("rang": two doubles per channel, "luts": 768 bytes per channel). Letters
-// and numbers are in the file's byte order.
-void readBinaryTags(const TiffStructure& tags, std::uint64_t directory, ImageJMetadata& result)
+// Four letters, in the file's byte order.
+enum BlockType : std::uint32_t {
+    Ranges = 0x72616e67, // "rang": two doubles per channel
+    Tables = 0x6c757473, // "luts": 768 bytes per channel
+    Info = 0x696e666f,   // "info": text in UTF-16
+    Labels = 0x6c61626c  // "labl": the same, one block for each plane
+};
+
+// Tag 50839 holds blocks of bytes, 50838 their sizes. The first block lists, as pairs of a type and a count,
+// which blocks follow. Letters and numbers are in the file's byte order.
+template<class Action> void forEachBlock(const TiffStructure& tags, std::uint64_t directory, Action take)
 {
     constexpr std::uint64_t maxBlocks = 65536, maxBytes = 16u << 20;
     const std::vector<std::uint64_t> sizes = tags.integers(directory, TagImageJCounts, maxBlocks);
@@ -108,25 +115,77 @@ void readBinaryTags(const TiffStructure& tags, std::uint64_t directory, ImageJMe
             value |= std::to_integer<std::uint32_t>(data[at + i]) << (8 * (big ? 3 - i : i));
         return value;
     };
-    constexpr std::uint32_t ranges = 0x72616e67, luts = 0x6c757473; // "rang", "luts"
     std::size_t block = 1, at = sizes[0];
     for (std::size_t entry = 4; entry + 8 <= sizes[0]; entry += 8) {
         const std::uint32_t type = word(entry), blocks = word(entry + 4);
         for (std::uint32_t i = 0; i < blocks && block < sizes.size(); ++i, ++block) {
             if (sizes[block] > data.size() - at)
                 return;
-            const auto bytes = data.subspan(at, sizes[block]);
+            take(type, data.subspan(at, sizes[block]));
             at += sizes[block];
-            for (std::size_t d = 0; type == ranges && d + 16 <= bytes.size(); d += 16)
-                result.ranges.emplace_back(bigOrLittleDouble(bytes.subspan(d, 8), big),
-                                           bigOrLittleDouble(bytes.subspan(d + 8, 8), big));
-            if (type == luts && bytes.size() >= 768)
-                result.colors.push_back(brightestColor(bytes));
         }
     }
 }
 
+void readBinaryTags(const TiffStructure& tags, std::uint64_t directory, ImageJMetadata& result)
+{
+    const bool big = tags.bigEndian();
+    forEachBlock(tags, directory, [&](std::uint32_t type, std::span<const std::byte> bytes) {
+        for (std::size_t d = 0; type == Ranges && d + 16 <= bytes.size(); d += 16)
+            result.ranges.emplace_back(bigOrLittleDouble(bytes.subspan(d, 8), big),
+                                       bigOrLittleDouble(bytes.subspan(d + 8, 8), big));
+        if (type == Tables && bytes.size() >= 768)
+            result.colors.push_back(brightestColor(bytes));
+    });
+}
+
+void appendUtf8(std::string& text, char32_t code)
+{
+    const auto byte = [&](char32_t bits) { text += static_cast<char>(bits); };
+    if (code < 0x80)
+        return byte(code);
+    if (code < 0x800)
+        return byte(0xc0 | code >> 6), byte(0x80 | (code & 63));
+    if (code < 0x10000)
+        return byte(0xe0 | code >> 12), byte(0x80 | (code >> 6 & 63)), byte(0x80 | (code & 63));
+    byte(0xf0 | code >> 18), byte(0x80 | (code >> 12 & 63)), byte(0x80 | (code >> 6 & 63)),
+        byte(0x80 | (code & 63));
+}
+
+// Halves of a pair that stand alone become question marks.
+std::string fromUtf16(std::span<const std::byte> bytes, bool big)
+{
+    const auto unit = [&](std::size_t at) {
+        const auto first = std::to_integer<char32_t>(bytes[at]),
+                   second = std::to_integer<char32_t>(bytes[at + 1]);
+        return big ? first << 8 | second : second << 8 | first;
+    };
+    const auto isIn = [](char32_t code, char32_t first) { return code >= first && code < first + 0x400; };
+    std::string text;
+    for (std::size_t at = 0; at + 2 <= bytes.size(); at += 2) {
+        char32_t code = unit(at);
+        if (isIn(code, 0xd800) && at + 4 <= bytes.size() && isIn(unit(at + 2), 0xdc00)) {
+            code = 0x10000 + ((code - 0xd800) << 10) + (unit(at + 2) - 0xdc00);
+            at += 2;
+        }
+        appendUtf8(text, code >= 0xd800 && code < 0xe000 ? U'?' : code);
+    }
+    return text;
+}
+
 } // namespace
+
+ImageJTexts readImageJTexts(const TiffStructure& tags, std::uint64_t directory)
+{
+    ImageJTexts texts;
+    forEachBlock(tags, directory, [&](std::uint32_t type, std::span<const std::byte> bytes) {
+        if (type == Info)
+            texts.info = fromUtf16(bytes, tags.bigEndian());
+        else if (type == Labels)
+            texts.labels.push_back(fromUtf16(bytes, tags.bigEndian()));
+    });
+    return texts;
+}
 
 ImageJMetadata readImageJ(std::string_view description, const TiffStructure& tags, std::uint64_t directory)
 {

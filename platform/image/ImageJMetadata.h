@@ -25,9 +25,16 @@ struct ImageJMetadata {
     std::vector<Rgb> colors;                       // brightest colour of each channel's table
 };
 
+// What ImageJ writes for people, in UTF-8.
+struct ImageJTexts {
+    std::string info;                // lines
+    std::vector<std::string> labels; // of the planes
+};
+
 bool isImageJ(std::string_view description);
 
 // directory: the offset of the first page, whose tags hold ranges and colour tables.
+ImageJTexts readImageJTexts(const TiffStructure& tags, std::uint64_t directory);
 ImageJMetadata readImageJ(std::string_view description, const TiffStructure& tags, std::uint64_t directory);
 
 } // namespace image

@@ -17,7 +17,7 @@ namespace {
 
 class OmeReader {
 public:
-    explicit OmeReader(const OpenedFile& opened);
+    explicit OmeReader(OpenedFile opened);
     Dataset read();
 
 private:
@@ -58,9 +58,12 @@ private:
 
 namespace {
 
-OmeDocument metadataOf(const OpenedFile& opened, OpenedFile& holder)
+// Takes the description of the opened file. holder: the file that has the metadata, opened by its name where
+// it is another one; uuid: of the opened file.
+OmeDocument metadataOf(OpenedFile& opened, OpenedFile& holder, std::string& uuid)
 {
-    OmeDocument document = parseOme(opened.description);
+    OmeDocument document = parseOme(std::move(opened.description));
+    uuid = document.uuid;
     holder = {opened.path, opened.tiff, {}};
     if (document.metadataFile.empty())
         return document;
@@ -69,7 +72,7 @@ OmeDocument metadataOf(const OpenedFile& opened, OpenedFile& holder)
     if (!std::filesystem::exists(path))
         throw FormatError("the file with its metadata, " + name.string() + ", is not there");
     holder = openForReading(path);
-    document = parseOme(holder.description);
+    document = parseOme(std::move(holder.description));
     if (!document.metadataFile.empty())
         throw FormatError("the file with its metadata, " + name.string() + ", holds none");
     return document;
@@ -84,9 +87,11 @@ bool namesOneFile(const OmeDocument& document)
 
 } // namespace
 
-OmeReader::OmeReader(const OpenedFile& opened) : document(metadataOf(opened, holder))
+OmeReader::OmeReader(OpenedFile opened)
 {
-    siblings = std::make_unique<SiblingFiles>(opened, holder, namesOneFile(document));
+    std::string uuid;
+    document = metadataOf(opened, holder, uuid);
+    siblings = std::make_unique<SiblingFiles>(opened, uuid, holder, namesOneFile(document));
     for (const OmeFile& file : document.files)
         found.push_back(siblings->find(file.name, file.uuid));
     for (const OmeImage& image : document.images)
@@ -220,14 +225,26 @@ void OmeReader::placeImage(int p)
     nextUntagged += count;
 }
 
+// Appends what is known of the position's planes by their keys; of a plane that is described twice the last
+// description holds.
 void OmeReader::setValues(int p)
 {
-    for (const OmePlane& plane : positions[static_cast<std::size_t>(p)]->planes) {
+    const std::vector<OmePlane>& planes = positions[static_cast<std::size_t>(p)]->planes;
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> order; // key, index in planes
+    order.reserve(planes.size());
+    for (std::size_t i = 0; i < planes.size(); ++i) {
+        const OmePlane& plane = planes[i];
         const int c = plane.c >= dataset.channels() ? plane.c / dataset.samplesPerPlane : plane.c;
         const bool inside = plane.z >= 0 && plane.z < dataset.info.sizeZ && c >= 0 &&
                             c < dataset.channels() && plane.t >= 0 && plane.t < dataset.info.sizeT;
         if (inside)
-            dataset.values.push_back({dataset.key({plane.z, c, plane.t, p}), plane.deltaT, plane.position});
+            order.emplace_back(dataset.key({plane.z, c, plane.t, p}), static_cast<std::uint32_t>(i));
+    }
+    std::ranges::sort(order);
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const OmePlane& plane = planes[order[i].second];
+        if (i + 1 == order.size() || order[i + 1].first != order[i].first)
+            dataset.values.push_back({order[i].first, plane.deltaT, plane.position});
     }
 }
 
@@ -282,17 +299,12 @@ Dataset OmeReader::read()
         throw FormatError("its metadata claim " + std::to_string(reference->sizeX) + " x " +
                           std::to_string(reference->sizeY) + " pixels but its pages have " +
                           std::to_string(plane->width()) + " x " + std::to_string(plane->height()));
-    std::size_t values = 0;
-    for (const OmeImage* image : positions)
-        values += image->planes.size();
-    dataset.values.reserve(values);
     for (int p = 0; p < dataset.info.sizeP; ++p) {
         placeImage(p);
         setValues(p);
     }
     dataset.places = PlaneMap(runs);
     runs = {};
-    std::ranges::stable_sort(dataset.values, {}, &PlaneValues::key);
     checkPages();
     if (dataset.places.empty())
         throw FormatError("it holds none of the planes that its metadata name");
@@ -302,9 +314,9 @@ Dataset OmeReader::read()
     return std::move(dataset);
 }
 
-Dataset readOmeDataset(const OpenedFile& opened)
+Dataset readOmeDataset(OpenedFile opened)
 {
-    return OmeReader(opened).read();
+    return OmeReader(std::move(opened)).read();
 }
 
 } // namespace image

@@ -2,10 +2,12 @@
 #include "platform/image/OmeMetadata.h"
 
 #include "platform/image/Error.h"
+#include "platform/image/OmeXml.h"
 #include "platform/image/Plausible.h"
 #include "platform/image/Units.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -13,12 +15,11 @@
 #include <limits>
 #include <map>
 #include <pugixml.hpp>
+#include <span>
 
 namespace image {
 
 using pugi::xml_node;
-
-namespace {
 
 std::string_view localName(xml_node node)
 {
@@ -26,6 +27,8 @@ std::string_view localName(xml_node node)
     const auto colon = name.find(':');
     return colon == std::string_view::npos ? name : name.substr(colon + 1);
 }
+
+namespace {
 
 xml_node child(xml_node parent, std::string_view name)
 {
@@ -52,33 +55,63 @@ std::optional<double> number(std::string_view text)
     return value;
 }
 
-std::optional<double> number(xml_node node, const char* attribute)
+// The value of an attribute; null: the element has no such attribute.
+using Value = const char*;
+
+Value valueOf(xml_node node, const char* attribute)
 {
-    return number(std::string_view(node.attribute(attribute).value()));
+    const pugi::xml_attribute found = node.attribute(attribute);
+    return found ? found.value() : nullptr;
+}
+
+// The values of several attributes, found in one pass: a document has hundreds of thousands of planes.
+template<std::size_t n> std::array<Value, n> valuesOf(xml_node node, const std::string_view (&names)[n])
+{
+    std::array<Value, n> result = {};
+    for (const pugi::xml_attribute attribute : node.attributes()) {
+        const auto at = std::ranges::find(names, std::string_view(attribute.name())) - names;
+        if (at < static_cast<std::ptrdiff_t>(n) && !result[static_cast<std::size_t>(at)])
+            result[static_cast<std::size_t>(at)] = attribute.value();
+    }
+    return result;
+}
+
+std::optional<double> number(Value text)
+{
+    return text ? number(std::string_view(text)) : std::nullopt;
 }
 
 // Whole numbers beyond any image become a value that every check refuses.
-template<class Int = std::int64_t> std::optional<Int> integer(xml_node node, const char* attribute)
+template<class Int = std::int64_t> std::optional<Int> integer(Value text)
 {
     constexpr double limit = std::min<double>(std::numeric_limits<Int>::max(), 1e15);
-    const std::optional<double> value = number(node, attribute);
+    const std::optional<double> value = number(text);
     if (!value)
         return std::nullopt;
     return static_cast<Int>(std::clamp(*value, -limit, limit));
 }
 
+std::optional<std::int64_t> integer(xml_node node, const char* attribute)
+{
+    return integer(valueOf(node, attribute));
+}
+
 using UnitScale = std::optional<double> (*)(std::string_view);
 
-// A value with its unit attribute ("PhysicalSizeX", "PhysicalSizeXUnit") times what the unit means; without
-// the attribute the value is in the default unit already.
-std::optional<double> quantity(xml_node node, const std::string& attribute, UnitScale scale)
+// A value times what its unit means; without a unit the value is in the default unit already.
+std::optional<double> quantity(Value text, Value unit, UnitScale scale)
 {
-    const std::optional<double> value = number(node, attribute.c_str());
-    const pugi::xml_attribute unit = node.attribute((attribute + "Unit").c_str());
+    const std::optional<double> value = number(text);
     if (!value || !unit)
         return value;
-    const std::optional<double> factor = scale(unit.value());
+    const std::optional<double> factor = scale(unit);
     return factor ? std::optional(*value * *factor) : std::nullopt;
+}
+
+// The attributes of value and unit are called, for instance, PhysicalSizeX and PhysicalSizeXUnit.
+std::optional<double> quantity(xml_node node, const std::string& attribute, UnitScale scale)
+{
+    return quantity(valueOf(node, attribute.c_str()), valueOf(node, (attribute + "Unit").c_str()), scale);
 }
 
 std::optional<double> nanometresPer(std::string_view unit)
@@ -143,7 +176,7 @@ Detectors detectors(xml_node root)
     Detectors result;
     forEachChild(root, "Instrument", [&](xml_node instrument) {
         forEachChild(instrument, "Detector", [&](xml_node detector) {
-            if (const auto offset = plausible(number(detector, "Offset")))
+            if (const auto offset = plausible(number(valueOf(detector, "Offset"))))
                 result[detector.attribute("ID").value()] = *offset;
         });
     });
@@ -169,7 +202,7 @@ OmeChannel channel(xml_node node, const Detectors& known)
                                 static_cast<std::uint8_t>(rgba >> 8)};
     }
     const xml_node settings = child(node, "DetectorSettings");
-    result.detectorOffset = plausible(number(settings, "Offset"));
+    result.detectorOffset = plausible(number(valueOf(settings, "Offset")));
     const auto detector = known.find(settings.attribute("ID").value());
     if (!result.detectorOffset && detector != known.end())
         result.detectorOffset = detector->second;
@@ -179,37 +212,59 @@ OmeChannel channel(xml_node node, const Detectors& known)
 OmeTiffData tiffData(xml_node node, Context& context)
 {
     using Int = std::int32_t;
+    static constexpr std::string_view names[] = {"IFD",    "PlaneCount", "NumPlanes",
+                                                 "FirstZ", "FirstC",     "FirstT"};
+    const auto [page, planeCount, numPlanes, firstZ, firstC, firstT] = valuesOf(node, names);
     OmeTiffData result;
-    result.page = integer<Int>(node, "IFD");
-    result.planeCount = integer<Int>(node, node.attribute("PlaneCount") ? "PlaneCount" : "NumPlanes");
-    result.firstZ = integer<Int>(node, "FirstZ").value_or(0);
-    result.firstC = integer<Int>(node, "FirstC").value_or(0);
-    result.firstT = integer<Int>(node, "FirstT").value_or(0);
-    const xml_node uuid = child(node, "UUID");
-    OmeFile file{plausibleText(uuid.attribute("FileName").value()), plausibleText(uuid.text().get())};
+    result.page = integer<Int>(page);
+    result.planeCount = integer<Int>(planeCount ? planeCount : numPlanes);
+    result.firstZ = integer<Int>(firstZ).value_or(0);
+    result.firstC = integer<Int>(firstC).value_or(0);
+    result.firstT = integer<Int>(firstT).value_or(0);
+    OmeFile file;
+    if (const xml_node uuid = child(node, "UUID"))
+        file = {plausibleText(uuid.attribute("FileName").value()), plausibleText(uuid.text().get())};
     const auto number = static_cast<std::uint32_t>(context.files.size());
     result.file = context.files.try_emplace(std::move(file), number).first->second;
     refuseMoreThan(maxFiles, context.files.size(), "files");
     return result;
 }
 
+constexpr std::string_view timeNames[] = {"DeltaT", "DeltaTUnit"};
+constexpr std::string_view stageNames[] = {"PositionX",     "PositionXUnit", "PositionY",
+                                           "PositionYUnit", "PositionZ",     "PositionZUnit"};
+
+// Values and their units in turn, as in timeNames and stageNames; what is known already stays.
+void setTime(OmePlane& plane, std::span<const Value, 2> values)
+{
+    if (!plane.deltaT)
+        plane.deltaT = plausible(quantity(values[0], values[1], secondsPer));
+}
+
+void setStage(OmePlane& plane, std::span<const Value, 6> values)
+{
+    for (std::size_t axis = 0; axis < 3; ++axis)
+        if (!plane.position[axis])
+            plane.position[axis] = plausible(quantity(values[2 * axis], values[2 * axis + 1], micronsPer));
+}
+
 OmePlane plane(xml_node node)
 {
+    static constexpr std::string_view names[] = {"TheZ",        "TheC",        "TheT",        timeNames[0],
+                                                 timeNames[1],  stageNames[0], stageNames[1], stageNames[2],
+                                                 stageNames[3], stageNames[4], stageNames[5]};
+    const auto values = valuesOf(node, names);
     OmePlane result;
-    result.z = integer<std::int32_t>(node, "TheZ").value_or(0);
-    result.c = integer<std::int32_t>(node, "TheC").value_or(0);
-    result.t = integer<std::int32_t>(node, "TheT").value_or(0);
-    result.deltaT = plausible(quantity(node, "DeltaT", secondsPer));
+    result.z = integer<std::int32_t>(values[0]).value_or(0);
+    result.c = integer<std::int32_t>(values[1]).value_or(0);
+    result.t = integer<std::int32_t>(values[2]).value_or(0);
+    setTime(result, std::span(values).subspan<3, 2>());
+    setStage(result, std::span(values).subspan<5, 6>());
     // Before 2010 these stood in elements of their own.
-    if (const xml_node timing = child(node, "PlaneTiming"); timing && !result.deltaT)
-        result.deltaT = plausible(quantity(timing, "DeltaT", secondsPer));
-    static const char* const names[3] = {"PositionX", "PositionY", "PositionZ"};
-    const xml_node stage = child(node, "StagePosition");
-    for (int axis = 0; axis < 3; ++axis) {
-        result.position[axis] = plausible(quantity(node, names[axis], micronsPer));
-        if (stage && !result.position[axis])
-            result.position[axis] = plausible(quantity(stage, names[axis], micronsPer));
-    }
+    if (const xml_node timing = child(node, "PlaneTiming"))
+        setTime(result, valuesOf(timing, timeNames));
+    if (const xml_node stage = child(node, "StagePosition"))
+        setStage(result, valuesOf(stage, stageNames));
     return result;
 }
 
@@ -219,6 +274,23 @@ std::string dimensionOrder(std::string_view text)
     std::sort(sorted.begin(), sorted.end());
     const bool valid = sorted == "CTXYZ" && text.substr(0, 2) == "XY";
     return valid ? std::string(text) : "XYCZT";
+}
+
+// Where the planes are stored and what is known of each.
+void readPlanes(OmeImage& image, xml_node pixels, Context& context)
+{
+    image.tiffData.reserve(countOf(pixels, "TiffData"));
+    image.planes.reserve(countOf(pixels, "Plane"));
+    for (const xml_node node : pixels.children()) {
+        const std::string_view name = localName(node);
+        if (name == "TiffData")
+            image.tiffData.push_back(tiffData(node, context));
+        if (name != "Plane")
+            continue;
+        const OmePlane known = plane(node);
+        if (known.deltaT || known.position[0] || known.position[1] || known.position[2])
+            image.planes.push_back(known);
+    }
 }
 
 OmeImage readImage(xml_node imageNode, xml_node pixels, Context& context)
@@ -247,15 +319,7 @@ OmeImage readImage(xml_node imageNode, xml_node pixels, Context& context)
     forEachChild(pixels, "Channel", addChannel);
     if (result.channels.empty())
         forEachChild(imageNode, "LogicalChannel", addChannel);
-    result.tiffData.reserve(countOf(pixels, "TiffData"));
-    forEachChild(pixels, "TiffData",
-                 [&](xml_node node) { result.tiffData.push_back(tiffData(node, context)); });
-    result.planes.reserve(countOf(pixels, "Plane"));
-    forEachChild(pixels, "Plane", [&](xml_node node) {
-        const OmePlane known = plane(node);
-        if (known.deltaT || known.position[0] || known.position[1] || known.position[2])
-            result.planes.push_back(known);
-    });
+    readPlanes(result, pixels, context);
     return result;
 }
 
@@ -273,32 +337,41 @@ bool isOmeXml(std::string_view text)
 
 namespace {
 
+// Elements of real metadata take 60 bytes and more of the text.
+constexpr std::size_t maxElements = 1 << 20;
+
 // The parser keeps a node of 64 bytes for each element and each text between elements, and 40 bytes for each
 // attribute. Real metadata take up to 5 times their own size.
 void refuseHugeTree(std::string_view text)
 {
     constexpr std::size_t nodeBytes = 64, attributeBytes = 40, always = 16u << 20, timesText = 6;
-    std::size_t bytes = 0;
-    char before = 0; // the last character that is no white space
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        const bool opens = c == '<' && i + 1 < text.size() && text[i + 1] != '/';
-        bytes += opens || (before == '>' && c != '<' && c > ' ') ? nodeBytes : c == '=' ? attributeBytes : 0;
-        before = c == ' ' || c == '\t' || c == '\r' || c == '\n' ? before : c;
+    std::size_t elements = 0, texts = 0;
+    for (auto at = text.find('<'); at != std::string_view::npos; at = text.find('<', at + 1)) {
+        elements += at + 1 < text.size() && text[at + 1] != '/';
+        const auto before = text.substr(0, at).find_last_not_of(" \t\r\n");
+        texts += before != std::string_view::npos && text[before] != '>';
     }
-    if (bytes > std::max(always, timesText * text.size()))
+    const auto attributes = static_cast<std::size_t>(std::ranges::count(text, '='));
+    refuseMoreThan(maxElements, elements, "elements");
+    if ((elements + texts) * nodeBytes + attributes * attributeBytes >
+        std::max(always, timesText * text.size()))
         throw FormatError("its OME metadata has more elements than its length has room for");
 }
 
 } // namespace
 
-OmeDocument parseOme(std::string text)
+void loadOmeXml(std::string& text, pugi::xml_document& tree)
 {
     refuseHugeTree(text);
-    pugi::xml_document xml;
-    const pugi::xml_parse_result parsed = xml.load_buffer_inplace(text.data(), text.size());
+    const pugi::xml_parse_result parsed = tree.load_buffer_inplace(text.data(), text.size());
     if (!parsed)
         throw FormatError(std::string("its OME metadata is damaged: ") + parsed.description());
+}
+
+OmeDocument parseOme(std::string text)
+{
+    pugi::xml_document xml;
+    loadOmeXml(text, xml);
     const xml_node root = child(xml, "OME");
     OmeDocument result;
     result.uuid = plausibleText(root.attribute("UUID").value());

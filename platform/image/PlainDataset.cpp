@@ -28,7 +28,7 @@ void addPage(std::vector<PlaneRun>& runs, std::uint32_t z, std::uint32_t page)
 
 } // namespace
 
-Dataset readPlainDataset(const OpenedFile& opened)
+Dataset readPlainDataset(OpenedFile opened) // NOLINT(performance-unnecessary-value-param)
 {
     if (!opened.tiff)
         throw FormatError("it is not a TIFF file");

@@ -9,10 +9,10 @@ namespace image {
 constexpr int maxFolderEntries = 4096;  // looked at when a file is searched by its UUID
 constexpr std::size_t uuidBytes = 4096; // the root element stands near the beginning
 
-SiblingFiles::SiblingFiles(const OpenedFile& openedFile, const OpenedFile& holderFile, bool onlyOne)
+SiblingFiles::SiblingFiles(const OpenedFile& openedFile, std::string uuid, const OpenedFile& holderFile,
+                           bool onlyOne)
     : opened(openedFile.path), holder(holderFile.tiff ? holderFile.path : std::filesystem::path()),
-      openedUuid(omeUuid(openedFile.description)), openedHasPixels(openedFile.tiff != nullptr),
-      single(onlyOne)
+      openedUuid(std::move(uuid)), openedHasPixels(openedFile.tiff != nullptr), single(onlyOne)
 {
 }
 

@@ -18,10 +18,10 @@ namespace image {
 
 class SiblingFiles {
 public:
-    // holder: the file that the metadata was read from (the opened one or its companion). single: the
-    // metadata name one file only; if the holder is a TIFF file that is the holder itself, whatever it is
-    // called now.
-    SiblingFiles(const OpenedFile& opened, const OpenedFile& holder, bool single);
+    // uuid: of the opened file. holder: the file that the metadata was read from (the opened one or its
+    // companion). single: the metadata name one file only; if the holder is a TIFF file that is the holder
+    // itself, whatever it is called now.
+    SiblingFiles(const OpenedFile& opened, std::string uuid, const OpenedFile& holder, bool single);
 
     // Index of the file in paths(); nothing when it is not there. An empty name means the holder.
     std::optional<std::uint32_t> find(const std::string& name, const std::string& uuid);

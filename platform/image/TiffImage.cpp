@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <span>
@@ -300,11 +301,11 @@ std::vector<std::filesystem::path> TiffImage::files() const
 
 namespace {
 
-// The formats, the most specific first.
+// The dialects of TIFF, the most specific first; the last row takes what the others leave.
 constexpr struct {
     bool (*matches)(std::string_view description);
-    Dataset (*read)(const OpenedFile& opened);
-} formats[] = {
+    Dataset (*read)(OpenedFile opened);
+} dialects[] = {
     {isOmeXml, readOmeDataset},
     {isImageJ, readImageJDataset},
     {[](std::string_view) { return true; }, readPlainDataset},
@@ -314,16 +315,15 @@ constexpr struct {
 
 std::unique_ptr<ImageFile> openTiffImage(const std::filesystem::path& path)
 {
-    const OpenedFile opened = openForReading(path);
-    for (const auto& format : formats)
-        if (format.matches(opened.description)) {
-            Dataset dataset = format.read(opened);
-            dataset.info.path = path;
-            dataset.info.remarks.insert(dataset.info.remarks.begin(), opened.remarks.begin(),
-                                        opened.remarks.end());
-            return std::make_unique<TiffImage>(std::move(dataset));
-        }
-    throw FormatError("its format is not known");
+    OpenedFile opened = openForReading(path);
+    std::vector<std::string> remarks = std::move(opened.remarks);
+    const auto dialect =
+        std::ranges::find_if(dialects, [&](const auto& row) { return row.matches(opened.description); });
+    Dataset dataset = dialect->read(std::move(opened));
+    dataset.info.path = path;
+    std::ranges::move(dataset.info.remarks, std::back_inserter(remarks));
+    dataset.info.remarks = std::move(remarks);
+    return std::make_unique<TiffImage>(std::move(dataset));
 }
 
 } // namespace image

@@ -10,7 +10,8 @@
 
 namespace image {
 
-// Opens the file as what it is; throws FormatError.
+// Opens a TIFF file, or a file of OME metadata with the TIFF files that it names, in the dialect that its
+// description tells. Throws FormatError.
 std::unique_ptr<ImageFile> openTiffImage(const std::filesystem::path& path);
 
 } // namespace image

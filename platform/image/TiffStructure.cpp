@@ -123,22 +123,23 @@ TiffStructure::Entries TiffStructure::entries(std::uint64_t offset) const
         throw FormatError("a page's directory lies beyond the end of the file");
     const std::size_t countBytes = big ? 8 : 2, entryBytes = big ? 20 : 12, nextBytes = big ? 8 : 4;
     // One read fetches a usual directory whole.
-    std::vector<std::byte> raw(512);
-    raw.resize(file.readSome(offset, raw));
-    if (raw.size() < countBytes)
+    std::array<std::byte, 512> usual;
+    std::vector<std::byte> large;
+    std::span<const std::byte> all = std::span(usual).first(file.readSome(offset, usual));
+    if (all.size() < countBytes)
         throw FormatError("the file ends inside a page's directory");
-    const std::uint64_t count = number(std::span(raw).first(countBytes));
+    const std::uint64_t count = number(all.first(countBytes));
     if (count == 0 || count > maxEntries)
         throw FormatError("a page's directory is damaged");
     const std::size_t total = countBytes + count * entryBytes + nextBytes;
-    if (raw.size() < total) {
-        raw.resize(total);
-        raw.resize(file.readSome(offset, raw));
+    if (all.size() < total) {
+        large.resize(total);
+        all = std::span(large).first(file.readSome(offset, large));
     }
-    if (raw.size() < total)
+    if (all.size() < total)
         throw FormatError("the file ends inside a page's directory");
     Entries result;
-    const std::span<const std::byte> all = raw;
+    result.list.reserve(count);
     for (std::uint64_t i = 0; i < count; ++i)
         result.list.push_back(entry(all.subspan(countBytes + i * entryBytes, entryBytes)));
     result.next = number(all.subspan(countBytes + count * entryBytes, nextBytes));
@@ -183,6 +184,10 @@ std::vector<std::uint64_t> TiffStructure::integers(const Entries& entries, TiffT
 
 std::uint64_t TiffStructure::integer(const Entries& entries, TiffTag tag, std::uint64_t fallback) const
 {
+    const Entry* const entry = entries.find(tag);
+    const std::size_t size = entry ? sizeOfType(entry->type) : 0;
+    if (entry && entry->count == 1 && size <= (big ? 8 : 4) && isIntegerType(entry->type)) // the usual case
+        return number(std::span(entry->value).first(size));
     const std::vector<std::uint64_t> values = integers(entries, tag, 1);
     return values.empty() ? fallback : values[0];
 }

@@ -27,8 +27,8 @@ struct PageSummary {
     bool reduced = false; // a reduced copy of the page before it
 };
 
-// One page. Every count is in range and the block tables are complete (throwing otherwise is the reader's
-// job).
+// One page. TiffStructure::directory has checked it: every count is in range and the block tables are
+// complete.
 struct Directory {
     std::uint64_t offset = 0;
     int width = 0, height = 0;          // pixels
@@ -82,6 +82,12 @@ struct PageChain {
     std::string damage; // a clause; empty when the chain ends as it should
 };
 
+// A tag for the user to read.
+struct TagText {
+    std::uint16_t tag = 0;
+    std::string name, value; // the first values of many
+};
+
 class TiffStructure {
 public:
     // Reads the header; throws FormatError when the file is no TIFF. The file must outlive this.
@@ -102,6 +108,8 @@ public:
     std::vector<std::byte> bytes(std::uint64_t offset, TiffTag tag, std::uint64_t maxBytes) const;
     std::string text(std::uint64_t offset, TiffTag tag) const;
     std::optional<double> rational(std::uint64_t offset, TiffTag tag) const;
+    // All tags of the directory. A damaged one's value says so.
+    std::vector<TagText> listing(std::uint64_t offset) const;
 
 private:
     struct Entry {
@@ -121,7 +129,9 @@ private:
     std::vector<std::uint64_t> integers(const Entries& entries, TiffTag tag, std::uint64_t maxCount) const;
     std::uint64_t integer(const Entries& entries, TiffTag tag, std::uint64_t fallback) const;
     std::uint64_t number(std::span<const std::byte> raw) const; // an integer of 1, 2, 4 or 8 bytes
-    std::uint64_t bytesOf(const Entries& entries) const;        // that they take in the file
+    std::string valueText(std::uint16_t type, std::span<const std::byte> raw) const;
+    std::string valuesText(const Entry& entry) const;
+    std::uint64_t bytesOf(const Entries& entries) const; // that they take in the file
     PageSummary summary(std::uint64_t offset, const Entries& entries) const;
     void readSamples(const Entries& entries, Directory& directory) const;
     void readBlocks(const Entries& entries, Directory& directory) const;

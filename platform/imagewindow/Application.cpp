@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/Application.h"
 
+#include "platform/image/Formats.h"
 #include "platform/imagewindow/ImageWindow.h"
 #include "platform/imagewindow/controls/Appearance.h"
+#include "platform/imagewindow/controls/EmptyWindow.h"
+#include "platform/imagewindow/controls/Typing.h"
+#include "platform/imagewindow/files/Neighbours.h"
+#include "platform/imagewindow/files/RecentFiles.h"
 #include "platform/protocol/XProtocol.h"
 #include "platform/text/Locale.h"
 
@@ -13,6 +18,7 @@
 #include <cstdio>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace viewer {
 
@@ -42,7 +48,8 @@ Display* openDisplay(const std::string& name)
 
 } // namespace
 
-Application::Application(const std::string& displayName) : connection(openDisplay(displayName))
+Application::Application(const std::string& displayName, std::optional<CanvasKind> wish)
+    : connection(openDisplay(displayName))
 {
     text::adoptLocale();
     XtToolkitInitialize();
@@ -56,11 +63,18 @@ Application::Application(const std::string& displayName) : connection(openDispla
     protocol::installErrorHandler("imagewindow");
     theApplication = this;
     nextDestroyDispatcher = XtSetEventDispatcher(connection, DestroyNotify, dispatchDestroy);
+    giveTypedKeysToFields(connection);
+    const CanvasChoice choice = chooseCanvas(connection, wish);
+    canvas = choice.kind;
+    if (!choice.problem.empty())
+        std::fprintf(stderr, "imagewindow: %s.\n", choice.problem.c_str());
 }
 
 Application::~Application()
 {
     windows.clear();
+    empty.reset();
+    clipboard.reset();
     theApplication = nullptr;
     // The connection ends with the process: Xt's own way to close one that it did not open frees the resource
     // database twice.
@@ -71,6 +85,17 @@ void Application::open(const std::string& path, const Options& options)
 {
     windows.push_back(
         std::make_unique<ImageWindow>(*this, options.scratch ? openGrowing(path) : openImage(path), options));
+    emptyDone = true;
+    if (!options.scratch)
+        noteRecent(std::filesystem::absolute(path).lexically_normal());
+}
+
+void Application::openEmpty(const Options& options)
+{
+    const EmptyWindow::Services services{
+        .open = [this, options](const std::string& path) { open(path, options); },
+        .close = [this] { emptyDone = true; }};
+    empty = std::make_unique<EmptyWindow>(connection, options.geometry, services);
 }
 
 // Windows of other clients are no widgets: Xt would drop the news of their end.
@@ -84,21 +109,88 @@ Boolean Application::dispatchDestroy(XEvent* event)
 
 void Application::run()
 {
-    while (!windows.empty()) {
+    while (!windows.empty() || empty) {
         // Changes gather while events wait, so that a slow picture is drawn once for many of them.
         if (!(XtAppPending(app) & XtIMXEvent))
-            for (const auto& window : windows)
-                window->update();
+            updateAll();
         removeClosed();
-        if (!windows.empty())
+        if (!windows.empty() || empty)
             XtAppProcessEvent(app, XtIMAll);
         removeClosed();
     }
+    if (clipboard)
+        clipboard->handOver();
+}
+
+bool Application::copy(std::vector<std::byte> png)
+{
+    if (!clipboard)
+        clipboard.emplace(app, connection);
+    return clipboard->offer(std::move(png));
+}
+
+void Application::updateAll()
+{
+    for (const auto& window : windows)
+        if (const auto change = window->linkChange())
+            for (const auto& other : windows)
+                if (other != window)
+                    other->followLink(*change);
+    for (const auto& window : windows) {
+        window->update();
+        window->settleLink();
+    }
+}
+
+// What is no image is passed over in silence, what cannot be read with its sentence.
+void Application::showNeighbour(ImageWindow& window, int step)
+{
+    const std::vector<std::filesystem::path> own = window.life().file().files();
+    std::string remark;
+    for (const std::filesystem::path& path : neighboursOf(window.life().path(), step)) {
+        if (std::find(own.begin(), own.end(), path) != own.end() || !image::mayBeImage(path))
+            continue;
+        try {
+            replacement = Replacement{&window, openImage(path.string()), remark};
+            return;
+        } catch (const image::ImageError& error) {
+            remark = std::string("Passed over: ") + error.what();
+        }
+    }
+    window.tell(
+        remark + (remark.empty() ? "" : " ") +
+        (step > 0 ? "There is no further image in the folder." : "There is no image before in the folder."));
+}
+
+void Application::replace()
+{
+    Replacement next = std::move(*replacement);
+    replacement.reset();
+    const auto place = std::find_if(windows.begin(), windows.end(),
+                                    [&](const auto& window) { return window.get() == next.window; });
+    if (place == windows.end())
+        return;
+    noteRecent(next.source.path);
+    Options options;
+    std::unique_ptr<ImageWindow>* shown = &*place;
+    if (next.window->hasTools()) {
+        shown = &windows.emplace_back();
+    } else {
+        options.geometry = next.window->geometry();
+        shown->reset(); // gives its number back
+    }
+    *shown = std::make_unique<ImageWindow>(*this, std::move(next.source), options);
+    if (!next.remark.empty())
+        (*shown)->tell(next.remark);
 }
 
 void Application::removeClosed()
 {
+    if (replacement)
+        replace();
     std::erase_if(windows, [](const auto& window) { return window->closing(); });
+    if (emptyDone)
+        empty.reset();
 }
 
 Program Application::servicesFor(ImageWindow& window)
@@ -109,7 +201,9 @@ Program Application::servicesFor(ImageWindow& window)
                     for (const auto& each : windows)
                         each->markClosing();
                 },
-            .open = [this](const std::string& path) { open(path, Options{}); }};
+            .open = [this](const std::string& path) { open(path, Options{}); },
+            .copy = [this](std::vector<std::byte> png) { return copy(std::move(png)); },
+            .showNeighbour = [this, &window](int step) { showNeighbour(window, step); }};
 }
 
 } // namespace viewer

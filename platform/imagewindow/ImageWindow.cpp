@@ -4,8 +4,10 @@
 #include "platform/imagewindow/Application.h"
 #include "platform/imagewindow/Start.h"
 #include "platform/imagewindow/view/Readout.h"
+#include "widgets/Scale.h"
 
 #include <cstdio>
+#include <ctime>
 #include <string>
 #include <utility>
 
@@ -24,34 +26,77 @@ Size screenOf(Display* display)
 } // namespace
 
 ImageWindow::ImageWindow(Application& application, ImageSource opened, const Options& options)
-    : context(application.context()), display(application.display()), shown(std::move(opened)),
-      overlays(display), picture(display), desk{.shown = shown,
-                                                .actions = actions,
-                                                .overlays = overlays.store(),
-                                                .dialogues = dialogues,
-                                                .tools = tools,
-                                                .listener = *this,
-                                                .program = application.servicesFor(*this)}
+    : context(application.context()), display(application.display()), canvasKind(application.canvasKind()),
+      shown(std::move(opened)), overlays(display), desk{.shown = shown,
+                                                        .actions = actions,
+                                                        .overlays = overlays.store(),
+                                                        .dialogues = dialogues,
+                                                        .tools = tools,
+                                                        .listener = *this,
+                                                        .program = application.servicesFor(*this)}
 {
     if (shown.life.chosen().former())
         shown.tell(
             "A scale was set for an earlier version of this file: View, Set scale... to use it again.");
-    applyOptions(shown, options);
-    shown.area = chooseZoom(shown.info(), shown.view, options, screenOf(display));
-    controls.emplace(desk, display, shown.area, options.geometry);
+    shown.parts = loadParts();
+    for (const std::string& remark : shown.info().remarks)
+        shown.log.add(remark, std::time(nullptr));
+    const std::optional<Memory> memory = rememberedOf(shown);
+    const bool zoomed = applyOptions(shown, options, memory);
+    shown.barThickness = widgets::scaled(display, scrollBarThickness);
+    shown.area = chooseZoom(shown, options, screenOf(display), zoomed);
+    controls.emplace(desk, display, shown.area, geometryOf(options, memory, screenOf(display)), canvasKind);
     show();
 }
 
 ImageWindow::~ImageWindow()
 {
+    remember();
     for (XtIntervalId timer : {rangesTimer, fileTimer})
         if (timer)
             XtRemoveTimeOut(timer);
 }
 
+// How it was seen when it was shown is worth no note.
+void ImageWindow::remember()
+{
+    if (!firstSeen || shown.life.growing())
+        return;
+    const Memory now = memoryNow();
+    const std::string problem = now == *firstSeen ? "" : keepMemory(shown.life.path(), now);
+    if (!problem.empty())
+        std::fprintf(stderr, "imagewindow: %s\n", problem.c_str());
+}
+
+std::optional<LinkChange> ImageWindow::linkChange() const
+{
+    const LinkState now = linkStateOf(shown);
+    return shown.linked && now != settled ? std::optional(LinkChange{settled, now}) : std::nullopt;
+}
+
+void ImageWindow::followLink(const LinkChange& change)
+{
+    if (shown.linked)
+        follow(shown, change);
+}
+
+std::string ImageWindow::geometry() const
+{
+    const std::optional<base::Rectangle> place = controls->windowPlace();
+    return place ? geometryText(*place) : "";
+}
+
+Memory ImageWindow::memoryNow() const
+{
+    Memory memory = memoryOf(shown);
+    memory.place = controls->windowPlace();
+    return memory;
+}
+
 void ImageWindow::show()
 {
     controls->show("Image window: " + shown.life.name());
+    desk.intake = &intake.emplace(desk.shell, desk.program.open);
     layOut();
     drawImage();
     claimNumber();
@@ -102,7 +147,7 @@ void ImageWindow::layOut()
     shown.area = controls->areaSize();
     shown.arrangeNow();
     controls->place(shown.arrangement);
-    picture.resize(shown.arrangement.canvas);
+    picture.resize(desk.canvas, canvasKind, shown.arrangement.canvas);
 }
 
 void ImageWindow::drawImage()
@@ -111,27 +156,22 @@ void ImageWindow::drawImage()
     shown.stale.take(Part::Overlays);
     shown.panels = panelContents(shown.info(), shown.view);
     shown.problem = shown.renderer.load(shown.arrangement.geometry, shown.panels);
-    picture.drawImage(shown.renderer, controls->canvas(), scene(), overlays.store());
+    picture.drawImage(shown.renderer, scene(), overlays.store());
     for (const PanelContent& panel : shown.panels)
         for (int w : panel.wavelengths)
             shown.life.prefer({panel.z, w, panel.t, panel.p});
-    dialogues.imageDrawn();
+    controls->imageDrawn();
 }
 
 void ImageWindow::drawOverlays()
 {
     shown.stale.take(Part::Overlays);
-    picture.drawOverlays(controls->canvas(), scene(), overlays.store());
+    picture.drawOverlays(scene(), overlays.store());
 }
 
 Scene ImageWindow::scene() const
 {
-    const protocol::Geometry& geometry = shown.arrangement.geometry;
-    Scene scene{geometry, shown.panels, overlays.store(), std::nullopt};
-    if (shown.scaleBar)
-        scene.bar =
-            scaleBar(shown.life.scale().spacing[0], geometry.zoom, geometry.panelWidth, geometry.panelHeight);
-    return scene;
+    return sceneOf(shown, overlays.store(), widgets::screenScale(display));
 }
 
 void ImageWindow::showStatus()
@@ -141,7 +181,9 @@ void ImageWindow::showStatus()
         const std::optional<XPoint> place = controls->pointerOnCanvas();
         pointer = place ? std::optional(CanvasPlace{place->x, place->y}) : std::nullopt;
     }
+    shown.log.follow(problemOf(shown), std::time(nullptr));
     controls->showStatus(statusOf(shown, pointer));
+    controls->showMessages();
 }
 
 void ImageWindow::publish()
@@ -159,6 +201,7 @@ void ImageWindow::announce()
 {
     std::printf("window %d: %s\n", shown.windowNumber, onOneLine(record.path).c_str());
     std::fflush(stdout);
+    firstSeen = memoryNow();
 }
 
 void ImageWindow::pollRanges()
@@ -234,11 +277,11 @@ void ImageWindow::toolsChanged()
         shown.tell("For the tool the image is " + uncalibrated + ". View, Set scale... changes that.");
 }
 
-void ImageWindow::exposed(Region region)
+void ImageWindow::exposed(const Box& box)
 {
     canvasSeen = true;
     if (!shown.stale.has(Part::Image))
-        picture.expose(controls->canvas(), region);
+        picture.expose(box);
 }
 
 void ImageWindow::areaResized(Size size)

@@ -9,14 +9,18 @@
 #include "platform/imagewindow/controls/Controls.h"
 #include "platform/imagewindow/controls/Desk.h"
 #include "platform/imagewindow/controls/Dialogues.h"
+#include "platform/imagewindow/controls/Intake.h"
 #include "platform/imagewindow/controls/Tools.h"
 #include "platform/imagewindow/state/Actions.h"
+#include "platform/imagewindow/state/Link.h"
+#include "platform/imagewindow/state/Memory.h"
 #include "platform/imagewindow/state/Reports.h"
 #include "platform/imagewindow/state/Shown.h"
 
 #include <X11/Intrinsic.h>
 
 #include <optional>
+#include <string>
 
 namespace viewer {
 
@@ -34,6 +38,16 @@ public:
     void update();
     bool closing() const { return closeAsked; }
     void markClosing() { closeAsked = true; }
+    // Linked windows: what has changed since settleLink(), and following the change of another.
+    std::optional<LinkChange> linkChange() const;
+    void followLink(const LinkChange& change);
+    void settleLink() { settled = linkStateOf(shown); }
+    // The image, and a sentence for the user.
+    const ImageLife& life() const { return shown.life; }
+    void tell(const std::string& sentence) { shown.tell(sentence); }
+    bool hasTools() const { return !tools.running().empty(); }
+    // X geometry; empty when it cannot be found out.
+    std::string geometry() const;
     // A client's window was destroyed.
     void clientGone(Window client);
 
@@ -41,7 +55,7 @@ public:
     void pointerLeft() override;
     void overlayArrived(unsigned long serial) override;
     void toolsChanged() override;
-    void exposed(Region region) override;
+    void exposed(const Box& box) override;
     void areaResized(Size size) override;
 
 private:
@@ -56,11 +70,14 @@ private:
     void announce();
     void pollRanges();
     void pollFile();
+    void remember();
+    Memory memoryNow() const;
     void takeFile(const image::SectionIndex& newestBefore);
     Scene scene() const;
 
     XtAppContext context;
     Display* display;
+    CanvasKind canvasKind;
     Shown shown;
     Actions actions{shown};
     Overlays overlays;
@@ -68,11 +85,14 @@ private:
     protocol::DisplayRecord record;     // as published
     std::optional<CanvasPlace> pointer; // nothing: not on the canvas
     XtIntervalId rangesTimer = 0, fileTimer = 0;
+    LinkState settled;
+    std::optional<Memory> firstSeen; // nothing: not yet
     bool closeAsked = false, canvasSeen = false, announced = false;
     Desk desk;
     Tools tools{desk};
     std::optional<Controls> controls; // after all that its callbacks use
     Dialogues dialogues{desk};        // children of controls
+    std::optional<Intake> intake;     // on their shell
 };
 
 } // namespace viewer

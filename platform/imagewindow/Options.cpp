@@ -17,6 +17,7 @@ namespace viewer {
 namespace {
 
 constexpr const char* keys = R"(
+Without a FILE, a window that takes files: dropped, pasted as paths, or chosen.
 One window and one window number each; "window N: FILE" is written to standard output when a window is shown.
 In the image: the wheel zooms around the pointer, Shift+wheel steps through z, Control+wheel through time,
 dragging moves the image while no tool holds the pointer, button 3 opens the menu.
@@ -102,14 +103,14 @@ std::string oneLine(std::string text)
 
 // As typed, before it becomes options.
 struct Typed {
-    std::string zoom, panels = "single";
+    std::string zoom, panels, canvas = "auto";
     std::vector<int> section;
     bool noScaleBar = false;
 };
 
 void declare(CLI::App& app, Options& options, Typed& typed)
 {
-    app.add_option("FILE", options.files, "Image files: OME-TIFF, TIFF")->required()->type_name("");
+    app.add_option("FILE", options.files, "Image files: OME-TIFF, TIFF, PNG, JPEG, GIF")->type_name("");
     app.add_option("--zoom", typed.zoom, "Screen pixels per image pixel: 1/16 to 32, or fit")
         ->check(checkZoom, "")
         ->type_name("ZOOM");
@@ -126,24 +127,40 @@ void declare(CLI::App& app, Options& options, Typed& typed)
         ->check(checkGeometry, "")
         ->type_name("GEOMETRY");
     app.add_option("--display", options.display, "X server to use instead of $DISPLAY")->type_name("NAME");
+    app.add_option("--canvas", typed.canvas,
+                   "How the image reaches the screen: shm, x11, gl, or auto, gl where hardware draws it")
+        ->check(CLI::IsMember({"auto", "shm", "x11", "gl"}))
+        ->type_name("KIND");
     app.add_flag("--no-scale-bar", typed.noScaleBar, "Show no scale bar at first");
     app.add_flag(
         "--scratch", options.scratch,
         "The one FILE is still being written: show its sections as they arrive; - reads standard input");
 }
 
+std::optional<CanvasKind> canvasKind(const std::string& name)
+{
+    if (name == "shm")
+        return CanvasKind::Shared;
+    if (name == "x11")
+        return CanvasKind::Plain;
+    return name == "gl" ? std::optional(CanvasKind::OpenGl) : std::nullopt;
+}
+
 void convert(const Typed& typed, Options& options)
 {
+    options.canvas = canvasKind(typed.canvas);
     options.fit = typed.zoom == "fit";
     options.scaleBar = !typed.noScaleBar;
     if (!typed.zoom.empty() && !options.fit)
         options.zoom = parseZoom(typed.zoom);
     if (!typed.section.empty())
         options.z = typed.section[0];
-    if (typed.section.size() > 1)
-        options.t = typed.section[1];
+    if (!typed.section.empty())
+        options.t = typed.section.size() > 1 ? typed.section[1] : 0;
     const std::vector<std::string> kinds{"single", "z", "wavelength", "time"}; // in the order of PanelStyle
-    options.panels = static_cast<int>(std::find(kinds.begin(), kinds.end(), typed.panels) - kinds.begin());
+    if (!typed.panels.empty())
+        options.panels =
+            static_cast<int>(std::find(kinds.begin(), kinds.end(), typed.panels) - kinds.begin());
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 // The command line of the image window program. Pure.
 #pragma once
 
+#include "platform/imagewindow/canvas/CanvasKind.h"
 #include "platform/protocol/Geometry.h"
 
 #include <optional>
@@ -12,15 +13,16 @@ namespace viewer {
 
 struct Options {
     std::vector<std::string> files;
-    std::optional<double> zoom;   // window pixels per data pixel
-    bool fit = false;             // --zoom fit
-    std::optional<int> z;         // 0-based, none: as the viewer chooses; the command line counts from 1
-    int t = 0;                    // 0-based
-    std::vector<int> wavelengths; // 0-based, empty: as the viewer chooses
-    std::vector<int> colors;      // palette index of the first wavelengths, empty: as the file says
-    std::string geometry;         // X geometry of the window, empty: as the viewer chooses
-    std::string display;          // X display, empty: $DISPLAY
-    int panels = protocol::SinglePanel;
+    std::optional<double> zoom;       // window pixels per data pixel
+    bool fit = false;                 // --zoom fit
+    std::optional<int> z;             // 0-based, none: as the viewer chooses; the command line counts from 1
+    std::optional<int> t;             // the same
+    std::vector<int> wavelengths;     // 0-based, empty: as the viewer chooses
+    std::vector<int> colors;          // palette index of the first wavelengths, empty: as the file says
+    std::string geometry;             // X geometry of the window, empty: as the viewer chooses
+    std::string display;              // X display, empty: $DISPLAY
+    std::optional<int> panels;        // of protocol::Geometry, none: as the viewer chooses
+    std::optional<CanvasKind> canvas; // nothing: as the display can
     bool scratch = false;
     bool scaleBar = true;
 };

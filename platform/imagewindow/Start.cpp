@@ -12,9 +12,15 @@ namespace viewer {
 
 namespace {
 
-constexpr int toolRoom = 620;       // screen pixels that a tool window beside the image needs
-constexpr int controlsHeight = 190; // of the window without the area, a generous estimate
-constexpr int minAreaWidth = 420, minAreaHeight = 200;
+constexpr int toolRoom = 640;       // screen pixels that a tool window beside the image needs
+constexpr int controlsHeight = 225; // of the window without the area, a generous estimate
+constexpr int minAreaHeight = 200;
+
+// Less where a screen of 1024 pixels has to hold a tool's window, too.
+int minAreaWidth(Size screen)
+{
+    return std::clamp(screen.width - toolRoom, 320, 420);
+}
 
 std::string nameOf(const Shown& shown)
 {
@@ -38,15 +44,17 @@ void chooseWavelengths(Shown& shown, const std::vector<int>& wavelengths)
 void chooseSection(Shown& shown, const Options& options)
 {
     View& view = shown.view;
-    shown.singlePlace = {options.z.value_or(view.z), options.t};
-    view.style = options.panels;
+    const bool newPanels = options.panels && *options.panels != view.style;
+    view.t = options.t.value_or(view.t);
+    if (newPanels || view.style == protocol::SinglePanel)
+        shown.singlePlace = {options.z.value_or(view.z), view.t};
+    view.style = options.panels.value_or(view.style);
     if (shown.life.growing())
         view.z = shown.info().sizeZ - 1; // the newest
-    else if (options.panels == protocol::ZPanels)
+    else if (newPanels && options.panels == protocol::ZPanels)
         view.z = 0;
     if (options.z)
         view.z = *options.z;
-    view.t = options.t;
 }
 
 // Inside the image.
@@ -54,39 +62,70 @@ void settleSection(Shown& shown, const Options& options)
 {
     View& view = shown.view;
     clampSection(shown.info(), view);
-    const int wantedZ = options.z.value_or(view.z);
-    if (options.panels == protocol::SinglePanel && (view.z != wantedZ || view.t != options.t))
+    const int wantedZ = options.z.value_or(view.z), wantedT = options.t.value_or(view.t);
+    if (view.style == protocol::SinglePanel && (view.z != wantedZ || view.t != wantedT))
         std::fprintf(stderr, "imagewindow: %s has no section %d,%d: showing %d,%d.\n", nameOf(shown).c_str(),
-                     wantedZ + 1, options.t + 1, view.z + 1, view.t + 1);
+                     wantedZ + 1, wantedT + 1, view.z + 1, view.t + 1);
 }
 
 } // namespace
 
-void applyOptions(Shown& shown, const Options& options)
+std::optional<Memory> rememberedOf(const Shown& shown)
+{
+    return shown.life.growing() ? std::nullopt : loadMemory(shown.life.path());
+}
+
+bool applyOptions(Shown& shown, const Options& options, const std::optional<Memory>& memory)
 {
     View& view = shown.view;
+    shown.scaleBar = true;
+    const bool zoomed = memory && recall(*memory, shown);
     chooseSection(shown, options);
     if (!options.wavelengths.empty())
         chooseWavelengths(shown, options.wavelengths);
     std::copy_n(options.colors.begin(), std::min(options.colors.size(), view.colors.size()),
                 view.colors.begin());
-    shown.scaleBar = options.scaleBar && shown.life.scale().known;
+    shown.scaleBar = options.scaleBar && shown.scaleBar && shown.life.scale().known;
     settleSection(shown, options);
+    return zoomed;
 }
 
-Size chooseZoom(const image::ImageInfo& info, View& view, const Options& options, Size screen)
+std::string geometryText(const base::Rectangle& place)
 {
+    return std::to_string(place.width) + "x" + std::to_string(place.height) + "+" + std::to_string(place.x) +
+           "+" + std::to_string(place.y);
+}
+
+std::string geometryOf(const Options& options, const std::optional<Memory>& memory, Size screen)
+{
+    if (!options.geometry.empty() || !memory || !memory->place)
+        return options.geometry;
+    const base::Rectangle place = base::keptOnScreen(*memory->place, {0, 0, screen.width, screen.height});
+    return geometryText(place);
+}
+
+Size chooseZoom(Shown& shown, const Options& options, Size screen, bool zoomRemembered)
+{
+    const image::ImageInfo& info = shown.info();
+    View& view = shown.view;
+    const int bar = shown.barThickness;
     const int widest = std::min(screen.width - toolRoom, screen.width * 8 / 10);
-    const Size most{std::max(minAreaWidth, widest),
+    const Size most{std::max(minAreaWidth(screen), widest),
                     std::max(minAreaHeight, screen.height * 85 / 100 - controlsHeight)};
-    view.zoom = options.zoom.value_or(1.0);
-    if (!options.zoom)
-        view.zoom = usefulZoom(info, view);
-    const Arrangement natural = arrange(info, view, most, scrollBarThickness);
+    const View remembered = view;
+    const bool asRemembered = zoomRemembered && !options.zoom && !options.fit;
+    view.fit = false;
+    view.zoom = options.zoom.value_or(usefulZoom(info, view));
+    const Arrangement natural = arrange(info, view, most, bar);
     view.fit = options.fit || (!options.zoom && (natural.horizontalBar || natural.verticalBar));
-    const Arrangement chosen = view.fit ? arrange(info, view, most, scrollBarThickness) : natural;
-    const auto room = [](int canvas, bool bar) { return canvas + (bar ? scrollBarThickness : 0); };
-    return {std::max(minAreaWidth, room(chosen.canvas.width, chosen.verticalBar)),
+    if (asRemembered)
+        view = remembered;
+    View tried = view; // the window's own size is not known yet
+    const Arrangement chosen = arrange(info, tried, most, bar);
+    if (!asRemembered)
+        view = tried;
+    const auto room = [bar](int canvas, bool hasBar) { return canvas + (hasBar ? bar : 0); };
+    return {std::max(minAreaWidth(screen), room(chosen.canvas.width, chosen.verticalBar)),
             std::max(minAreaHeight, room(chosen.canvas.height, chosen.horizontalBar))};
 }
 

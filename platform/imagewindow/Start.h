@@ -3,16 +3,30 @@
 #pragma once
 
 #include "platform/imagewindow/Options.h"
+#include "platform/imagewindow/state/Memory.h"
 #include "platform/imagewindow/state/Shown.h"
+
+#include <optional>
+#include <string>
 
 namespace viewer {
 
-// Section, panels, wavelengths, colours and scale bar. What the image does not have is told on standard
-// error.
-void applyOptions(Shown& shown, const Options& options);
+// How the image was seen before, as far as that is kept; what still grows is not remembered.
+std::optional<Memory> rememberedOf(const Shown& shown);
 
-// Chooses the zoom and returns the area that the window needs: room for the image at the zoom asked for, else
-// at zoom 1, a small one larger, when the screen has it beside a tool's window, else for the image fitted.
-Size chooseZoom(const image::ImageInfo& info, View& view, const Options& options, Size screen);
+// Section, panels, wavelengths, colours and scale bar: as remembered, but what the options say goes before
+// that. What the image does not have is told on standard error. Whether a zoom was remembered.
+bool applyOptions(Shown& shown, const Options& options, const std::optional<Memory>& memory);
+
+// Chooses the zoom, unless one was remembered and the options ask for no other, and returns the area that the
+// window needs: room for the image at the zoom asked for, else at zoom 1, a small one larger, when the screen
+// has it beside a tool's window, else for the image fitted.
+Size chooseZoom(Shown& shown, const Options& options, Size screen, bool zoomRemembered);
+
+// "640x480+20+30"
+std::string geometryText(const base::Rectangle& place);
+
+// The X geometry of the window: of the options, else as remembered and on the screen, else empty.
+std::string geometryOf(const Options& options, const std::optional<Memory>& memory, Size screen);
 
 } // namespace viewer

@@ -36,8 +36,10 @@ int run(int argc, char** argv)
         std::fputs(parsed.text.c_str(), parsed.status == 0 ? stdout : stderr);
         return parsed.status;
     }
-    viewer::Application application(parsed.options->display);
-    if (openAll(application, *parsed.options) == 0)
+    viewer::Application application(parsed.options->display, parsed.options->canvas);
+    if (parsed.options->files.empty())
+        application.openEmpty(*parsed.options);
+    else if (openAll(application, *parsed.options) == 0)
         return nothingOpenedStatus;
     application.run();
     return 0;

@@ -11,7 +11,7 @@
 
 namespace iwl {
 
-// Changed keys with their new values; nothing: the key is removed.
+// Changed keys and their new values; a key without a value is removed.
 using ConfigChanges = std::map<std::string, std::optional<std::string>>;
 
 // The name under which a key is stored: without a trailing colon. Empty when it is no valid key (letters,

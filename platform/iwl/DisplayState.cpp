@@ -35,14 +35,6 @@ std::optional<PointerPosition> pointerPosition(const XEvent& event)
     }
 }
 
-const iwl::Slot* slotOfWindow(Window canvas)
-{
-    for (int number = 1; number <= IW_MAX_SLOTS; ++number)
-        if (const iwl::Slot* slot = iwl::slotAt(number); slot && slot->canvas == canvas)
-            return slot;
-    return nullptr;
-}
-
 // Rounding to float must not carry a position into the next pixel.
 float towardZero(double value)
 {
@@ -97,7 +89,7 @@ int sectionOf(float z, int count)
 
 int IWGetButPressInfo(XEvent* event, int* window, float* x, float* y, float* z, int* subPanel, int* panel)
 {
-    const iwl::Slot* slot = event ? slotOfWindow(event->xany.window) : nullptr;
+    const iwl::Slot* slot = event ? iwl::slotShowing(event->xany.window) : nullptr;
     const auto pointer = slot ? pointerPosition(*event) : std::nullopt;
     if (!pointer)
         return 0;

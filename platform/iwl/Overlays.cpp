@@ -9,7 +9,6 @@
 #include <IWL.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -65,18 +64,11 @@ void send(iwl::Slot& slot, const OverlayCommand& command)
     append(slot, command);
 }
 
-bool drawable(const OverlayCommand& command)
-{
-    const auto inRange = [](float value) { return std::fabs(value) <= protocol::maxOverlayCoordinate; };
-    return inRange(command.x0) && inRange(command.y0) && inRange(command.z0) && inRange(command.x1) &&
-           inRange(command.y1) && inRange(command.z1);
-}
-
 // Returns the id, 0 when nothing was added.
 int add(int slotNumber, OverlayCommand graphic)
 {
     iwl::Slot* slot = iwl::slotAt(slotNumber);
-    if (!slot || slot->closed || !drawable(graphic))
+    if (!slot || slot->closed || !protocol::validCoordinates(graphic))
         return 0;
     graphic.id = ++lastId;
     graphic.timePoint = std::max(graphic.timePoint, -1);

@@ -29,7 +29,8 @@ Display* connection = nullptr;
 Window ownWindow = None;
 SlotTable& slots = *std::make_unique<SlotTable>().release();
 
-// What a program says to its only argument, empty to go on. Every tool takes the number of an image window.
+// What a tool prints when its only argument is this option; empty when the argument is no option, but the
+// number of an image window that every tool takes.
 std::string answerTo(std::string_view option)
 {
     const std::string name = program_invocation_short_name;
@@ -42,14 +43,6 @@ std::string answerTo(std::string_view option)
            "Starts the tool on an image window. imagewindow prints the numbers of its windows.\n\n"
            "  --help     prints this text\n"
            "  --version  prints the version\n";
-}
-
-Window makeClientWindow()
-{
-    XSetWindowAttributes attributes = {};
-    attributes.override_redirect = True;
-    return XCreateWindow(connection, DefaultRootWindow(connection), -1, -1, 1, 1, 0, 0, InputOnly,
-                         CopyFromParent, CWOverrideRedirect, &attributes);
 }
 
 // Throws std::runtime_error with one sentence when the window cannot be attached.
@@ -148,23 +141,22 @@ std::vector<iwl::AttachedWindow> iwl::attachedWindows()
     return windows;
 }
 
-int iwl::slotOf(Window canvas)
+iwl::Slot* iwl::slotShowing(Window canvas)
 {
-    for (int slot = 1; slot <= IW_MAX_SLOTS; ++slot)
-        if (slots[slot] && slots[slot]->canvas == canvas)
-            return slot;
-    return 0;
+    const auto found =
+        std::ranges::find_if(slots, [canvas](const auto& slot) { return slot && slot->canvas == canvas; });
+    return found == slots.end() ? nullptr : found->get();
 }
 
 int iwl::windowNumberOf(Window canvas)
 {
-    const int slot = iwl::slotOf(canvas);
-    return slot ? slots[slot]->windowNumber : 0;
+    const iwl::Slot* const slot = iwl::slotShowing(canvas);
+    return slot ? slot->windowNumber : 0;
 }
 
 iwl::Change iwl::refresh(Window canvas)
 {
-    if (iwl::slotOf(canvas) == 0)
+    if (!iwl::slotShowing(canvas))
         return iwl::Change::Nothing;
     const auto record = protocol::readDisplay(connection, canvas);
     if (!record)
@@ -207,7 +199,7 @@ int IWAttach(int argc, char** argv)
         std::exit(-1);
     }
     protocol::installErrorHandler(program_invocation_short_name);
-    ownWindow = makeClientWindow();
+    ownWindow = protocol::makeHiddenWindow(connection);
     // The server throws away requests of a client that has hung up before it read them: what the program
     // asked for last, such as its graphics to go, would be lost. A forked child must not talk on its parent's
     // connection.

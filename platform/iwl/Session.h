@@ -28,9 +28,7 @@ struct AttachedWindow {
 // The attached image windows in the order of their slots.
 std::vector<AttachedWindow> attachedWindows();
 
-// The slot and the window number of a canvas, 0 when no slot is attached to it. When several
-// slots are attached to one canvas, the lowest one is given.
-int slotOf(Window canvas);
+// The window number of a canvas, 0 when no slot is attached to it.
 int windowNumberOf(Window canvas);
 
 // The process's unmapped window that stands for it as a client of image windows; it lives as long as the

@@ -25,7 +25,7 @@ SlotImage::SlotImage(const protocol::DisplayRecord& record) : shown(record)
     load();
 }
 
-// Leaves the present file in place when the new one is no good.
+// Keeps the file that is open when the new one cannot be used.
 void SlotImage::load()
 {
     readable = false;

@@ -47,6 +47,8 @@ struct Slot {
 
 // Null when the slot number is out of range or nothing is attached.
 Slot* slotAt(int slot);
+// The first slot that is attached to a canvas, null when there is none.
+Slot* slotShowing(Window canvas);
 // Frees the slot.
 void detach(int slot);
 

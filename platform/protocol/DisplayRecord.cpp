@@ -38,7 +38,7 @@ void putSpacing(ByteWriter& out, const std::optional<Spacing>& spacing)
         out.f32(value);
 }
 
-// False when what is there is no spacing.
+// Reads a spacing that may be absent; returns false when the bytes hold neither a spacing nor its absence.
 bool getSpacing(ByteReader& in, std::optional<Spacing>& spacing)
 {
     const std::uint32_t set = in.u32();

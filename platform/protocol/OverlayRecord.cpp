@@ -16,14 +16,6 @@ bool namesGraphic(OverlayKind kind)
     return kind == OverlayKind::AddPoint || kind == OverlayKind::AddLine || kind == OverlayKind::Remove;
 }
 
-bool validCoordinates(const OverlayCommand& command)
-{
-    for (float value : {command.x0, command.y0, command.z0, command.x1, command.y1, command.z1})
-        if (!(std::fabs(value) <= maxOverlayCoordinate))
-            return false;
-    return true;
-}
-
 bool valid(const OverlayCommand& command)
 {
     const bool kind = command.kind >= OverlayKind::AddPoint && command.kind <= OverlayKind::Redraw;
@@ -51,6 +43,14 @@ std::optional<OverlayCommand> decodeOverlay(std::span<const std::byte> bytes)
 }
 
 } // namespace
+
+bool validCoordinates(const OverlayCommand& command)
+{
+    for (float value : {command.x0, command.y0, command.z0, command.x1, command.y1, command.z1})
+        if (!(std::fabs(value) <= maxOverlayCoordinate))
+            return false;
+    return true;
+}
 
 std::vector<std::byte> encodeOverlay(const OverlayCommand& command)
 {

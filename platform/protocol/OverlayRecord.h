@@ -31,10 +31,13 @@ struct OverlayCommand {
 
 constexpr std::size_t overlayRecordSize = 64;
 
-// What a valid command holds at most; a command beyond is skipped by the decoder.
+// Limits of a valid command; the decoder skips a command that exceeds one.
 constexpr std::int32_t maxOverlayWidth = 255;
 constexpr std::int32_t maxOverlayDash = 255;
 constexpr float maxOverlayCoordinate = 1e9F;
+
+// Whether all coordinates are numbers within maxOverlayCoordinate.
+bool validCoordinates(const OverlayCommand& command);
 
 // overlayRecordSize bytes.
 std::vector<std::byte> encodeOverlay(const OverlayCommand& command);

@@ -37,16 +37,6 @@ private:
     Display* display;
 };
 
-// A window that is never mapped.
-Window makeHiddenWindow(Display* display, long eventMask)
-{
-    XSetWindowAttributes attributes = {};
-    attributes.override_redirect = True;
-    attributes.event_mask = eventMask;
-    return XCreateWindow(display, DefaultRootWindow(display), -1, -1, 1, 1, 0, 0, InputOnly, CopyFromParent,
-                         CWOverrideRedirect | CWEventMask, &attributes);
-}
-
 Bool isPropertyNotifyOf(Display* /*display*/, XEvent* event, XPointer window)
 {
     return event->type == PropertyNotify && event->xproperty.window == *reinterpret_cast<Window*>(window);
@@ -138,6 +128,15 @@ std::vector<Window> listedTools(Display* display, Window canvas)
 }
 
 } // namespace
+
+Window makeHiddenWindow(Display* display, long eventMask)
+{
+    XSetWindowAttributes attributes = {};
+    attributes.override_redirect = True;
+    attributes.event_mask = eventMask;
+    return XCreateWindow(display, DefaultRootWindow(display), -1, -1, 1, 1, 0, 0, InputOnly, CopyFromParent,
+                         CWOverrideRedirect | CWEventMask, &attributes);
+}
 
 int claimWindowNumber(Display* display, Window canvas)
 {

@@ -39,7 +39,7 @@ public:
     ~ErrorTrap();
     ErrorTrap(const ErrorTrap&) = delete;
     ErrorTrap& operator=(const ErrorTrap&) = delete;
-    // Waits for the server and tells the code of the first error so far, 0 for none.
+    // Waits for the server; returns the code of the first error so far, 0 for none.
     int error();
 
 private:
@@ -57,7 +57,11 @@ private:
 // is copied.
 void installErrorHandler(const char* program);
 
-// Takes the lowest free window number for canvas. 0 when none could be had.
+// A window that is never mapped: it stands for its client while the client lives. eventMask: of its own
+// events.
+Window makeHiddenWindow(Display* display, long eventMask = NoEventMask);
+
+// Takes the lowest free window number for canvas. 0 when it could take none.
 int claimWindowNumber(Display* display, Window canvas);
 // The same, and stores the number in the record and publishes it before any other client can find the window:
 // a number that can be found has a record.

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Placing a tool window beside an image window.
 #include "platform/include/OrUtils.h"
+#include "platform/base/Placement.h"
 #include "platform/protocol/XProtocol.h"
 #include "platform/wmenh/MainWindow.h"
-#include "platform/wmenh/Placement.h"
 #include "platform/wmenh/Toolkit.h"
 
 using namespace wmenh;
@@ -41,7 +41,7 @@ int OrvelPositionNextToImage(int windowNumber, Widget widget)
         realiseMainWindow();
     if (!XtIsRealized(shell))
         return 0;
-    const Rectangle place = placeBeside(image.frameArea, toolArea(shell, image), screenArea(shell));
+    const Rectangle place = base::placeBeside(image.frameArea, toolArea(shell, image), screenArea(shell));
     placeShell(shell, place.x, place.y);
     return 1;
 }

@@ -4,9 +4,9 @@
 
 namespace text {
 
-// Sets the locale that the environment asks for, the C locale where Xlib or the C library does not have it.
-// Numbers keep the decimal point whatever the language: they are parsed and written all over. To be called
-// before Xt opens a display. Returns false when only the C locale could be set.
+// Sets the locale that the environment asks for, or the C locale where Xlib or the C library lacks it.
+// Numbers keep the decimal point in every language, because files and properties are read and written with
+// it. Call this before Xt opens a display. Returns false when it fell back to the C locale.
 bool adoptLocale();
 
 // Whether the locale that is set encodes text in UTF-8.

@@ -22,7 +22,7 @@ const char returnActivates[] = "<Key>osfActivate: ArmAndActivate()\n"
 
 Widget addButton(const char* label, XtCallbackProc activated, XtPointer clientData)
 {
-    const Label text(label);
+    const MotifString text(localeText(label));
     const Widget button = XtVaCreateWidget("button", xmPushButtonWidgetClass, currentRows().parent(),
                                            XmNlabelString, text.get(), XmNmarginWidth, 8, XmNmarginHeight, 4,
                                            XmNnavigationType, XmTAB_GROUP, nullptr);

@@ -17,7 +17,6 @@
 #include <algorithm>
 #include <charconv>
 #include <climits>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -27,7 +26,7 @@ namespace {
 
 Widget addLabel(const char* label)
 {
-    const Label text(label);
+    const MotifString text(localeText(label));
     const Widget control = XtVaCreateWidget("label", xmLabelWidgetClass, currentRows().parent(),
                                             XmNlabelString, text.get(), nullptr);
     currentRows().add(control);
@@ -92,11 +91,11 @@ struct IntField {
     // Takes what the user typed; anything but a number puts the present value back.
     bool take() const
     {
-        const XtText text(XmTextFieldGetString(control));
-        const char* const end = text.get() + strlen(text.get());
+        const std::string text = text::fieldText(control);
+        const char* const end = text.data() + text.size();
         const int before = *value;
         int typed = 0;
-        const auto [stop, error] = std::from_chars(text.get(), end, typed);
+        const auto [stop, error] = std::from_chars(text.data(), end, typed);
         if (error == std::errc() && stop == end)
             *value = limits.clamp(typed);
         show();
@@ -142,7 +141,7 @@ Widget WMAddOptionMenu(const WMMenuItem* items, int count, int* value, XtCallbac
     const Widget form = currentRows().parent(), before = currentRows().last();
     const Widget pulldown = XmCreatePulldownMenu(form, const_cast<char*>("choices"), nullptr, 0);
     for (int i = 0; i < count; ++i) {
-        const Label text(items[i].label);
+        const MotifString text(localeText(items[i].label));
         XtVaCreateManagedWidget("choice", xmPushButtonWidgetClass, pulldown, XmNlabelString, text.get(),
                                 nullptr);
     }
@@ -178,7 +177,7 @@ Widget WMAddOptionMenu(const WMMenuItem* items, int count, int* value, XtCallbac
 Widget WMAddToggleButton(const char* label, int* value, XtCallbackProc changed, XtPointer clientData, int,
                          int)
 {
-    const Label text(label);
+    const MotifString text(localeText(label));
     const Widget toggle =
         XtVaCreateWidget("toggle", xmToggleButtonWidgetClass, currentRows().parent(), XmNlabelString,
                          text.get(), XmNnavigationType, XmTAB_GROUP, nullptr);

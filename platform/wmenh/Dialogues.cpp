@@ -90,7 +90,7 @@ void placeBesideMainWindow(Widget dialogue, XtPointer, XtPointer)
     Rectangle size = sizeOf(dialogue);
     size.width += top.frameArea.width - top.clientArea.width;
     size.height += top.frameArea.height - top.clientArea.height;
-    const Rectangle place = placeBeside(top.frameArea, size, screenArea(dialogue));
+    const Rectangle place = base::placeBeside(top.frameArea, size, screenArea(dialogue));
     moveDialogue(dialogue, place.x, place.y);
 }
 
@@ -104,9 +104,8 @@ Widget makeMessage(Kind kind, std::string_view message)
                         : kind == Kind::Question ? XmCreateQuestionDialog
                                                  : XmCreateWarningDialog;
     const Widget dialogue = create(dialogueParent(), const_cast<char*>("dialogue"), nullptr, 0);
-    const XmString label = XmStringCreateLocalized(const_cast<char*>(scrolled ? "" : text.c_str()));
-    XtVaSetValues(dialogue, XmNmessageString, label, XmNautoUnmanage, False, nullptr);
-    XmStringFree(label);
+    const MotifString label(scrolled ? "" : text);
+    XtVaSetValues(dialogue, XmNmessageString, label.get(), XmNautoUnmanage, False, nullptr);
     if (scrolled)
         makeScrolledText(dialogue, text, mostLines, textColumns);
     XtUnmanageChild(XmMessageBoxGetChild(dialogue, XmDIALOG_HELP_BUTTON));
@@ -180,7 +179,7 @@ Widget dialogueParent()
 void prepareDialogue(Widget dialogue, const char* title, XtCallbackProc closed, XtPointer clientData,
                      Place place)
 {
-    const Label name(title);
+    const MotifString name(localeText(title));
     const bool center = centerNext || !mainWindowShown();
     const bool own = center || place == Place::Beside; // not where Motif would put it
     centerNext = false;
@@ -217,7 +216,7 @@ void WMConfirmError(const char* pattern, ...)
 int WMConfirm(const char* text)
 {
     const Widget dialogue = makeMessage(Kind::Question, text);
-    const Label yes("Yes"), no("No");
+    const MotifString yes("Yes"), no("No");
     XtVaSetValues(dialogue, XmNokLabelString, yes.get(), XmNcancelLabelString, no.get(), XmNdefaultButtonType,
                   XmDIALOG_CANCEL_BUTTON, nullptr);
     return runModal(dialogue, "Question", WithoutImage::Stays) ? 1 : 0;

@@ -62,31 +62,6 @@ bool usableFolder(const std::string& folder)
            access(folder.c_str(), W_OK) == 0;
 }
 
-std::string stringResource(Widget widget, const char* resource)
-{
-    XmString value = nullptr;
-    XtVaGetValues(widget, resource, &value, nullptr);
-    std::string text = value ? plainText(value) : "";
-    XmStringFree(value);
-    return text;
-}
-
-// File names are bytes in the encoding of the locale already.
-class PathString {
-public:
-    explicit PathString(const std::string& text)
-        : string(XmStringCreateLocalized(const_cast<char*>(text.c_str())))
-    {
-    }
-    ~PathString() { XmStringFree(string); }
-    PathString(const PathString&) = delete;
-    PathString& operator=(const PathString&) = delete;
-    XmString get() const { return string; }
-
-private:
-    XmString string;
-};
-
 Widget nameField(const Chooser& chooser)
 {
     return XmFileSelectionBoxGetChild(chooser.box, XmDIALOG_TEXT);
@@ -94,7 +69,7 @@ Widget nameField(const Chooser& chooser)
 
 std::string folderOf(const Chooser& chooser)
 {
-    return stringResource(chooser.box, XmNdirectory);
+    return text::textResource(chooser.box, XmNdirectory);
 }
 
 void showName(const Chooser& chooser)
@@ -116,7 +91,7 @@ void restoreName(XtPointer data, XtIntervalId*)
 void nameChanged(Widget field, XtPointer data, XtPointer call)
 {
     Chooser& chooser = *static_cast<Chooser*>(data);
-    const std::string name = XtText(XmTextFieldGetString(field)).get();
+    const std::string name = text::fieldText(field);
     if (!name.empty() || static_cast<XmAnyCallbackStruct*>(call)->event)
         chooser.name = name;
     else if (!chooser.name.empty() && !chooser.restoring)
@@ -129,22 +104,22 @@ void complain(const Chooser& chooser, const std::string& sentence)
     std::string text = wrapText(localeText(sentence), 72);
     if (lineCount(text) < 2)
         text += "\n";
-    const PathString label(text);
+    const MotifString label(text);
     XtVaSetValues(chooser.complaint, XmNlabelString, label.get(), nullptr);
 }
 
 void goTo(const Chooser& chooser, const std::string& folder)
 {
-    const PathString directory(folder);
+    const MotifString directory(folder);
     XtVaSetValues(chooser.box, XmNdirectory, directory.get(), nullptr);
 }
 
 void okPressed(Widget, XtPointer data, XtPointer)
 {
     Chooser& chooser = *static_cast<Chooser*>(data);
-    const XtText typed(XmTextFieldGetString(nameField(chooser)));
-    const bool blank = std::string_view(typed.get()).find_first_not_of(' ') == std::string_view::npos;
-    const std::string named = pathFromName(folderOf(chooser), typed.get());
+    const std::string typed = text::fieldText(nameField(chooser));
+    const bool blank = typed.find_first_not_of(' ') == std::string::npos;
+    const std::string named = pathFromName(folderOf(chooser), typed);
     std::error_code error;
     if (!blank && std::filesystem::is_directory(named, error)) {
         chooser.name.clear(); // it was the folder's
@@ -175,22 +150,11 @@ void lastFolderPressed(Widget, XtPointer data, XtPointer)
 
 void addLastFolderButton(Chooser& chooser)
 {
-    const Label label("Last Folder");
+    const MotifString label("Last Folder");
     const Widget button = XtVaCreateManagedWidget("lastFolder", xmPushButtonWidgetClass, chooser.box,
                                                   XmNlabelString, label.get(), nullptr);
     XmKvTipSet(button, "Go to the folder of the file\nthat was written last");
     XtAddCallback(button, XmNactivateCallback, lastFolderPressed, &chooser);
-}
-
-// Map callback: the box would follow the longest name in its lists, off the screen. It keeps one width.
-void limitWidth(Widget box, XtPointer, XtPointer)
-{
-    constexpr int columns = 100; // of average characters
-    XmRenderTable fonts = nullptr;
-    XtVaGetValues(XmFileSelectionBoxGetChild(box, XmDIALOG_LIST), XmNrenderTable, &fonts, nullptr);
-    const Label sample(std::string(columns, 'n'));
-    const int width = std::min<int>(XmStringWidth(fonts, sample.get()), screenArea(box).width * 9 / 10);
-    XtVaSetValues(box, XmNresizePolicy, XmRESIZE_NONE, XmNwidth, width, nullptr);
 }
 
 // The box takes these keys for its list, although the name has the focus.
@@ -208,8 +172,8 @@ void followName(Chooser& chooser)
 
 void makeBox(Chooser& chooser, const char* title, const std::string& folder, const std::string& filter)
 {
-    const PathString directory(folder), pattern(filter.empty() ? "*" : filter);
-    const Label save("Save"), name("File name"), empty("\n");
+    const MotifString directory(folder), pattern(filter.empty() ? "*" : filter);
+    const MotifString save("Save"), name("File name"), empty("\n");
     Arg args[] = {{const_cast<char*>(XmNdirectory), reinterpret_cast<XtArgVal>(directory.get())},
                   {const_cast<char*>(XmNpattern), reinterpret_cast<XtArgVal>(pattern.get())},
                   {const_cast<char*>(XmNokLabelString), reinterpret_cast<XtArgVal>(save.get())},
@@ -228,7 +192,7 @@ void makeBox(Chooser& chooser, const char* title, const std::string& folder, con
     if (usableFolder(chooser.remembered))
         addLastFolderButton(chooser);
     followName(chooser);
-    XtAddCallback(chooser.box, XmNmapCallback, limitWidth, nullptr);
+    text::fixFileBoxWidth(chooser.box);
     XtAddCallback(chooser.box, XmNokCallback, okPressed, &chooser);
     XtAddCallback(chooser.box, XmNcancelCallback, cancelPressed, &chooser);
     prepareDialogue(chooser.box, title, cancelPressed, &chooser);
@@ -277,7 +241,7 @@ int WMInlineFileChooser(const char* title, char* directory, char* filter, int ca
     showName(chooser);
     XmProcessTraversal(nameField(chooser), XmTRAVERSE_CURRENT);
     runUntil([&] { return chooser.ended; });
-    const std::string pattern = stringResource(chooser.box, XmNpattern);
+    const std::string pattern = text::textResource(chooser.box, XmNpattern);
     if (chooser.restoring)
         XtRemoveTimeOut(chooser.restoring);
     destroyDialogue(chooser.box);

@@ -46,7 +46,7 @@ void closeHelp(Widget, XtPointer data, XtPointer)
 
 Widget addCloseButton(Widget form)
 {
-    const Label label("Close");
+    const MotifString label("Close");
     const Widget button = XtVaCreateManagedWidget(
         "close", xmPushButtonWidgetClass, form, XmNlabelString, label.get(), XmNmarginWidth, 16,
         XmNmarginHeight, 4, XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);

@@ -33,21 +33,12 @@ char lower(char c)
     return static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
 }
 
-std::string labelOf(Widget widget)
-{
-    XmString label = nullptr;
-    XtVaGetValues(widget, XmNlabelString, &label, nullptr);
-    std::string text = label ? plainText(label) : "";
-    XmStringFree(label);
-    return text;
-}
-
 void giveLetter(Mnemonic& mnemonic)
 {
     std::string taken;
     for (const Mnemonic& other : mnemonics)
         taken += other.letter;
-    const char letter = pickMnemonic(labelOf(mnemonic.shown), taken);
+    const char letter = pickMnemonic(text::textResource(mnemonic.shown, XmNlabelString), taken);
     mnemonic.letter = lower(letter);
     if (letter)
         XtVaSetValues(mnemonic.shown, XmNmnemonic, static_cast<KeySym>(letter), nullptr);

@@ -5,6 +5,7 @@
 #include "platform/protocol/XProtocol.h"
 #include "platform/text/Fonts.h"
 #include "platform/text/Locale.h"
+#include "widgets/Scale.h"
 
 #include <X11/Shell.h>
 #include <X11/Xatom.h>
@@ -14,7 +15,6 @@
 #include <algorithm>
 #include <cctype>
 #include <clocale>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
@@ -137,28 +137,7 @@ void runUntil(const std::function<bool()>& done)
 
 int focusThickness(Display* display)
 {
-    constexpr double usualResolution = 96; // dots per inch
-    const char* const given = XGetDefault(display, "Xft", "dpi");
-    const double resolution = given ? std::strtod(given, nullptr) : usualResolution;
-    return std::clamp(static_cast<int>(std::lround(2 * resolution / usualResolution)), 2, 12);
-}
-
-std::string plainText(XmString string)
-{
-    const XtText text(static_cast<char*>(
-        XmStringUnparse(string, nullptr, XmCHARSET_TEXT, XmCHARSET_TEXT, nullptr, 0, XmOUTPUT_ALL)));
-    return text ? text.get() : "";
-}
-
-Label::Label(std::string_view text)
-{
-    std::string local = localeText(text);
-    string = XmStringCreateLocalized(local.data());
-}
-
-Label::~Label()
-{
-    XmStringFree(string);
+    return std::clamp(widgets::scaled(display, 2), 2, 12);
 }
 
 Widget makeScrolledText(Widget parent, const std::string& text, int rows, int columns)
@@ -168,11 +147,7 @@ Widget makeScrolledText(Widget parent, const std::string& text, int rows, int co
         {const_cast<char*>(XmNcursorPositionVisible), False}, {const_cast<char*>(XmNrows), rows},
         {const_cast<char*>(XmNscrollHorizontal), False},      {const_cast<char*>(XmNwordWrap), True}};
     const Widget field = XmCreateScrolledText(parent, const_cast<char*>("text"), args, XtNumber(args));
-    // Motif counts columns in the widest character of a scalable font: far too wide.
-    XmRenderTable fonts = nullptr;
-    XtVaGetValues(field, XmNrenderTable, &fonts, nullptr);
-    const Label sample(std::string(static_cast<size_t>(columns), 'n'));
-    XtVaSetValues(field, XmNwidth, XmStringWidth(fonts, sample.get()) + 16, nullptr);
+    XtVaSetValues(field, XmNwidth, text::columnsWidth(field, columns) + 16, nullptr);
     XmTextSetString(field, const_cast<char*>(text.c_str()));
     XtManageChild(field);
     return field;

@@ -4,17 +4,19 @@
 // process. Also the small X helpers that several files of the library need.
 #pragma once
 
-#include "platform/wmenh/Placement.h"
+#include "platform/base/Placement.h"
+#include "platform/text/MotifText.h"
 #include "platform/wmenh/Text.h"
 
 #include <Xm/Xm.h>
 
 #include <functional>
-#include <memory>
 #include <string>
-#include <string_view>
 
 namespace wmenh {
+
+using base::Rectangle;
+using text::MotifString;
 
 struct Toolkit {
     XtAppContext context = nullptr;
@@ -28,30 +30,8 @@ const Toolkit& toolkit();
 // Handles events until done() is true. Nests.
 void runUntil(const std::function<bool()>& done);
 
-// An XmString in the encoding of the locale, freed at the end of its life. text as for localeText.
-class Label {
-public:
-    explicit Label(std::string_view text);
-    ~Label();
-    Label(const Label&) = delete;
-    Label& operator=(const Label&) = delete;
-    XmString get() const { return string; }
-
-private:
-    XmString string;
-};
-
 // Pixels of the border that shows the focus, from the resolution that the user's resources give the fonts.
 int focusThickness(Display* display);
-
-// The text of an XmString, in the encoding of the locale.
-std::string plainText(XmString string);
-
-// A string that Xt allocated.
-struct XtDeleter {
-    void operator()(char* text) const { XtFree(text); }
-};
-using XtText = std::unique_ptr<char, XtDeleter>;
 
 // A read-only text of several lines in a scrolled window, a child of parent; rows and columns (of average
 // characters) are its first size. text is in the encoding of the locale. Returns the text; its parent is the

@@ -3,6 +3,8 @@
 // notes each call with its arguments as one line of text, and answers from a script. Widgets are named by
 // what they are ("Save", "plotArea"); without a display they are opaque tokens, good for the platform's own
 // functions only, after useDisplay() real Motif widgets.
+// Sites link the tool with platforms of their own and count on the order of its calls at start, at the end,
+// in sampling and in saving: tests named after a "fixed order" keep it. Others look at results only.
 #pragma once
 
 #include <WMEnh.h>

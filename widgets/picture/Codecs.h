@@ -5,9 +5,11 @@
 
 #include "widgets/picture/Picture.h"
 
+#include <filesystem>
 #include <optional>
 #include <span>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,7 +21,7 @@ struct FormatError : std::runtime_error {
 
 using Bytes = std::span<const std::byte>;
 
-// Throws where the size that a file claims is none or beyond the limit.
+// Throws FormatError where a side is 0 or the picture is larger than the limit.
 void checkSize(std::uint64_t width, std::uint64_t height);
 // An empty picture of that size, after the same check.
 Picture makePicture(std::uint64_t width, std::uint64_t height);
@@ -35,6 +37,9 @@ std::vector<std::byte> encodeJpeg(const Picture& picture);
 std::vector<std::byte> encodeGif(const Picture& picture);
 std::vector<std::byte> encodeXpm(const Picture& picture);
 std::vector<std::byte> encodeXwd(const Picture& picture);
+
+// The extension of a file's name with its point, in small letters; empty where it has none.
+std::string extensionOf(const std::filesystem::path& path);
 
 // Red, green and blue of each pixel over white.
 std::vector<std::uint8_t> flatten(const Picture& picture);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/picture/Codecs.h"
+#include "widgets/picture/Samples.h"
 
 #include <csetjmp>
 #include <cstdio>
@@ -14,7 +15,8 @@ namespace picture {
 
 namespace {
 
-// libjpeg reports by a function that must not return; nothing with a destructor may live in between.
+// libjpeg reports an error by a call that must not return. Ours jumps back to the last setjmp, so the
+// functions between them must hold no object with a destructor.
 struct Errors {
     jpeg_error_mgr manager; // first: libjpeg hands out its address
     std::jmp_buf back;
@@ -47,7 +49,7 @@ jpeg_error_mgr* prepare(Errors& errors)
     return manager;
 }
 
-// What both directions keep outside the reach of longjmp.
+// Belongs to the caller of the function with the setjmp, so that a jump does not skip its destructor.
 struct Decoding {
     Errors errors;
     jpeg_progress_mgr progress{};
@@ -73,18 +75,39 @@ bool readHeader(Decoding& decoding, Bytes bytes)
     return true;
 }
 
-bool readRows(Decoding& decoding, Picture& picture)
+// rows: rowBytes apart, as many as the picture has.
+bool readRows(Decoding& decoding, J_COLOR_SPACE colors, unsigned char* rows, std::size_t rowBytes)
 {
     if (setjmp(decoding.errors.back))
         return false;
-    decoding.info.out_color_space = JCS_EXT_RGBA;
+    decoding.info.out_color_space = colors;
     jpeg_start_decompress(&decoding.info);
     while (decoding.info.output_scanline < decoding.info.output_height) {
-        JSAMPROW row = picture.at(0, static_cast<int>(decoding.info.output_scanline));
+        JSAMPROW row = rows + decoding.info.output_scanline * rowBytes;
         jpeg_read_scanlines(&decoding.info, &row, 1);
     }
     jpeg_finish_decompress(&decoding.info);
     return true;
+}
+
+std::unique_ptr<Decoding> beginDecoding(Bytes bytes)
+{
+    auto decoding = std::make_unique<Decoding>();
+    if (!readHeader(*decoding, bytes))
+        throw FormatError(std::string("is damaged: ") + decoding->errors.message);
+    const bool fourInks = decoding->info.num_components == 4;
+    if (fourInks)
+        throw FormatError("has the inks of a printer instead of red, green and blue");
+    return decoding;
+}
+
+void decodeRows(Decoding& decoding, J_COLOR_SPACE colors, unsigned char* rows, std::size_t rowBytes)
+{
+    if (!readRows(decoding, colors, rows, rowBytes))
+        throw FormatError(std::string("is damaged: ") + decoding.errors.message);
+    // libjpeg fills the rest of a file that is cut short with grey and counts a warning.
+    if (decoding.info.err->num_warnings > 0)
+        throw FormatError("is damaged or cut short");
 }
 
 struct Encoding {
@@ -132,19 +155,22 @@ bool writeRows(Encoding& encoding, const Picture& picture, std::vector<std::uint
 
 Picture decodeJpeg(Bytes bytes)
 {
-    const auto decoding = std::make_unique<Decoding>();
-    if (!readHeader(*decoding, bytes))
-        throw FormatError(std::string("is damaged: ") + decoding->errors.message);
-    const bool fourInks = decoding->info.num_components == 4;
-    if (fourInks)
-        throw FormatError("has the inks of a printer instead of red, green and blue");
+    const auto decoding = beginDecoding(bytes);
     Picture picture = makePicture(decoding->info.image_width, decoding->info.image_height);
-    if (!readRows(*decoding, picture))
-        throw FormatError(std::string("is damaged: ") + decoding->errors.message);
-    // libjpeg fills the rest of a file that is cut short with grey and counts a warning.
-    if (decoding->info.err->num_warnings > 0)
-        throw FormatError("is damaged or cut short");
+    decodeRows(*decoding, JCS_EXT_RGBA, picture.rgba.data(), static_cast<std::size_t>(picture.width) * 4);
     return picture;
+}
+
+Samples samplesOfJpeg(Bytes bytes)
+{
+    const auto decoding = beginDecoding(bytes);
+    Samples samples;
+    samples.perPixel = decoding->info.num_components == 1 ? 1 : 3;
+    allot(samples, decoding->info.image_width, decoding->info.image_height);
+    decodeRows(*decoding, samples.perPixel == 1 ? JCS_GRAYSCALE : JCS_RGB,
+               reinterpret_cast<unsigned char*>(samples.bytes.data()),
+               samples.bytes.size() / static_cast<std::size_t>(samples.height));
+    return samples;
 }
 
 std::vector<std::byte> encodeJpeg(const Picture& picture)

@@ -62,7 +62,7 @@ std::string replaceFile(const fs::path& path, std::span<const std::byte> bytes)
     done = close(file) == 0 && done;
     if (done && std::rename(temporary.c_str(), target.c_str()) == 0)
         return {};
-    const std::string problem = failure(path);
+    std::string problem = failure(path);
     unlink(temporary.c_str());
     return problem;
 }

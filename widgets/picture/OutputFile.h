@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Files that are there as a whole or not at all.
+// Writes a file as a whole or not at all.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,8 @@
 namespace picture {
 
 // Writes to a temporary name beside the file and renames it; a symbolic link stays one and what it names is
-// replaced. Empty on success, else the sentence; then what was there is unchanged.
+// replaced. Returns an empty text on success, else a sentence for the user; the old file is
+// unchanged then.
 std::string replaceFile(const std::filesystem::path& path, std::span<const std::byte> bytes);
 
 } // namespace picture

@@ -33,7 +33,7 @@ bool takeExact(const Picture& picture, Palette& palette)
     return true;
 }
 
-// One third of the bytes for each of the planes that giflib wants.
+// giflib wants red, green and blue in planes of their own.
 Palette quantised(const Picture& picture)
 {
     const std::size_t count = picture.pixelCount();

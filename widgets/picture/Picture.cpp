@@ -117,29 +117,19 @@ std::optional<Format> formatOfContent(std::span<const std::byte> bytes)
 
 std::optional<Format> formatOfName(const fs::path& path)
 {
-    std::string extension = path.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const std::string extension = extensionOf(path);
     for (const Codec& codec : codecs)
         if (std::count(codec.extensions.begin(), codec.extensions.end(), extension) > 0)
             return codec.format;
     return std::nullopt;
 }
 
-void checkSize(std::uint64_t width, std::uint64_t height)
+std::string extensionOf(const fs::path& path)
 {
-    constexpr std::uint64_t maxSide = 1 << 20;
-    if (width == 0 || height == 0)
-        throw FormatError("has no pixels");
-    if (width > maxSide || height > maxSide || width * height * 4 > maxPictureBytes)
-        throw FormatError("has " + std::to_string(width) + " x " + std::to_string(height) +
-                          " pixels, more than can be read");
-}
-
-Picture makePicture(std::uint64_t width, std::uint64_t height)
-{
-    checkSize(width, height);
-    return {static_cast<int>(width), static_cast<int>(height)};
+    std::string extension = path.extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension;
 }
 
 Picture decode(std::span<const std::byte> bytes)
@@ -171,20 +161,6 @@ void write(const Picture& picture, const fs::path& path)
                            " cannot be written: its name should end with png, jpg, gif, xpm or xwd.");
     if (const std::string problem = replaceFile(path, encode(picture, *format)); !problem.empty())
         throw PictureError(problem);
-}
-
-std::vector<std::uint8_t> flatten(const Picture& picture)
-{
-    constexpr int opaque = 255;
-    std::vector<std::uint8_t> rgb;
-    rgb.reserve(picture.pixelCount() * 3);
-    for (std::size_t i = 0; i < picture.rgba.size(); i += 4) {
-        const int opacity = picture.rgba[i + 3];
-        for (std::size_t part = 0; part < 3; ++part)
-            rgb.push_back(static_cast<std::uint8_t>(
-                (picture.rgba[i + part] * opacity + opaque * (opaque - opacity) + opaque / 2) / opaque));
-    }
-    return rgb;
 }
 
 } // namespace picture

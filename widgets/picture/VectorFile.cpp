@@ -8,7 +8,6 @@
 #include <cairo-ps.h>
 #include <cairo-svg.h>
 
-#include <cctype>
 #include <cmath>
 #include <filesystem>
 #include <memory>
@@ -116,9 +115,7 @@ Surface surfaceOf(const Picture& picture)
 
 std::optional<VectorFormat> vectorFormatOfName(const std::filesystem::path& path)
 {
-    std::string extension = path.extension().string();
-    for (char& c : extension)
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    const std::string extension = extensionOf(path);
     if (extension == ".pdf")
         return VectorFormat::Pdf;
     if (extension == ".svg")

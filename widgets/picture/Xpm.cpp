@@ -36,7 +36,7 @@ std::string_view firstString(std::string_view text)
     return end == std::string_view::npos ? std::string_view() : text.substr(at + 1, end - at - 1);
 }
 
-// Width, height, colours and characters of a pixel, looked at before libXpm reserves memory by them.
+// Checks width, height, number of colours and characters per pixel, by which libXpm will reserve memory.
 void checkSizes(std::string_view text)
 {
     std::string_view sizes = firstString(text);

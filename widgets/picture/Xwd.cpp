@@ -24,7 +24,7 @@ CARD32 swapped(CARD32 value)
     return std::endian::native == std::endian::little ? __builtin_bswap32(value) : value;
 }
 
-// Also back again.
+// In either direction.
 XWDFileHeader swapped(const XWDFileHeader& header)
 {
     auto fields = std::bit_cast<std::array<CARD32, headerFields>>(header);

@@ -18,9 +18,10 @@ bool addsGraphic(const protocol::OverlayCommand& command)
     return command.kind == protocol::OverlayKind::AddPoint || command.kind == protocol::OverlayKind::AddLine;
 }
 
-PanelBinding bindingOf(int panel, const protocol::Geometry& geometry, const std::vector<PanelContent>& panels)
+GraphicBinding bindingOf(int panel, const protocol::Geometry& geometry,
+                         const std::vector<PanelContent>& panels)
 {
-    PanelBinding binding{geometry.style, -1};
+    GraphicBinding binding{geometry.style, -1};
     if (panel >= 0 && panel < static_cast<int>(panels.size()))
         binding.wavelength = panels[static_cast<std::size_t>(panel)].wavelengths.front();
     return binding;
@@ -41,7 +42,7 @@ bool Overlays::arrived(unsigned long serial, Window canvas, const protocol::Geom
     return redraw;
 }
 
-bool Overlays::take(const protocol::OverlayCommand& command, const PanelBinding& binding)
+bool Overlays::take(const protocol::OverlayCommand& command, const GraphicBinding& binding)
 {
     if (addsGraphic(command) && !watch(command.client))
         return false;

@@ -4,7 +4,7 @@
 // said once on standard error.
 #pragma once
 
-#include "platform/imagewindow/canvas/OverlayStore.h"
+#include "platform/imagewindow/paint/OverlayStore.h"
 #include "platform/protocol/Geometry.h"
 
 #include <X11/Xlib.h>
@@ -29,7 +29,7 @@ public:
     const OverlayStore& store() const { return graphics; }
 
 private:
-    bool take(const protocol::OverlayCommand& command, const PanelBinding& binding);
+    bool take(const protocol::OverlayCommand& command, const GraphicBinding& binding);
     bool watch(Window client);
     bool listen(Window client);
     bool makeRoom();

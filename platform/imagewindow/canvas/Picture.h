@@ -1,38 +1,37 @@
 // SPDX-License-Identifier: MIT
 // The picture on the canvas of one window: the rendered image with captions and scale bars, the overlay
-// graphics over it, and the parts of it that the server asks for again. Owns the pixmaps and the painter's
-// graphics contexts.
+// graphics over a copy of it, and the surface that shows it. Only what has changed is drawn and shown.
 #pragma once
 
-#include "platform/imagewindow/canvas/CanvasBuffer.h"
-#include "platform/imagewindow/canvas/OverlayPainter.h"
-#include "platform/imagewindow/canvas/OverlayStore.h"
+#include "platform/imagewindow/canvas/CanvasSurface.h"
+#include "platform/imagewindow/paint/Scene.h"
 #include "platform/imagewindow/render/Renderer.h"
 
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
+#include <X11/Intrinsic.h>
 
+#include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace viewer {
 
 class Picture {
 public:
-    explicit Picture(Display* display) : display(display), painter(display, DefaultScreen(display)) {}
-
-    // Before all the rest. What was drawn is gone when the size is another.
-    void resize(Size size);
+    // Before all the rest, with the realized canvas. What was drawn is gone when the size is another.
+    void resize(Widget canvas, CanvasKind kind, Size size);
     // Draws what the renderer has loaded, and all graphics.
-    void drawImage(const Renderer& renderer, Window canvas, const Scene& scene, OverlayStore& store);
+    void drawImage(const Renderer& renderer, const Scene& scene, OverlayStore& store);
     // Draws the graphics that have come or gone since the last drawing. scene: of that store.
-    void drawOverlays(Window canvas, const Scene& scene, OverlayStore& store);
+    void drawOverlays(const Scene& scene, OverlayStore& store);
     // Shows a part again as it was drawn.
-    void expose(Window canvas, Region region);
+    void expose(const Box& box);
 
 private:
-    Display* display;
-    OverlayPainter painter;
-    std::unique_ptr<CanvasBuffer> buffer;
+    void drawGraphics(const Scene& scene, const Damage& damage);
+
+    Size extent;
+    std::vector<std::uint32_t> image; // all but the graphics; as the surface's pixels
+    std::unique_ptr<CanvasSurface> surface;
 };
 
 } // namespace viewer

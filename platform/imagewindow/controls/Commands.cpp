@@ -3,7 +3,11 @@
 
 #include "platform/imagewindow/controls/Desk.h"
 #include "platform/imagewindow/controls/Dialogues.h"
+#include "platform/imagewindow/controls/Intake.h"
+#include "platform/imagewindow/controls/OpenDialogue.h"
+#include "platform/imagewindow/controls/PictureCommands.h"
 #include "platform/imagewindow/controls/Tools.h"
+#include "platform/imagewindow/files/RecentFiles.h"
 
 namespace viewer {
 
@@ -31,12 +35,64 @@ bool showsPanels(const Desk& d, int style)
     return d.shown.view.style == style;
 }
 
+bool canStepFile(const Desk& d)
+{
+    return !d.shown.life.growing();
+}
+
+std::vector<std::string> recentTexts()
+{
+    std::vector<std::string> texts;
+    for (const auto& path : recentFiles())
+        texts.push_back(shownPath(path));
+    return texts;
+}
+
+// The list may have become another while the menu was up.
+void openRecent(Desk& d, std::size_t item)
+{
+    const auto files = recentFiles();
+    if (item < files.size())
+        openAll(d.shell, d.program.open, {files[item].string()});
+}
+
 // clang-format off
 const Command table[] = {
     {.name = "open", .menu = Menu::File, .label = "Open...", .mnemonic = 'O',
-     .tip = "Open another image in a window of its own",
-     .accelerator = "Ctrl<Key>o", .keys = "Ctrl+O",
-     .action = [](Desk& d) { d.dialogues.chooseAnother(); }},
+     .tip = "Open other images, each in a window of its own",
+     .accelerator = "Ctrl<Key>o", .keys = "Ctrl+O", .icon = "open",
+     .action = [](Desk& d) { chooseFiles(d.shell, d.shown.info().path.parent_path(), d.program.open); }},
+    {.name = "openRecent", .menu = Menu::File, .label = "Open recent", .mnemonic = 'r',
+     .tip = "Open an image that was opened before",
+     .kind = EntryKind::List, .items = [](const Desk&) { return recentTexts(); },
+     .itemAction = [](Desk& d, std::size_t item) { openRecent(d, item); }},
+    {.name = "paste", .menu = Menu::File, .label = "Paste path", .mnemonic = 'P',
+     .tip = "Open the images whose paths were copied",
+     .accelerator = "Ctrl<Key>v", .keys = "Ctrl+V",
+     .enabled = [](const Desk& d) { return d.intake != nullptr; },
+     .action = [](Desk& d) { d.intake->paste(); }},
+    {.name = "savePicture", .menu = Menu::File, .label = "Save picture...", .mnemonic = 'S',
+     .tip = "Save the view with all that is drawn on it as a picture or a document",
+     .accelerator = "Ctrl<Key>s", .keys = "Ctrl+S", .icon = "save", .newGroup = true,
+     .action = [](Desk& d) { savePicture(d); }},
+    {.name = "saveFigure", .menu = Menu::File, .label = "Save figure...", .mnemonic = 'f',
+     .tip = "Save a page with the view and the profile along the segment that a tool has drawn",
+     .accelerator = "Ctrl<Key>g", .keys = "Ctrl+G",
+     .action = [](Desk& d) { saveFigure(d); }},
+    {.name = "copyPicture", .menu = Menu::File, .label = "Copy picture", .mnemonic = 'y',
+     .tip = "Put the view with all that is drawn on it on the clipboard",
+     .accelerator = "Ctrl<Key>c", .keys = "Ctrl+C", .icon = "copy",
+     .action = [](Desk& d) { copyPicture(d); }},
+    {.name = "nextFile", .menu = Menu::File, .label = "Next image of the folder", .mnemonic = 'N',
+     .tip = "Show the next image of the folder; in a new window where a tool is attached",
+     .accelerator = "Ctrl<Key>osfRight", .keys = "Ctrl+Right", .newGroup = true,
+     .enabled = canStepFile,
+     .action = [](Desk& d) { d.program.showNeighbour(1); }},
+    {.name = "previousFile", .menu = Menu::File, .label = "Previous image of the folder", .mnemonic = 'v',
+     .tip = "Show the previous image of the folder; in a new window where a tool is attached",
+     .accelerator = "Ctrl<Key>osfLeft", .keys = "Ctrl+Left",
+     .enabled = canStepFile,
+     .action = [](Desk& d) { d.program.showNeighbour(-1); }},
     {.name = "close", .menu = Menu::File, .label = "Close", .mnemonic = 'C',
      .tip = "Close this window and the tools on it",
      .accelerator = "Ctrl<Key>w", .keys = "Ctrl+W", .newGroup = true,
@@ -48,50 +104,50 @@ const Command table[] = {
 
     {.name = "zoomIn", .menu = Menu::View, .label = "Zoom in", .mnemonic = 'i',
      .tip = "Show the image larger",
-     .accelerator = "<Key>equal", .keys = "=", .inPopup = true,
+     .accelerator = "<Key>equal", .keys = "=", .icon = "zoomIn", .inPopup = true,
      .enabled = [](const Desk& d) { return canZoom(d, 1); },
      .action = [](Desk& d) { d.actions.zoomSteps(1); }},
     {.name = "zoomOut", .menu = Menu::View, .label = "Zoom out", .mnemonic = 'o',
      .tip = "Show the image smaller",
-     .accelerator = "<Key>minus", .keys = "-", .inPopup = true,
+     .accelerator = "<Key>minus", .keys = "-", .icon = "zoomOut", .inPopup = true,
      .enabled = [](const Desk& d) { return canZoom(d, -1); },
      .action = [](Desk& d) { d.actions.zoomSteps(-1); }},
     {.name = "oneToOne", .menu = Menu::View, .label = "One to one", .mnemonic = 'e',
      .tip = "One screen pixel for each image pixel",
-     .accelerator = "<Key>1", .keys = "1", .inPopup = true,
+     .accelerator = "<Key>1", .keys = "1", .icon = "oneToOne", .inPopup = true,
      .action = [](Desk& d) { d.actions.zoomTo(1.0); }},
     {.name = "fit", .menu = Menu::View, .label = "Fit to window", .mnemonic = 'F',
      .tip = "Show the whole image, as large as the window has room",
-     .accelerator = "<Key>f", .keys = "F", .inPopup = true,
+     .accelerator = "<Key>f", .keys = "F", .icon = "fit", .inPopup = true,
      .action = [](Desk& d) { d.actions.zoomToFit(); }},
 
     {.name = "singlePanel", .menu = Menu::View, .label = "Single panel", .mnemonic = 'S',
      .tip = "Show one section",
-     .newGroup = true, .kind = EntryKind::OneOfSeveral,
+     .icon = "singlePanel", .newGroup = true, .kind = EntryKind::OneOfSeveral,
      .on = [](const Desk& d) { return showsPanels(d, protocol::SinglePanel); },
      .action = [](Desk& d) { d.actions.setPanels(protocol::SinglePanel); }},
     {.name = "zPanels", .menu = Menu::View, .label = "Z panels", .mnemonic = 'Z',
      .tip = "Show the z sections side by side",
-     .kind = EntryKind::OneOfSeveral,
+     .icon = "zPanels", .kind = EntryKind::OneOfSeveral,
      .enabled = [](const Desk& d) { return d.shown.info().sizeZ > 1; },
      .on = [](const Desk& d) { return showsPanels(d, protocol::ZPanels); },
      .action = [](Desk& d) { d.actions.setPanels(protocol::ZPanels); }},
     {.name = "wavelengthPanels", .menu = Menu::View, .label = "Wavelength panels", .mnemonic = 'W',
      .tip = "Show the wavelengths side by side",
-     .kind = EntryKind::OneOfSeveral,
+     .icon = "wavelengthPanels", .kind = EntryKind::OneOfSeveral,
      .enabled = [](const Desk& d) { return d.shown.info().sizeW > 1; },
      .on = [](const Desk& d) { return showsPanels(d, protocol::WavelengthPanels); },
      .action = [](Desk& d) { d.actions.setPanels(protocol::WavelengthPanels); }},
     {.name = "timePanels", .menu = Menu::View, .label = "Time panels", .mnemonic = 'T',
      .tip = "Show the time points side by side",
-     .kind = EntryKind::OneOfSeveral,
+     .icon = "timePanels", .kind = EntryKind::OneOfSeveral,
      .enabled = [](const Desk& d) { return d.shown.info().sizeT > 1; },
      .on = [](const Desk& d) { return showsPanels(d, protocol::TimePanels); },
      .action = [](Desk& d) { d.actions.setPanels(protocol::TimePanels); }},
 
     {.name = "scaleBar", .menu = Menu::View, .label = "Scale bar", .mnemonic = 'b',
      .tip = "Show or hide the scale bar",
-     .accelerator = "<Key>s", .keys = "S", .newGroup = true, .kind = EntryKind::Switch,
+     .accelerator = "<Key>s", .keys = "S", .icon = "scaleBar", .newGroup = true, .kind = EntryKind::Switch,
      .enabled = [](const Desk& d) { return d.shown.life.scale().known; },
      .on = [](const Desk& d) { return d.shown.scaleBar; },
      .action = [](Desk& d) { d.actions.toggleScaleBar(); }},
@@ -124,17 +180,44 @@ const Command table[] = {
      .action = [](Desk& d) { d.actions.stepTime(-1); }},
 
     {.name = "contrast", .menu = Menu::View, .label = "Contrast and colours...", .mnemonic = 'C',
-     .tip = "Set contrast and colour of each wavelength by hand",
+     .tip = "Show the wavelengths with their histograms: contrast, gamma and colour by hand",
      .accelerator = "<Key>c", .keys = "C", .newGroup = true, .inPopup = true,
-     .action = [](Desk& d) { d.dialogues.showContrast(); }},
+     .action = [](Desk& d) { d.actions.showTab(SideTab::Channels); }},
     {.name = "automaticContrast", .menu = Menu::View, .label = "Automatic contrast", .mnemonic = 'A',
      .tip = "Set the contrast from the image",
-     .accelerator = "<Key>a", .keys = "A", .inPopup = true,
+     .accelerator = "<Key>a", .keys = "A", .icon = "automaticContrast", .inPopup = true,
      .action = [](Desk& d) { d.actions.setAutomaticContrast(); }},
+
+    {.name = "linkWindows", .menu = Menu::View, .label = "Link windows", .mnemonic = 'k',
+     .tip = "Follow section, zoom and place of the other windows that are linked",
+     .accelerator = "<Key>k", .keys = "K", .newGroup = true, .kind = EntryKind::Switch,
+     .on = [](const Desk& d) { return d.shown.linked; },
+     .action = [](Desk& d) { d.actions.toggleLinked(); }},
+    {.name = "resetView", .menu = Menu::View, .label = "Reset the view", .mnemonic = 'h',
+     .tip = "Show the image as if for the first time, and forget how it was seen",
+     .action = [](Desk& d) { d.actions.resetView(); }},
+
+    {.name = "sidePanel", .menu = Menu::View, .label = "Side panel", .mnemonic = 'd',
+     .tip = "Show or hide wavelengths, metadata and messages at the side",
+     .accelerator = "<Key>F9", .keys = "F9", .icon = "sidePanel", .newGroup = true, .kind = EntryKind::Switch,
+     .on = [](const Desk& d) { return d.shown.parts.sidePanel; },
+     .action = [](Desk& d) { d.actions.toggleSidePanel(); }},
+    {.name = "metadata", .menu = Menu::View, .label = "Metadata", .mnemonic = 'M',
+     .tip = "Show all that the file tells about the image",
+     .accelerator = "Ctrl<Key>i", .keys = "Ctrl+I",
+     .action = [](Desk& d) { d.actions.showTab(SideTab::Metadata); }},
+    {.name = "messages", .menu = Menu::View, .label = "Messages", .mnemonic = 'g',
+     .tip = "Show what the window has told",
+     .action = [](Desk& d) { d.actions.showTab(SideTab::Messages); }},
+    {.name = "toolBar", .menu = Menu::View, .label = "Tool bar", .mnemonic = 'r',
+     .tip = "Show or hide the tool bar",
+     .kind = EntryKind::Switch,
+     .on = [](const Desk& d) { return d.shown.parts.toolBar; },
+     .action = [](Desk& d) { d.actions.toggleToolBar(); }},
 
     {.name = "lineProfile", .menu = Menu::Tools, .label = "Line profile", .mnemonic = 'L',
      .tip = "Start the line profile tool, or bring it to the front",
-     .accelerator = "Ctrl<Key>l", .keys = "Ctrl+L", .inPopup = true,
+     .accelerator = "Ctrl<Key>l", .keys = "Ctrl+L", .icon = "lineProfile", .inPopup = true,
      .enabled = [](const Desk& d) { return d.shown.windowNumber > 0; }, // tools attach by it
      .action = [](Desk& d) { d.tools.startLineProfile(); }},
 

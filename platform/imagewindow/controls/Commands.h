@@ -15,8 +15,8 @@ struct Desk;
 
 enum class Menu { File, View, Tools, Help };
 
-// What the entry in the menu looks like.
-enum class EntryKind { Push, OneOfSeveral, Switch };
+// What the entry in the menu looks like. A list is a menu of its own, made anew each time it opens.
+enum class EntryKind { Push, OneOfSeveral, Switch, List };
 
 struct Command {
     const char* name; // of the command and its widgets; no two are alike
@@ -31,8 +31,11 @@ struct Command {
     bool inPopup = false;         // also in the menu of button 3
     EntryKind kind = EntryKind::Push;
     bool (*enabled)(const Desk&) = nullptr; // null: always
-    bool (*on)(const Desk&) = nullptr;      // of all kinds but Push
-    void (*action)(Desk&) = nullptr;
+    bool (*on)(const Desk&) = nullptr;      // of a choice or switch
+    void (*action)(Desk&) = nullptr;        // of all but lists
+    // Of a list: the texts, and what choosing one does.
+    std::vector<std::string> (*items)(const Desk&) = nullptr;
+    void (*itemAction)(Desk&, std::size_t item) = nullptr;
 };
 
 // In the order of the menus.

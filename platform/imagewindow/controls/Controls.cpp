@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/Controls.h"
 
-#include "platform/imagewindow/canvas/Canvas.h"
+#include "platform/imagewindow/canvas/CanvasSurface.h"
 #include "platform/imagewindow/controls/Desk.h"
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/state/Reports.h"
 #include "platform/protocol/XProtocol.h"
+#include "widgets/Scale.h"
 
 #include <X11/IntrinsicP.h> // XtConfigureWidget
 #include <Xm/DrawingA.h>
@@ -18,13 +19,15 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace viewer {
 
 namespace {
 
-constexpr int dragSlack = 4;                    // screen pixels that a click may move
-constexpr unsigned long holdMilliseconds = 500; // a longer press is no click
+// Of the window manager's frame beside the window, and of a window with the side panel; pixels of 96 dots per
+// inch.
+constexpr int frameWidth = 10, usefulPanelHeight = 560;
 
 Desk& deskOf(XtPointer client)
 {
@@ -43,11 +46,6 @@ void closeAsked(Widget, XtPointer client, XtPointer)
     deskOf(client).program.closeWindow();
 }
 
-void canvasExposed(Widget, XtPointer client, XtPointer call)
-{
-    deskOf(client).listener.exposed(static_cast<CanvasExposure*>(call)->region);
-}
-
 void areaResized(Widget area, XtPointer client, XtPointer)
 {
     deskOf(client).listener.areaResized(sizeOf(area));
@@ -61,11 +59,13 @@ void barMoved(Widget bar, XtPointer client, XtPointer)
     deskOf(client).actions.scrollTo(horizontal, vertical);
 }
 
-// Motion, leaving and overlay commands: everything that the viewer selects on the canvas itself.
+// Exposure, motion, leaving and overlay commands: everything that the viewer selects on the canvas itself.
 void canvasEvent(Widget, XtPointer client, XEvent* event, Boolean*)
 {
     CanvasListener& listener = deskOf(client).listener;
-    if (event->type == MotionNotify)
+    if (event->type == Expose)
+        listener.exposed({event->xexpose.x, event->xexpose.y, event->xexpose.width, event->xexpose.height});
+    else if (event->type == MotionNotify)
         listener.pointerAt(event->xmotion.x, event->xmotion.y);
     else if (event->type == LeaveNotify && event->xcrossing.mode == NotifyNormal)
         listener.pointerLeft();
@@ -77,31 +77,29 @@ void canvasEvent(Widget, XtPointer client, XEvent* event, Boolean*)
         listener.toolsChanged();
 }
 
-void portEvent(Widget, XtPointer client, XEvent* event, Boolean*)
-{
-    static_cast<Controls*>(client)->handlePort(*event);
-}
-
 } // namespace
 
-Controls::Controls(Desk& desk, Display* display, Size size, const std::string& userGeometry) : desk(desk)
+Controls::Controls(Desk& desk, Display* display, Size size, const std::string& userGeometry,
+                   CanvasKind canvas)
+    : desk(desk)
 {
     // Without a base size the size in a geometry would count from the smallest size.
     topLevel = XtVaAppCreateShell("imagewindow", "ImageWindow", applicationShellWidgetClass, display,
-                                  XmNdeleteResponse, XmDO_NOTHING, XmNminWidth, 320, XmNminHeight, 240,
-                                  XmNbaseWidth, 0, XmNbaseHeight, 0, XmNmappedWhenManaged, False, nullptr);
+                                  XmNdeleteResponse, XmDO_NOTHING, XmNminWidth, widgets::scaled(display, 320),
+                                  XmNminHeight, widgets::scaled(display, 240), XmNbaseWidth, 0, XmNbaseHeight,
+                                  0, XmNmappedWhenManaged, False, nullptr);
     if (!userGeometry.empty())
         XtVaSetValues(topLevel, XmNgeometry, userGeometry.c_str(), nullptr);
     const Atom deleteWindow = XInternAtom(display, "WM_DELETE_WINDOW", False);
     XmAddWMProtocolCallback(topLevel, deleteWindow, closeAsked, &desk);
-    makeWidgets(size);
+    makeWidgets(size, canvas);
     desk.shell = topLevel;
     desk.canvas = canvasWidget;
 }
 
 Controls::~Controls()
 {
-    cancelMenu();
+    input.reset(); // its timeout must not find the widgets gone
     XtDestroyWidget(topLevel);
 }
 
@@ -110,13 +108,15 @@ const image::ImageInfo& Controls::info() const
     return desk.shown.info();
 }
 
-void Controls::makeWidgets(Size size)
+void Controls::makeWidgets(Size size, CanvasKind canvas)
 {
     form = XtVaCreateWidget("form", xmDrawingAreaWidgetClass, topLevel, XmNmarginWidth, 0, XmNmarginHeight, 0,
                             XmNresizePolicy, XmRESIZE_NONE, nullptr);
     makeMenuBar(menus, form, desk);
+    toolBar.emplace(form, menus, desk);
+    sidePanel.emplace(form, desk);
     channels = makeToggles(form);
-    makeArea(size);
+    makeArea(size, canvas);
     const Dimensions steps = desk.shown.life.dimensions();
     pScale = makeScale("position", "pos", steps.p);
     tScale = makeScale("time", "t", steps.t);
@@ -124,7 +124,12 @@ void Controls::makeWidgets(Size size)
     status.emplace(form);
     showSizes();
     showView(desk.shown.view, widestStatus(desk.shown));
-    XtVaSetValues(form, XmNwidth, size.width, XmNheight, size.height + layOutAround(size.width, 0), nullptr);
+    const int wide = size.width + sideWidth;
+    const int useful = std::min(widgets::scaled(form, sideWidth > 0 ? usefulPanelHeight : 1),
+                                HeightOfScreen(XtScreen(form)) * 85 / 100);
+    const int high = size.height + layOutAround(wide, 0);
+    grown = {sideWidth, std::max(0, useful - high)};
+    XtVaSetValues(form, XmNwidth, wide, XmNheight, high + grown.height, nullptr);
     XtAddCallback(
         form, XmNresizeCallback,
         [](Widget, XtPointer client, XtPointer) { static_cast<Controls*>(client)->layOut(); }, this);
@@ -144,32 +149,68 @@ int preferredHeight(Widget widget, int width)
 
 } // namespace
 
-// From the top: menu bar, toggles in as many rows as they need, area, scales, status lines. Returns what all
-// but the area take. height: of the whole; 0 to place nothing yet.
+// From the top: menu bar, tool bar, toggles in as many rows as they need, area, scales, status lines; the
+// side panel at the right of what is between tool bar and status lines. Returns what all but the area take.
+// height: of the whole; 0 to place nothing yet.
 int Controls::layOutAround(int width, int height)
 {
-    const auto place = [&](Widget widget, int y, int side) {
+    const auto place = [&](Widget widget, int y, int across, int side) {
         if (height > 0)
-            XtConfigureWidget(widget, 0, static_cast<Position>(y), static_cast<Dimension>(width),
+            XtConfigureWidget(widget, 0, static_cast<Position>(y), static_cast<Dimension>(across),
                               static_cast<Dimension>(std::max(1, side)), 0);
     };
+    const int panel = sidePanel->widthIn(width), left = std::max(1, width - panel);
     int top = 0, bottom = height;
-    for (Widget row : {menus.bar, channels}) {
-        const int side = preferredHeight(row, width);
-        place(row, top, side);
+    const auto placeAtTop = [&](Widget row, int across) {
+        if (!XtIsManaged(row))
+            return;
+        const int side = preferredHeight(row, across);
+        place(row, top, across, side);
         top += side;
-    }
+    };
+    placeAtTop(menus.bar, width);
+    placeAtTop(toolBar->widget(), width);
     const int statusHeight = status->layOut(width);
     bottom -= statusHeight;
-    place(status->widget(), bottom, statusHeight);
+    place(status->widget(), bottom, width, statusHeight);
+    if (height > 0)
+        sidePanel->place(left, top, panel, bottom - top);
+    placeAtTop(channels, left);
     for (Widget row : {pScale.row, tScale.row, zScale.row})
         if (XtIsManaged(row)) {
-            const int side = preferredHeight(row, width);
+            const int side = preferredHeight(row, left);
             bottom -= side;
-            place(row, bottom, side);
+            place(row, bottom, left, side);
         }
-    place(area, top, bottom - top);
+    place(area, top, left, bottom - top);
     return top + height - bottom;
+}
+
+// The window becomes larger by the panel as far as the screen has room, so that the image keeps its size, and
+// as high as the panel is useful.
+void Controls::showSidePanel()
+{
+    constexpr int unlimited = 30000;
+    const int before = std::exchange(sideWidth, sidePanel->widthIn(unlimited));
+    sidePanel->show();
+    if (!XtIsRealized(form) || (before == 0) == (sideWidth == 0))
+        return;
+    const Size now = sizeOf(form);
+    if (before == 0) {
+        Position left = 0, top = 0;
+        XtTranslateCoords(topLevel, 0, 0, &left, &top);
+        const int frame = widgets::scaled(form, frameWidth);
+        const Size room{WidthOfScreen(XtScreen(form)) - left - frame,
+                        HeightOfScreen(XtScreen(form)) - top - frame};
+        const int wantedHeight = widgets::scaled(form, usefulPanelHeight);
+        grown = {std::max(0, std::min(sideWidth, room.width - now.width)),
+                 std::max(0, std::min(wantedHeight, room.height) - now.height)};
+    }
+    const int sign = before == 0 ? 1 : -1;
+    XtVaSetValues(topLevel, XmNwidth, std::max(1, now.width + sign * grown.width), XmNheight,
+                  std::max(1, now.height + sign * grown.height), nullptr);
+    if (before != 0)
+        grown = {};
 }
 
 void Controls::layOut()
@@ -180,7 +221,7 @@ void Controls::layOut()
         layOutAround(width, height);
 }
 
-void Controls::makeArea(Size size)
+void Controls::makeArea(Size size, CanvasKind canvas)
 {
     area = XtVaCreateWidget("area", xmDrawingAreaWidgetClass, form, XmNmarginWidth, 0, XmNmarginHeight, 0,
                             XmNresizePolicy, XmRESIZE_NONE, XmNwidth, size.width, XmNheight, size.height,
@@ -198,18 +239,11 @@ void Controls::makeArea(Size size)
     };
     horizontal = makeBar("horizontal", XmHORIZONTAL);
     vertical = makeBar("vertical", XmVERTICAL);
-    canvasWidget = XtVaCreateManagedWidget("canvas", canvasWidgetClass, port, XtNwidth, size.width, XtNheight,
-                                           size.height, XtNborderWidth, 0, nullptr);
-    XtAddCallback(canvasWidget, exposeCallback, canvasExposed, &desk);
-    XtAddEventHandler(canvasWidget, PointerMotionMask | LeaveWindowMask | PropertyChangeMask, False,
-                      canvasEvent, &desk);
-    constexpr EventMask dragMask = Button2MotionMask | Button3MotionMask | ButtonReleaseMask;
-    XtAddEventHandler(port, ButtonPressMask | Button1MotionMask | dragMask, False, portEvent, this);
-    // All but button 1 belong to the viewer also while a tool takes the presses on the canvas.
-    for (int button : {Button2, Button3, Button4, Button5})
-        XtGrabButton(port, button, AnyModifier, False, ButtonPressMask | dragMask, GrabModeAsync,
-                     GrabModeAsync, None, None);
+    canvasWidget = makeCanvas(port, "canvas", size, canvas);
+    XtAddEventHandler(canvasWidget, ExposureMask | PointerMotionMask | LeaveWindowMask | PropertyChangeMask,
+                      False, canvasEvent, &desk);
     makePopupMenu(menus, port, desk);
+    input.emplace(desk, menus, port);
     XtManageChild(area);
 }
 
@@ -251,6 +285,38 @@ std::optional<XPoint> Controls::pointerOnCanvas() const
     return XPoint{static_cast<short>(x - left), static_cast<short>(y - top)};
 }
 
+namespace {
+
+// The window below the root that holds it: the frame, where a window manager makes one.
+Window frameOf(Display* display, Window window)
+{
+    for (;;) {
+        Window root = None, parent = None, *children = nullptr;
+        unsigned count = 0;
+        if (!XQueryTree(display, window, &root, &parent, &children, &count))
+            return None;
+        if (children)
+            XFree(children);
+        if (parent == root)
+            return window;
+        window = parent;
+    }
+}
+
+} // namespace
+
+std::optional<base::Rectangle> Controls::windowPlace() const
+{
+    Display* display = XtDisplay(topLevel);
+    const protocol::ErrorTrap trap(display);
+    const Window frame = frameOf(display, XtWindow(topLevel));
+    XWindowAttributes outer, inner;
+    if (frame == None || !XGetWindowAttributes(display, frame, &outer) ||
+        !XGetWindowAttributes(display, XtWindow(topLevel), &inner))
+        return std::nullopt;
+    return base::Rectangle{outer.x, outer.y, inner.width, inner.height};
+}
+
 Size Controls::areaSize() const
 {
     return sizeOf(area);
@@ -278,8 +344,9 @@ void Controls::place(const Arrangement& arrangement)
     const protocol::Geometry& g = arrangement.geometry;
     const auto [width, height] = arrangement.visible;
     const auto side = [](int pixels) { return static_cast<unsigned short>(pixels); };
-    const XRectangle below{0, static_cast<short>(height), side(width), scrollBarThickness};
-    const XRectangle right{static_cast<short>(width), 0, scrollBarThickness, side(height)};
+    const unsigned short thickness = side(desk.shown.barThickness);
+    const XRectangle below{0, static_cast<short>(height), side(width), thickness};
+    const XRectangle right{static_cast<short>(width), 0, thickness, side(height)};
     placeBar(horizontal, arrangement.horizontalBar, below, static_cast<int>(std::lround(g.originX * g.zoom)),
              g.panelWidth, scaledSide(g.imageWidth, g.zoom));
     placeBar(vertical, arrangement.verticalBar, right, static_cast<int>(std::lround(g.originY * g.zoom)),
@@ -294,69 +361,6 @@ void Controls::showStatus(const StatusTexts& texts)
 {
     if (status->show(texts))
         layOut();
-}
-
-void Controls::handlePort(XEvent& event)
-{
-    if (event.type == ButtonPress)
-        return pressed(event.xbutton);
-    if (event.type == ButtonRelease && event.xbutton.button == Button3)
-        return postMenu(false);
-    if (event.type != MotionNotify)
-        return;
-    if (event.xmotion.state & Button3Mask) {
-        if (std::max(std::abs(event.xmotion.x - menuPress.x), std::abs(event.xmotion.y - menuPress.y)) >
-            dragSlack)
-            postMenu(true);
-        return;
-    }
-    desk.actions.panBy(dragX - event.xmotion.x, dragY - event.xmotion.y);
-    dragX = event.xmotion.x;
-    dragY = event.xmotion.y;
-}
-
-void Controls::pressed(const XButtonEvent& press)
-{
-    if (press.button == Button4 || press.button == Button5) {
-        turnWheel(press, press.button == Button4 ? 1 : -1);
-    } else if (press.button == Button3) {
-        const auto held = [](XtPointer client, XtIntervalId*) {
-            static_cast<Controls*>(client)->postMenu(true);
-        };
-        menuPress = press;
-        cancelMenu();
-        menuTimer = XtAppAddTimeOut(XtWidgetToApplicationContext(port), holdMilliseconds, held, this);
-    } else {
-        dragX = press.x;
-        dragY = press.y;
-    }
-}
-
-// The toolkit takes a menu down with the release that ends its press. So the menu of a click comes with the
-// release and waits for a second click; once the pointer has moved or the button has been held, it comes
-// while the button is down, and the release chooses.
-void Controls::postMenu(bool held)
-{
-    if (!menuTimer)
-        return;
-    cancelMenu();
-    postPopupMenu(menus, menuPress, !held);
-}
-
-void Controls::cancelMenu()
-{
-    if (menuTimer)
-        XtRemoveTimeOut(menuTimer);
-    menuTimer = 0;
-}
-
-void Controls::turnWheel(const XButtonEvent& event, int step)
-{
-    if (event.state & ShiftMask)
-        return desk.actions.stepZ(step);
-    if (event.state & ControlMask)
-        return desk.actions.stepTime(step);
-    desk.actions.zoomStepsAt(step, event.x, event.y);
 }
 
 } // namespace viewer

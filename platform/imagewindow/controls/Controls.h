@@ -4,9 +4,14 @@
 // destroys the window.
 #pragma once
 
+#include "platform/base/Placement.h"
 #include "platform/image/ImageFile.h"
+#include "platform/imagewindow/canvas/CanvasKind.h"
+#include "platform/imagewindow/controls/AreaInput.h"
 #include "platform/imagewindow/controls/Menus.h"
 #include "platform/imagewindow/controls/StatusLines.h"
+#include "platform/imagewindow/controls/ToolBar.h"
+#include "platform/imagewindow/controls/side/SidePanel.h"
 #include "platform/imagewindow/view/Palette.h"
 #include "platform/imagewindow/view/View.h"
 
@@ -25,7 +30,7 @@ class Controls {
 public:
     // area: room for the canvas at first; userGeometry: X geometry of the window or empty.
     // Puts shell and canvas on the desk.
-    Controls(Desk& desk, Display* display, Size area, const std::string& userGeometry);
+    Controls(Desk& desk, Display* display, Size area, const std::string& userGeometry, CanvasKind canvas);
     ~Controls();
     Controls(const Controls&) = delete;
     Controls& operator=(const Controls&) = delete;
@@ -36,6 +41,8 @@ public:
     // Where the pointer is, in canvas pixels; nothing when it is elsewhere. One round trip to the server.
     std::optional<XPoint> pointerOnCanvas() const;
     Size areaSize() const;
+    // Corner of the window manager's frame, size without it; screen pixels. A few round trips to the server.
+    std::optional<base::Rectangle> windowPlace() const;
     // Puts canvas and scroll bars in their places.
     void place(const Arrangement& arrangement);
     // Before place(): the rows that it shows and hides take room from the area, and so do the lines for the
@@ -46,8 +53,9 @@ public:
     // Follows the image's numbers of sections, time points and positions.
     void showSizes();
     void showStatus(const StatusTexts& texts);
-    // A button or motion event that no tool takes, in pixels of the area around the canvas.
-    void handlePort(XEvent& event);
+    // The side panel follows.
+    void imageDrawn() { sidePanel->refresh(); }
+    void showMessages() { sidePanel->showMessages(); }
     // The user has switched a wavelength's toggle.
     void toggled(Widget toggle, bool on);
 
@@ -59,31 +67,30 @@ public:
 
 private:
     const image::ImageInfo& info() const;
-    void makeWidgets(Size area);
+    void makeWidgets(Size area, CanvasKind canvas);
     Widget makeToggles(Widget parent);
     SectionScale makeScale(const char* name, const char* title, bool present);
-    void makeArea(Size area);
-    void turnWheel(const XButtonEvent& event, int step);
+    void makeArea(Size area, CanvasKind canvas);
     void showScale(SectionScale& scale, int index, int lastIndex, bool panelled);
     void showToggles(const View& view);
+    void showSidePanel();
     int layOutAround(int width, int height);
     void layOut();
-    void pressed(const XButtonEvent& press);
-    void postMenu(bool held);
-    void cancelMenu();
 
     Desk& desk;
     Widget topLevel = nullptr, form = nullptr, area = nullptr, port = nullptr, canvasWidget = nullptr;
     Widget channels = nullptr, horizontal = nullptr, vertical = nullptr;
     std::optional<StatusLines> status;
     Menus menus;
+    std::optional<ToolBar> toolBar;
+    std::optional<SidePanel> sidePanel;
+    Size grown;        // what the window was made larger for it
+    int sideWidth = 0; // that the window has for the side panel, screen pixels
+    std::optional<AreaInput> input;
     std::vector<Widget> toggles;
     SectionScale zScale, tScale, pScale;
     std::array<Pixel, palette.size()> colorPixels{}, textPixels{};
     Pixel dimmedPixel = 0;
-    int dragX = 0, dragY = 0; // where the pointer was last while it drags the image
-    XButtonEvent menuPress{};
-    XtIntervalId menuTimer = 0; // runs from the press of the menu's button until the menu is posted
 };
 
 } // namespace viewer

@@ -5,22 +5,18 @@
 #include "platform/imagewindow/controls/HelpPage.h"
 #include "platform/imagewindow/controls/Messages.h"
 
+#include <utility>
+
 namespace viewer {
 
 namespace {
 
-constexpr const char* aboutText = "Image window " PROJECT_VERSION "\n\n"
-                                  "Shows microscope images: OME-TIFF, hyperstacks and plain TIFF.\n"
-                                  "Tools attach to an image window by its number.";
+constexpr const char* aboutText =
+    "Image window " PROJECT_VERSION "\n\n"
+    "Shows microscope images: OME-TIFF, hyperstacks, plain TIFF, PNG, JPEG and GIF.\n"
+    "Tools attach to an image window by its number.";
 
 } // namespace
-
-void Dialogues::showContrast()
-{
-    if (!contrast)
-        contrast = std::make_unique<ContrastDialogue>(desk.shell, desk);
-    contrast->show();
-}
 
 void Dialogues::askScale()
 {
@@ -39,26 +35,10 @@ void Dialogues::showAbout()
     showInformation(desk.shell, "About the image window", aboutText);
 }
 
-void Dialogues::chooseAnother()
+void Dialogues::askWhereToSave(const SaveQuestion& question, SaveDialogue::Save save)
 {
-    chooseFile(desk.shell, desk);
-}
-
-bool Dialogues::openAnother(const std::string& path)
-{
-    try {
-        desk.program.open(path);
-        return true;
-    } catch (const image::ImageError& error) {
-        showError(desk.shell, "Cannot open image", error.what());
-    }
-    return false;
-}
-
-void Dialogues::imageDrawn()
-{
-    if (contrast)
-        contrast->refresh();
+    saving.reset();
+    saving = std::make_unique<SaveDialogue>(desk.shell, question, std::move(save));
 }
 
 void Dialogues::segmentDrawn()

@@ -3,6 +3,8 @@
 
 #include "platform/imagewindow/controls/Commands.h"
 #include "platform/imagewindow/controls/LocalText.h"
+#include "platform/imagewindow/controls/Widgets.h"
+#include "widgets/Scale.h"
 
 #include <Xm/Form.h>
 #include <Xm/Label.h>
@@ -18,14 +20,13 @@ namespace viewer {
 namespace {
 
 constexpr const char* pageName = "helpPage";
-constexpr int margin = 16, columnGap = 24, sectionGap = 10; // screen pixels
+constexpr int margin = 16, columnGap = 24, sectionGap = 10; // pixels at 96 dots per inch
 
 Widget makeLines(Widget parent, const char* name, const std::string& text)
 {
-    const LabelText lines(text, LineFeeds::Kept);
-    return XtVaCreateManagedWidget(name, xmLabelWidgetClass, parent, XmNlabelString,
-                                   static_cast<XmString>(lines), XmNalignment, XmALIGNMENT_BEGINNING,
-                                   nullptr);
+    const auto lines = labelString(text, LineFeeds::Kept);
+    return XtVaCreateManagedWidget(name, xmLabelWidgetClass, parent, XmNlabelString, lines.get(),
+                                   XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
 }
 
 // Returns the left column, whose width all sections are to have in common.
@@ -37,8 +38,9 @@ Widget makeSection(Widget page, const InputSection& section)
         meanings += (meanings.empty() ? "" : "\n") + row.meaning;
     }
     makeLines(page, "heading", section.title);
-    Widget columns = XtVaCreateManagedWidget("columns", xmRowColumnWidgetClass, page, XmNorientation,
-                                             XmHORIZONTAL, XmNspacing, columnGap, XmNmarginWidth, 0, nullptr);
+    Widget columns =
+        XtVaCreateManagedWidget("columns", xmRowColumnWidgetClass, page, XmNorientation, XmHORIZONTAL,
+                                XmNspacing, widgets::scaled(page, columnGap), XmNmarginWidth, 0, nullptr);
     Widget left = makeLines(columns, "inputs", inputs);
     makeLines(columns, "meanings", meanings);
     return left;
@@ -68,20 +70,21 @@ void fillPage(Widget page)
 Widget makePage(Widget shell)
 {
     Widget dialogue = XmCreateFormDialog(shell, const_cast<char*>(pageName), nullptr, 0);
-    const LabelText title("Mouse and keys"), closeText("Close");
-    Widget close = XtVaCreateManagedWidget(
-        "close", xmPushButtonWidgetClass, dialogue, XmNlabelString, static_cast<XmString>(closeText),
-        XmNmarginWidth, margin, XmNbottomAttachment, XmATTACH_FORM, XmNbottomOffset, margin,
-        XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, margin, nullptr);
+    const int edge = widgets::scaled(shell, margin);
+    const auto title = labelString("Mouse and keys"), closeText = labelString("Close");
+    Widget close =
+        XtVaCreateManagedWidget("close", xmPushButtonWidgetClass, dialogue, XmNlabelString, closeText.get(),
+                                XmNmarginWidth, edge, XmNbottomAttachment, XmATTACH_FORM, XmNbottomOffset,
+                                edge, XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, edge, nullptr);
     Widget page =
         XtVaCreateWidget("page", xmRowColumnWidgetClass, dialogue, XmNtopAttachment, XmATTACH_FORM,
                          XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
-                         XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, close, XmNmarginWidth, margin,
-                         XmNmarginHeight, margin, XmNspacing, sectionGap, nullptr);
+                         XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, close, XmNmarginWidth, edge,
+                         XmNmarginHeight, edge, XmNspacing, widgets::scaled(shell, sectionGap), nullptr);
     fillPage(page);
     XtManageChild(page);
-    XtVaSetValues(dialogue, XmNdialogTitle, static_cast<XmString>(title), XmNnoResize, True, XmNcancelButton,
-                  close, XmNdefaultButton, close, nullptr);
+    XtVaSetValues(dialogue, XmNdialogTitle, title.get(), XmNnoResize, True, XmNcancelButton, close,
+                  XmNdefaultButton, close, nullptr);
     XtAddCallback(
         dialogue, XmNunmapCallback,
         [](Widget unmapped, XtPointer, XtPointer) { XtDestroyWidget(XtParent(unmapped)); }, nullptr);
@@ -95,8 +98,7 @@ void showHelpPage(Widget shell)
     Widget dialogue = XtNameToWidget(shell, (std::string("*") + pageName).c_str());
     if (!dialogue)
         dialogue = makePage(shell);
-    XtManageChild(dialogue);
-    XMapRaised(XtDisplay(dialogue), XtWindow(XtParent(dialogue)));
+    bringForward(dialogue);
 }
 
 } // namespace viewer

@@ -14,12 +14,6 @@ bool printable(const text::Character& character)
     return character.wide ? code > 159 : code >= 32 && code < 127;
 }
 
-XmString oneLine(const std::string& utf8)
-{
-    return XmStringCreateLocalized(
-        const_cast<char*>(localText(text::shortened(utf8, maxLineCharacters)).c_str()));
-}
-
 } // namespace
 
 std::string localText(const std::string& utf8)
@@ -58,15 +52,17 @@ std::vector<std::string> linesOf(const std::string& utf8, LineFeeds lineFeeds)
 
 } // namespace
 
-LabelText::LabelText(const std::string& utf8, LineFeeds lineFeeds) : LabelText(linesOf(utf8, lineFeeds)) {}
-
-LabelText::LabelText(const std::vector<std::string>& lines) : text(nullptr)
+text::MotifString labelString(const std::string& utf8, LineFeeds lineFeeds)
 {
-    for (const std::string& line : lines) {
-        if (text)
-            text = XmStringConcatAndFree(text, XmStringSeparatorCreate());
-        text = XmStringConcatAndFree(text, oneLine(line));
-    }
+    return labelString(linesOf(utf8, lineFeeds));
+}
+
+text::MotifString labelString(const std::vector<std::string>& lines)
+{
+    std::string local;
+    for (const std::string& line : lines)
+        local += (&line == &lines.front() ? "" : "\n") + localText(text::shortened(line, maxLineCharacters));
+    return text::MotifString(local);
 }
 
 } // namespace viewer

@@ -3,9 +3,7 @@
 // which is what the widgets draw in the C locale.
 #pragma once
 
-#include "platform/imagewindow/view/TextFlow.h"
-
-#include <Xm/Xm.h>
+#include "platform/text/MotifText.h"
 
 #include <string>
 #include <vector>
@@ -22,19 +20,8 @@ enum class LineFeeds { Replaced, Kept };
 // while a request that draws a text has a greatest length, and an X window a greatest width.
 constexpr std::size_t maxLineCharacters = 4096; // as long as a path can be
 
-// A compound string that its owner frees, for XtVaSetValues and the like. Lines above maxLineCharacters are
-// cut.
-class LabelText {
-public:
-    explicit LabelText(const std::string& utf8, LineFeeds lineFeeds = LineFeeds::Replaced);
-    explicit LabelText(const std::vector<std::string>& lines);
-    ~LabelText() { XmStringFree(text); }
-    LabelText(const LabelText&) = delete;
-    LabelText& operator=(const LabelText&) = delete;
-    operator XmString() const { return text; }
-
-private:
-    XmString text;
-};
+// The compound string of such a text for a label, button or title. Lines above maxLineCharacters are cut.
+text::MotifString labelString(const std::string& utf8, LineFeeds lineFeeds = LineFeeds::Replaced);
+text::MotifString labelString(const std::vector<std::string>& lines);
 
 } // namespace viewer

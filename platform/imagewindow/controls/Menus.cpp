@@ -40,14 +40,59 @@ std::span<Widget> entriesOf(Widget menu)
     return {children, count};
 }
 
+void removeEntries(Widget menu)
+{
+    const std::span<Widget> entries = entriesOf(menu);
+    for (Widget child : std::vector<Widget>(entries.begin(), entries.end())) {
+        XtUnmanageChild(child);
+        XtDestroyWidget(child);
+    }
+}
+
+void itemChosen(Widget item, XtPointer client, XtPointer)
+{
+    const auto index = static_cast<std::size_t>(std::stoul(XtName(item)));
+    static_cast<const Command*>(client)->itemAction(deskOf(item), index);
+}
+
+// The name of an item is its number.
+void listItems(Widget menu, XtPointer client, XtPointer)
+{
+    const auto& command = *static_cast<const Command*>(client);
+    Desk& desk = deskOf(menu);
+    removeEntries(menu);
+    const std::vector<std::string> items = command.items(desk);
+    for (std::size_t i = 0; i < std::max<std::size_t>(1, items.size()); ++i) {
+        const auto label = labelString(items.empty() ? "none" : items[i]);
+        Widget item =
+            XtVaCreateManagedWidget(std::to_string(i).c_str(), xmPushButtonWidgetClass, menu, XmNlabelString,
+                                    label.get(), XmNuserData, &desk, XmNsensitive, !items.empty(), nullptr);
+        XtAddCallback(item, XmNactivateCallback, itemChosen, client);
+    }
+}
+
+Widget makeList(Widget menu, const Command& command, Desk& desk)
+{
+    Widget list = XmCreatePulldownMenu(menu, const_cast<char*>(command.name), nullptr, 0);
+    XtVaSetValues(list, XmNuserData, &desk, nullptr);
+    const auto label = labelString(command.label);
+    Widget cascade = XtVaCreateManagedWidget(command.name, xmCascadeButtonWidgetClass, menu, XmNlabelString,
+                                             label.get(), XmNmnemonic, static_cast<KeySym>(command.mnemonic),
+                                             XmNsubMenuId, list, nullptr);
+    XtAddCallback(list, XmNmapCallback, listItems, const_cast<Command*>(&command));
+    listItems(list, const_cast<Command*>(&command), nullptr); // a menu without entries does not open
+    return cascade;
+}
+
 Widget makeEntry(Widget menu, const Command& command, Desk& desk)
 {
+    if (command.kind == EntryKind::List)
+        return makeList(menu, command, desk);
     const bool toggle = command.kind != EntryKind::Push;
-    const LabelText label(command.label);
-    Widget item =
-        XtVaCreateManagedWidget(command.name, toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass,
-                                menu, XmNlabelString, static_cast<XmString>(label), XmNmnemonic,
-                                static_cast<KeySym>(command.mnemonic), XmNuserData, &desk, nullptr);
+    const auto label = labelString(command.label);
+    Widget item = XtVaCreateManagedWidget(
+        command.name, toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass, menu, XmNlabelString,
+        label.get(), XmNmnemonic, static_cast<KeySym>(command.mnemonic), XmNuserData, &desk, nullptr);
     if (toggle)
         XtVaSetValues(item, XmNindicatorType, command.kind == EntryKind::Switch ? XmN_OF_MANY : XmONE_OF_MANY,
                       XmNvisibleWhenOff, True, nullptr);
@@ -71,16 +116,15 @@ Widget addMenu(Menus& menus, Menu which, Desk& desk)
         if (command.newGroup)
             addSeparator(menu);
         Widget item = makeEntry(menu, command, desk);
-        const LabelText keys(command.keys);
+        const auto keys = labelString(command.keys);
         if (*command.accelerator)
-            XtVaSetValues(item, XmNaccelerator, command.accelerator, XmNacceleratorText,
-                          static_cast<XmString>(keys), nullptr);
+            XtVaSetValues(item, XmNaccelerator, command.accelerator, XmNacceleratorText, keys.get(), nullptr);
         menus.entries.push_back({&command, item});
     }
-    const LabelText text(title);
-    Widget cascade = XtVaCreateManagedWidget(title, xmCascadeButtonWidgetClass, menus.bar, XmNlabelString,
-                                             static_cast<XmString>(text), XmNmnemonic,
-                                             static_cast<KeySym>(*title), XmNsubMenuId, menu, nullptr);
+    const auto text = labelString(title);
+    Widget cascade =
+        XtVaCreateManagedWidget(title, xmCascadeButtonWidgetClass, menus.bar, XmNlabelString, text.get(),
+                                XmNmnemonic, static_cast<KeySym>(*title), XmNsubMenuId, menu, nullptr);
     if (which == Menu::Help)
         XtVaSetValues(menus.bar, XmNmenuHelpWidget, cascade, nullptr);
     return menu;
@@ -112,9 +156,9 @@ void listTools(Widget menu, XtPointer client, XtPointer)
     if (!tools.empty())
         XtVaCreateManagedWidget(toolItemName, xmSeparatorWidgetClass, menu, nullptr);
     for (const protocol::ToolEntry& tool : tools) {
-        const LabelText label("End \"" + text::shortened(tool.title, 40) + "\"");
+        const auto label = labelString("End \"" + text::shortened(tool.title, 40) + "\"");
         Widget item = XtVaCreateManagedWidget(toolItemName, xmPushButtonWidgetClass, menu, XmNlabelString,
-                                              static_cast<XmString>(label), nullptr);
+                                              label.get(), nullptr);
         XtAddCallback(item, XmNactivateCallback, endTool, reinterpret_cast<XtPointer>(tool.shell));
     }
 }

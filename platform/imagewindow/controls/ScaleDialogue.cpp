@@ -5,6 +5,7 @@
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Tools.h"
 #include "platform/imagewindow/controls/Widgets.h"
+#include "widgets/Scale.h"
 
 #include <Xm/Form.h>
 #include <Xm/Label.h>
@@ -38,20 +39,11 @@ ScaleDialogue& dialogueOf(XtPointer client)
     return *static_cast<ScaleDialogue*>(client);
 }
 
-std::string typedIn(Widget field)
-{
-    char* typed = XmTextFieldGetString(field);
-    const std::string text = typed;
-    XtFree(typed);
-    return text;
-}
-
 Widget makeText(Widget parent, const char* name, const std::string& text)
 {
-    const LabelText label(text);
-    return XtVaCreateManagedWidget(name, xmLabelWidgetClass, parent, XmNlabelString,
-                                   static_cast<XmString>(label), XmNalignment, XmALIGNMENT_BEGINNING,
-                                   nullptr);
+    const auto label = labelString(text);
+    return XtVaCreateManagedWidget(name, xmLabelWidgetClass, parent, XmNlabelString, label.get(),
+                                   XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
 }
 
 } // namespace
@@ -59,24 +51,25 @@ Widget makeText(Widget parent, const char* name, const std::string& text)
 ScaleDialogue::ScaleDialogue(Widget parent, Desk& desk) : desk(desk)
 {
     dialogue = XmCreateFormDialog(parent, const_cast<char*>("scale"), nullptr, 0);
-    const LabelText title("Scale of image window " + std::to_string(desk.shown.windowNumber));
+    const auto title = labelString("Scale of image window " + std::to_string(desk.shown.windowNumber));
     Widget column = XtVaCreateWidget("column", xmRowColumnWidgetClass, dialogue, XmNtopAttachment,
                                      XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment,
-                                     XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, XmNmarginWidth, 10,
-                                     XmNmarginHeight, 8, XmNspacing, 6, nullptr);
+                                     XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, XmNmarginWidth,
+                                     widgets::scaled(parent, 10), XmNmarginHeight, widgets::scaled(parent, 8),
+                                     XmNspacing, widgets::scaled(parent, 6), nullptr);
     for (const Field field : {X, Y, Z, Known})
         fields[field] = addRow(column, field);
     makeText(column, "units", unitHint);
     message = makeText(column, "message", " ");
     XtVaSetValues(message, XmNrecomputeSize, False, XmNforeground,
                   allocateColor(message, textPalette[base::annotationColor]), XmNheight,
-                  static_cast<int>(hintLines) * lineHeightOf(message) + 6, nullptr);
+                  static_cast<int>(hintLines) * lineHeightOf(message) + widgets::scaled(message, 6), nullptr);
     XtAddCallback(
         fields[Known], XmNvalueChangedCallback,
         [](Widget, XtPointer client, XtPointer) { dialogueOf(client).takeKnownLength(); }, this);
     makeButtons(column);
-    XtVaSetValues(dialogue, XmNdialogTitle, static_cast<XmString>(title), XmNautoUnmanage, False, XmNnoResize,
-                  True, XmNinitialFocus, fields[X], nullptr);
+    XtVaSetValues(dialogue, XmNdialogTitle, title.get(), XmNautoUnmanage, False, XmNnoResize, True,
+                  XmNinitialFocus, fields[X], nullptr);
     XtManageChild(column);
 }
 
@@ -89,10 +82,11 @@ ScaleDialogue::~ScaleDialogue()
 Widget ScaleDialogue::addRow(Widget column, Field field)
 {
     Widget row = XtVaCreateManagedWidget("row", xmRowColumnWidgetClass, column, XmNorientation, XmHORIZONTAL,
-                                         XmNspacing, 8, XmNmarginHeight, 0, nullptr);
+                                         XmNspacing, widgets::scaled(column, 8), XmNmarginHeight, 0, nullptr);
     const auto index = static_cast<std::size_t>(field);
     Widget title = makeText(row, "title", titles[index]);
-    XtVaSetValues(title, XmNrecomputeSize, False, XmNwidth, measureOf(title)(titles[Known]) + 8, nullptr);
+    XtVaSetValues(title, XmNrecomputeSize, False, XmNwidth,
+                  measureOf(title)(titles[Known]) + widgets::scaled(title, 8), nullptr);
     Widget text = XtVaCreateManagedWidget(names[index], xmTextFieldWidgetClass, row, XmNcolumns, columns,
                                           XmNmaxLength, maxTyped, nullptr);
     XtAddCallback(
@@ -107,10 +101,10 @@ Widget ScaleDialogue::addRow(Widget column, Field field)
 void ScaleDialogue::makeButtons(Widget column)
 {
     Widget buttons = XtVaCreateManagedWidget("buttons", xmRowColumnWidgetClass, column, XmNorientation,
-                                             XmHORIZONTAL, XmNspacing, 8, nullptr);
+                                             XmHORIZONTAL, XmNspacing, widgets::scaled(column, 8), nullptr);
     const auto addButton = [&](const char* text, XtCallbackProc pressed) {
-        Widget button =
-            XtVaCreateManagedWidget(text, xmPushButtonWidgetClass, buttons, XmNmarginWidth, 12, nullptr);
+        Widget button = XtVaCreateManagedWidget(text, xmPushButtonWidgetClass, buttons, XmNmarginWidth,
+                                                widgets::scaled(buttons, 12), nullptr);
         XtAddCallback(button, XmNactivateCallback, pressed, this);
         return button;
     };
@@ -148,7 +142,7 @@ void ScaleDialogue::show()
               "forgets it."
             : "");
     refresh();
-    XMapRaised(XtDisplay(dialogue), XtWindow(XtParent(dialogue)));
+    bringForward(dialogue);
 }
 
 void ScaleDialogue::refresh()
@@ -170,7 +164,7 @@ void ScaleDialogue::refresh()
 void ScaleDialogue::takeKnownLength()
 {
     const auto pixels = desk.overlays.lastLine();
-    const TypedLength known = parseLength(typedIn(fields[Known]));
+    const TypedLength known = parseLength(text::fieldText(fields[Known]));
     if (!pixels || !known.microns)
         return;
     const double spacing = *known.microns / std::hypot((*pixels)[0], (*pixels)[1]);
@@ -181,7 +175,7 @@ void ScaleDialogue::takeKnownLength()
 
 bool ScaleDialogue::read(Field field, std::optional<float>& microns)
 {
-    const std::string typed = typedIn(fields[field]);
+    const std::string typed = text::fieldText(fields[field]);
     if (typed.find_first_not_of(" \t") == std::string::npos)
         return true;
     const TypedLength length = parseLength(typed);
@@ -226,8 +220,8 @@ void ScaleDialogue::say(const std::string& sentence)
     XtVaGetValues(message, XmNwidth, &width, nullptr);
     std::vector<std::string> lines = flow(wordsOf(sentence), " ", width, hintLines, measureOf(message));
     lines.resize(hintLines, " ");
-    const LabelText text(lines);
-    XtVaSetValues(message, XmNlabelString, static_cast<XmString>(text), nullptr);
+    const auto text = labelString(lines);
+    XtVaSetValues(message, XmNlabelString, text.get(), nullptr);
 }
 
 } // namespace viewer

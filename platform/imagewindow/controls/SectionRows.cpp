@@ -8,6 +8,7 @@
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/view/Readout.h"
 #include "platform/text/Utf8.h"
+#include "widgets/Scale.h"
 
 #include <Xm/Form.h>
 #include <Xm/Label.h>
@@ -25,7 +26,7 @@ namespace {
 
 constexpr int fewWavelengths = 8; // more than these get a scroll bar of their own
 constexpr int scrolledHeight = 50, toggleSpacing = 8, toggleMargin = 6, rowMargin = 2, titleGap = 8,
-              valueGap = 16, narrowestValue = 80; // screen pixels
+              valueGap = 16, narrowestValue = 80, rowEdge = 8, rowGap = 3; // pixels at 96 dots per inch
 
 void toggleChanged(Widget toggle, XtPointer client, XtPointer call)
 {
@@ -65,8 +66,8 @@ void wheelOnScale(Widget row, XtPointer client, XEvent* event, Boolean*)
 void showWidest(Widget value, int count)
 {
     const std::string most = std::to_string(count);
-    const int width = measureOf(value)(most + " - " + most + " / " + most) + valueGap;
-    XtVaSetValues(value, XmNwidth, std::max(narrowestValue, width), nullptr);
+    const int width = measureOf(value)(most + " - " + most + " / " + most) + widgets::scaled(value, valueGap);
+    XtVaSetValues(value, XmNwidth, std::max(widgets::scaled(value, narrowestValue), width), nullptr);
 }
 
 void setManaged(Widget widget, bool managed)
@@ -84,23 +85,25 @@ Widget Controls::makeToggles(Widget parent)
     const bool many = info().sizeW > fewWavelengths;
     Widget holder = parent;
     if (many)
-        holder =
-            XtVaCreateManagedWidget("channelScroll", xmScrolledWindowWidgetClass, parent, XmNscrollingPolicy,
-                                    XmAUTOMATIC, XmNheight, scrolledHeight, XmNshadowThickness, 0, nullptr);
-    Widget row = XtVaCreateWidget("channels", xmRowColumnWidgetClass, holder, XmNorientation, XmHORIZONTAL,
-                                  XmNpacking, XmPACK_TIGHT, XmNspacing, toggleSpacing, XmNmarginHeight,
-                                  rowMargin, XmNmarginWidth, toggleMargin, XmNadjustLast, False, nullptr);
+        holder = XtVaCreateManagedWidget(
+            "channelScroll", xmScrolledWindowWidgetClass, parent, XmNscrollingPolicy, XmAUTOMATIC, XmNheight,
+            widgets::scaled(parent, scrolledHeight), XmNshadowThickness, 0, nullptr);
+    Widget row =
+        XtVaCreateWidget("channels", xmRowColumnWidgetClass, holder, XmNorientation, XmHORIZONTAL, XmNpacking,
+                         XmPACK_TIGHT, XmNspacing, widgets::scaled(parent, toggleSpacing), XmNmarginHeight,
+                         widgets::scaled(parent, rowMargin), XmNmarginWidth,
+                         widgets::scaled(parent, toggleMargin), XmNadjustLast, False, nullptr);
     for (std::size_t color = 0; color < palette.size(); ++color) {
         colorPixels[color] = allocateColor(row, palette[color]);
         textPixels[color] = allocateColor(row, textPalette[color]);
     }
     dimmedPixel = allocateColor(row, dimmedText);
     for (int w = 0; w < info().sizeW; ++w) {
-        const LabelText name(text::shortened(wavelengthName(info(), w), maxNameLength));
-        Widget toggle = XtVaCreateManagedWidget(("wavelength" + std::to_string(w + 1)).c_str(),
-                                                xmToggleButtonWidgetClass, row, XmNlabelString,
-                                                static_cast<XmString>(name), XmNindicatorOn, XmINDICATOR_FILL,
-                                                XmNtraversalOn, False, XmNhighlightThickness, 0, nullptr);
+        const auto name = labelString(text::shortened(wavelengthName(info(), w), maxNameLength));
+        Widget toggle =
+            XtVaCreateManagedWidget(("wavelength" + std::to_string(w + 1)).c_str(), xmToggleButtonWidgetClass,
+                                    row, XmNlabelString, name.get(), XmNindicatorOn, XmINDICATOR_FILL,
+                                    XmNtraversalOn, False, XmNhighlightThickness, 0, nullptr);
         XtAddCallback(toggle, XmNvalueChangedCallback, toggleChanged, this);
         toggles.push_back(toggle);
     }
@@ -133,23 +136,23 @@ Controls::SectionScale Controls::makeScale(const char* name, const char* title, 
     SectionScale result;
     result.present = present;
     result.row = XtVaCreateWidget("scaleRow", xmFormWidgetClass, form, XmNuserData, &desk, nullptr);
-    const LabelText text(title);
-    Widget label =
-        XtVaCreateManagedWidget("title", xmLabelWidgetClass, result.row, XmNlabelString,
-                                static_cast<XmString>(text), XmNleftAttachment, XmATTACH_FORM, XmNleftOffset,
-                                8, XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM,
-                                XmNrecomputeSize, False, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
-    XtVaSetValues(label, XmNwidth, measureOf(label)("pos") + titleGap, nullptr);
+    const int edge = widgets::scaled(form, rowEdge), gap = widgets::scaled(form, rowGap);
+    const auto text = labelString(title);
+    Widget label = XtVaCreateManagedWidget(
+        "title", xmLabelWidgetClass, result.row, XmNlabelString, text.get(), XmNleftAttachment, XmATTACH_FORM,
+        XmNleftOffset, edge, XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM,
+        XmNrecomputeSize, False, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+    XtVaSetValues(label, XmNwidth, measureOf(label)("pos") + widgets::scaled(label, titleGap), nullptr);
     result.value = XtVaCreateManagedWidget("value", xmLabelWidgetClass, result.row, XmNrightAttachment,
-                                           XmATTACH_FORM, XmNrightOffset, 8, XmNtopAttachment, XmATTACH_FORM,
-                                           XmNbottomAttachment, XmATTACH_FORM, XmNrecomputeSize, False,
-                                           XmNalignment, XmALIGNMENT_END, nullptr);
+                                           XmATTACH_FORM, XmNrightOffset, edge, XmNtopAttachment,
+                                           XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM,
+                                           XmNrecomputeSize, False, XmNalignment, XmALIGNMENT_END, nullptr);
     result.scale = XtVaCreateManagedWidget(
         name, xmScaleWidgetClass, result.row, XmNorientation, XmHORIZONTAL, XmNminimum, 1, XmNmaximum, 2,
         XmNvalue, 1, XmNscaleMultiple, 1, XmNshowArrows, XmEACH_SIDE, XmNscaleHeight, lineHeightOf(label),
         XmNleftAttachment, XmATTACH_WIDGET, XmNleftWidget, label, XmNrightAttachment, XmATTACH_WIDGET,
-        XmNrightWidget, result.value, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, 3, XmNbottomAttachment,
-        XmATTACH_FORM, XmNbottomOffset, 3, nullptr);
+        XmNrightWidget, result.value, XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, gap, XmNbottomAttachment,
+        XmATTACH_FORM, XmNbottomOffset, gap, nullptr);
     XtAddCallback(result.scale, XmNvalueChangedCallback, scaleChanged, &desk);
     XtAddCallback(result.scale, XmNdragCallback, scaleChanged, &desk);
     XtAddEventHandler(result.row, ButtonPressMask, False, wheelOnScale, result.scale);
@@ -195,6 +198,8 @@ void Controls::showView(const View& view, const StatusTexts& widest)
     showScale(tScale, view.t, last.t, view.style == protocol::TimePanels);
     showScale(pScale, view.p, last.p, false);
     showToggles(view);
+    toolBar->show(desk.shown.parts.toolBar);
+    showSidePanel();
     layOut();
 }
 

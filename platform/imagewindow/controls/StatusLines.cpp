@@ -3,6 +3,7 @@
 
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
+#include "widgets/Scale.h"
 
 #include <X11/IntrinsicP.h> // XtConfigureWidget
 #include <Xm/DrawingA.h>
@@ -14,7 +15,6 @@ namespace viewer {
 
 namespace {
 
-constexpr int marginWidth = 8, marginHeight = 2, gap = 16; // screen pixels
 constexpr const char* separator = "   ";
 constexpr std::size_t maxRemarkLines = 3, maxPixelLines = 4, maxStageLines = 2, maxStateLines = 2;
 
@@ -29,13 +29,15 @@ std::string joined(const std::vector<std::string>& items)
 void writeLines(Widget label, std::vector<std::string> lines, std::size_t rows)
 {
     lines.resize(std::max<std::size_t>(rows, 1), " "); // or the label would centre what there is
-    const LabelText text(lines);
-    XtVaSetValues(label, XmNlabelString, static_cast<XmString>(text), nullptr);
+    const auto text = labelString(lines);
+    XtVaSetValues(label, XmNlabelString, text.get(), nullptr);
 }
 
 } // namespace
 
 StatusLines::StatusLines(Widget parent)
+    : marginWidth(widgets::scaled(parent, 8)), marginHeight(widgets::scaled(parent, 2)),
+      gap(widgets::scaled(parent, 16))
 {
     area = XtVaCreateWidget("status", xmDrawingAreaWidgetClass, parent, XmNmarginWidth, 0, XmNmarginHeight, 0,
                             XmNresizePolicy, XmRESIZE_NONE, nullptr);

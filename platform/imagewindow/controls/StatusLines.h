@@ -45,6 +45,8 @@ private:
     int place(Widget label, int left, int top, int labelWidth, std::size_t rowCount) const;
     void write();
 
+    int marginWidth, marginHeight; // of a label, screen pixels
+    int gap;                       // between stage and state beside each other, screen pixels
     Widget area = nullptr, remark = nullptr, pixel = nullptr, stage = nullptr, state = nullptr;
     Measure measure;
     int lineHeight = 0, width = 0; // screen pixels; width 0: not laid out yet

@@ -2,6 +2,7 @@
 #include "platform/imagewindow/controls/Widgets.h"
 
 #include "platform/imagewindow/controls/LocalText.h"
+#include "platform/protocol/XProtocol.h"
 
 #include <Xm/Label.h>
 
@@ -19,10 +20,22 @@ Pixel allocateColor(Widget widget, const Rgb& color)
                                                               : WhitePixelOfScreen(XtScreen(widget));
 }
 
+void bringForward(Widget dialogue)
+{
+    XtManageChild(dialogue);
+    Display* display = XtDisplay(dialogue);
+    const Window shell = XtWindow(XtParent(dialogue));
+    XMapRaised(display, shell);
+    XWindowAttributes attributes{};
+    const protocol::ErrorTrap trap(display); // the window manager may just be taking it away
+    if (XGetWindowAttributes(display, shell, &attributes) && attributes.map_state == IsViewable)
+        XSetInputFocus(display, shell, RevertToParent, XtLastTimestampProcessed(display));
+}
+
 void setLabel(Widget label, const std::string& utf8)
 {
-    const LabelText text(utf8);
-    XtVaSetValues(label, XmNlabelString, static_cast<XmString>(text), nullptr);
+    const auto text = labelString(utf8);
+    XtVaSetValues(label, XmNlabelString, text.get(), nullptr);
 }
 
 namespace {
@@ -38,12 +51,14 @@ XmRenderTable fontsOf(Widget label)
 
 Measure measureOf(Widget label)
 {
-    return [label](const std::string& utf8) -> int { return XmStringWidth(fontsOf(label), LabelText(utf8)); };
+    return [label](const std::string& utf8) -> int {
+        return XmStringWidth(fontsOf(label), labelString(utf8).get());
+    };
 }
 
 int lineHeightOf(Widget label)
 {
-    return XmStringHeight(fontsOf(label), LabelText("x"));
+    return XmStringHeight(fontsOf(label), labelString("x").get());
 }
 
 } // namespace viewer

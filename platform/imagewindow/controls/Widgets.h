@@ -14,6 +14,10 @@ namespace viewer {
 // The pixel of a colour in the widget's colormap; white when none is free.
 Pixel allocateColor(Widget widget, const Rgb& color);
 
+// Shows a dialogue in front of all others, with the keyboard: also one that is up already, behind another
+// window.
+void bringForward(Widget dialogue);
+
 // Sets the text of a label, button or toggle.
 void setLabel(Widget label, const std::string& utf8);
 

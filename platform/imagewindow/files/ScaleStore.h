@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The scales that the user has set, one small text file for each image in the user's data folder:
-// $XDG_DATA_HOME/kelvora/scales, else ~/.local/share/kelvora/scales. Named by a hash of the image's path.
+// The scales that the user has set, as notes of images (ImageNotes.h) in the folder scales.
 #pragma once
 
 #include "platform/imagewindow/files/Scale.h"

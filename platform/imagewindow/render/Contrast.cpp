@@ -110,6 +110,16 @@ ContrastLimits contrastSpan(const ContrastLimits& limits, const ContrastLimits& 
     return span;
 }
 
+ContrastLimits withLow(ContrastLimits limits, float low, float step)
+{
+    return {low, std::max(limits.high, low + step)};
+}
+
+ContrastLimits withHigh(ContrastLimits limits, float high, float step)
+{
+    return {std::min(limits.low, high - step), high};
+}
+
 std::vector<float> sampleSection(image::ImageFile& file, const image::SectionIndex& section, long limit)
 {
     if (!file.hasSection(section))

@@ -31,6 +31,10 @@ std::optional<ContrastLimits> fixedLimits(const image::ImageInfo& info, int wave
 // within the wavelength's range where that is known (low < high).
 ContrastLimits contrastSpan(const ContrastLimits& limits, const ContrastLimits& range);
 
+// The limits with another low (high) one; the other makes way so that they stay at least step apart.
+ContrastLimits withLow(ContrastLimits limits, float low, float step);
+ContrastLimits withHigh(ContrastLimits limits, float high, float step);
+
 // About limit values of a section, spread evenly over it (whole rows; of a reduced copy when the file has
 // one). Empty when the section is missing or cannot be read.
 std::vector<float> sampleSection(image::ImageFile& file, const image::SectionIndex& section, long limit);

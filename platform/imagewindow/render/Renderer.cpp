@@ -37,6 +37,7 @@ void expandRow(const std::uint32_t* row, const std::vector<int>& columns, std::u
 void Renderer::setFile(image::ImageFile& newFile)
 {
     file = &newFile;
+    samples.clear();
     tiles.clear();
     fitted.clear();
 }
@@ -51,6 +52,8 @@ std::string Renderer::load(const protocol::Geometry& newGeometry, const std::vec
     const TileFrame newFrame = tileFrame(geometry);
     if (newFrame != frame)
         tiles.clear();
+    if (newFrame != frame || panels.size() != sums.size())
+        sums = std::vector<PanelSum>(panels.size());
     frame = newFrame;
     std::string error = loadTiles();
     fitMissingLimits();
@@ -69,6 +72,8 @@ std::string Renderer::loadTiles()
                 continue;
             }
             std::string error;
+            for (PanelSum& sum : sums)
+                sum.forget();
             if (auto values = readTile(*file, section, frame, error))
                 kept[keyOf(section)] = std::move(*values);
             else if (firstError.empty())
@@ -94,6 +99,53 @@ void Renderer::fitMissingLimits()
     for (std::size_t i = 0; i < missing.size(); ++i)
         if (found[i])
             fitted[missing[i]] = *found[i];
+}
+
+void Renderer::setLimits(int wavelength, const ContrastLimits& limits)
+{
+    manual[wavelength] = limits;
+    lastSet = wavelength;
+}
+
+std::optional<ContrastLimits> Renderer::limitsByHand(int wavelength) const
+{
+    const auto found = manual.find(wavelength);
+    return found == manual.end() ? std::nullopt : std::optional(found->second);
+}
+
+float Renderer::gamma(int wavelength) const
+{
+    const auto found = gammas.find(wavelength);
+    return found == gammas.end() ? 1 : found->second.value;
+}
+
+void Renderer::setGamma(int wavelength, float wanted)
+{
+    const float value = std::clamp(wanted, minGamma, maxGamma);
+    if (value == 1)
+        gammas.erase(wavelength);
+    else
+        gammas[wavelength] = {value, gammaTable(value)};
+    lastSet = wavelength;
+}
+
+SampleStore::Sample Renderer::sample(int wavelength) const
+{
+    for (const PanelContent& panel : panels)
+        if (std::find(panel.wavelengths.begin(), panel.wavelengths.end(), wavelength) !=
+            panel.wavelengths.end()) {
+            const image::SectionIndex section = sectionOf(panel, wavelength);
+            return samples.get({section.z, section.w, section.t, section.p},
+                               [&] { return readSample(*file, section, histogramValues); });
+        }
+    return std::make_shared<const SectionSample>();
+}
+
+void Renderer::setAutomatic(int wavelength)
+{
+    manual.erase(wavelength);
+    fitted.erase(wavelength);
+    fitMissingLimits();
 }
 
 void Renderer::setAutomatic()
@@ -151,10 +203,21 @@ std::vector<CompositeChannel> Renderer::channelsOf(const PanelContent& panel) co
     for (std::size_t i = 0; i < panel.wavelengths.size(); ++i) {
         const int w = panel.wavelengths[i];
         const auto tile = tiles.find(keyOf(sectionOf(panel, w)));
+        const auto bent = gammas.find(w);
         if (tile != tiles.end())
-            channels.push_back({tile->second, limits(w), palette[static_cast<std::size_t>(panel.colors[i])]});
+            channels.push_back({tile->second, limits(w), palette[static_cast<std::size_t>(panel.colors[i])],
+                                bent == gammas.end() ? nullptr : bent->second.table});
     }
     return channels;
+}
+
+void Renderer::beginSum(PanelSum& sum, const PanelContent& panel) const
+{
+    std::vector<CompositeChannel> channels = channelsOf(panel);
+    // Tiles that cannot be read have no channel, and the place is another one then: slower, not wrong.
+    const auto place = std::find(panel.wavelengths.begin(), panel.wavelengths.end(), lastSet);
+    sum.begin(std::move(channels), static_cast<std::size_t>(place - panel.wavelengths.begin()),
+              static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height));
 }
 
 void Renderer::drawPanel(int index, std::span<std::uint32_t> pixels, int width, int height) const
@@ -165,23 +228,31 @@ void Renderer::drawPanel(int index, std::span<std::uint32_t> pixels, int width, 
     const int rowCount = std::min(geometry.panelHeight, height - top);
     if (columnCount <= 0 || rowCount <= 0)
         return;
-    const std::vector<CompositeChannel> channels = channelsOf(panels[static_cast<std::size_t>(index)]);
+    PanelSum& sum = sums[static_cast<std::size_t>(index)];
+    beginSum(sum, panels[static_cast<std::size_t>(index)]);
     const std::vector<int> columns = tileColumns(frame, columnCount), rows = tileRows(frame, rowCount);
+    const auto canvasRow = [&](int row) {
+        return pixels.subspan(static_cast<std::size_t>(top + row) * static_cast<std::size_t>(width) +
+                                  static_cast<std::size_t>(left),
+                              columns.size());
+    };
+    // Each pixel of the canvas has a value of its own, for places go up by one at most.
+    if (columns.back() + 1 == columnCount && rows.back() + 1 == rowCount)
+        return image::parallelFor((rowCount + bandRows - 1) / bandRows, [&](int band) {
+            for (int row = band * bandRows; row < std::min((band + 1) * bandRows, rowCount); ++row)
+                sum.compose(static_cast<std::size_t>(row) * static_cast<std::size_t>(frame.width),
+                            canvasRow(row));
+        });
     image::parallelFor((frame.height + bandRows - 1) / bandRows, [&](int band) {
         const int first = band * bandRows, last = std::min(first + bandRows, frame.height);
         const std::size_t offset = static_cast<std::size_t>(first) * static_cast<std::size_t>(frame.width);
         std::vector<std::uint32_t> composed(static_cast<std::size_t>(last - first) *
                                             static_cast<std::size_t>(frame.width));
-        std::vector<CompositeChannel> slices = channels;
-        for (CompositeChannel& slice : slices)
-            slice.values = slice.values.subspan(offset, composed.size());
-        compose(slices, composed);
+        sum.compose(offset, composed);
         for (auto row = std::lower_bound(rows.begin(), rows.end(), first); row != rows.end() && *row < last;
-             ++row) {
-            const std::size_t y = static_cast<std::size_t>(top + (row - rows.begin()));
+             ++row)
             expandRow(composed.data() + static_cast<std::size_t>(*row - first) * frame.width, columns,
-                      pixels.data() + y * static_cast<std::size_t>(width) + left);
-        }
+                      canvasRow(static_cast<int>(row - rows.begin())).data());
     });
 }
 

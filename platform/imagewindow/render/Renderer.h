@@ -5,12 +5,15 @@
 #pragma once
 
 #include "platform/imagewindow/render/Composite.h"
+#include "platform/imagewindow/render/Histogram.h"
+#include "platform/imagewindow/render/PanelSum.h"
 #include "platform/imagewindow/render/Tile.h"
 #include "platform/imagewindow/view/View.h"
 
 #include <array>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -43,9 +46,19 @@ public:
     // Contrast of a wavelength: set by hand, or fitted to the sections of all panels when it was first shown
     // in that kind of panels and kept from then on, so that sections can be compared.
     ContrastLimits limits(int wavelength) const;
-    void setLimits(int wavelength, const ContrastLimits& limits) { manual[wavelength] = limits; }
-    // Fits all limits to what is on display; drops those that were set by hand.
+    void setLimits(int wavelength, const ContrastLimits& limits);
+    // The limits that were set by hand; nothing when they follow the image.
+    std::optional<ContrastLimits> limitsByHand(int wavelength) const;
+    // Fits all limits, or those of one wavelength, to what is on display; drops those that were set by hand.
     void setAutomatic();
+    void setAutomatic(int wavelength);
+
+    // Values of what the first panel shows of the wavelength, read once; empty when no panel does.
+    SampleStore::Sample sample(int wavelength) const;
+
+    // Of the display alone: values that are told stay. Within minGamma and maxGamma, 1 at first.
+    float gamma(int wavelength) const;
+    void setGamma(int wavelength, float gamma);
 
 private:
     using SectionKey = std::array<int, 4>; // z, w, t, p
@@ -58,6 +71,7 @@ private:
     std::optional<Fitted> limitsOfSections(int wavelength) const;
     bool shownAmongOthers(int wavelength) const;
     std::vector<CompositeChannel> channelsOf(const PanelContent& panel) const;
+    void beginSum(PanelSum& sum, const PanelContent& panel) const;
     void drawPanel(int index, std::span<std::uint32_t> pixels, int width, int height) const;
 
     image::ImageFile* file;
@@ -67,6 +81,14 @@ private:
     std::map<SectionKey, std::vector<float>> tiles; // of this frame
     std::map<int, Fitted> fitted;                   // by wavelength
     std::map<int, ContrastLimits> manual;           // by wavelength
+    struct Gamma {
+        float value;
+        std::shared_ptr<const GammaTable> table;
+    };
+    std::map<int, Gamma> gammas;        // by wavelength, those that are not 1
+    int lastSet = -1;                   // the wavelength whose limits or gamma the user has set last
+    mutable std::vector<PanelSum> sums; // of the panels, for what is drawn next
+    mutable SampleStore samples;
 };
 
 } // namespace viewer

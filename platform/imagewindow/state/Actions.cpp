@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/state/Actions.h"
 
+#include "platform/imagewindow/render/Enlarged.h"
+#include "platform/imagewindow/state/Memory.h"
+
 #include <string>
 
 namespace viewer {
@@ -18,8 +21,8 @@ void Actions::setWavelengthShown(int wavelength, bool on)
 {
     shown.changed();
     if (!showWavelength(shown.view, wavelength, on))
-        shown.notice.answer(on ? "At most five wavelengths are shown at a time: hide another one first."
-                               : "One wavelength has to stay.");
+        shown.answer(on ? "At most five wavelengths are shown at a time: hide another one first."
+                        : "One wavelength has to stay.");
 }
 
 void Actions::setPanels(int style)
@@ -52,7 +55,7 @@ void Actions::leavePanels()
 // Events that come before the next drawing go on from the new arrangement; so in panBy().
 void Actions::zoomAt(double zoom, int x, int y)
 {
-    zoomAround(shown.info(), shown.view, shown.arrangement, shown.area, scrollBarThickness, zoom, x, y);
+    zoomAround(shown.info(), shown.view, shown.arrangement, shown.area, shown.barThickness, zoom, x, y);
     shown.arrangeNow();
     shown.changed();
 }
@@ -92,8 +95,56 @@ void Actions::setColor(int wavelength, int color)
 
 void Actions::setContrast(int wavelength, const ContrastLimits& limits)
 {
+    if (shown.linkedContrast)
+        for (int w = 0; w < shown.info().sizeW; ++w)
+            shown.renderer.setLimits(w, limits);
     shown.renderer.setLimits(wavelength, limits);
     shown.stale.mark(Part::Image);
+}
+
+void Actions::setGamma(int wavelength, float gamma)
+{
+    shown.renderer.setGamma(wavelength, gamma);
+    shown.stale.mark(Part::Image);
+}
+
+void Actions::setAutomaticContrast(int wavelength)
+{
+    shown.renderer.setAutomatic(wavelength);
+    shown.stale.mark(Part::Image);
+}
+
+void Actions::setFullRange(int wavelength)
+{
+    const image::ValueRange range = shown.life.range(wavelength);
+    const ContrastLimits seen = shown.renderer.sample(wavelength)->range;
+    ContrastLimits limits = range.known ? ContrastLimits{range.min, range.max} : seen;
+    if (!(limits.low < limits.high))
+        limits.high = limits.low + 1;
+    setContrast(wavelength, limits);
+}
+
+void Actions::setLook(int wavelength, const Look& look)
+{
+    shown.view.colors[static_cast<std::size_t>(wavelength)] = look.color;
+    shown.renderer.setGamma(wavelength, look.gamma);
+    if (look.limits)
+        shown.renderer.setLimits(wavelength, *look.limits);
+    else
+        shown.renderer.setAutomatic(wavelength);
+    shown.changed();
+}
+
+void Actions::setContrastLinked(bool linked)
+{
+    shown.linkedContrast = linked;
+    shown.changed();
+}
+
+void Actions::setGrey(bool grey)
+{
+    shown.view.grey = grey;
+    shown.changed();
 }
 
 void Actions::setAutomaticContrast()
@@ -106,6 +157,68 @@ void Actions::toggleScaleBar()
 {
     shown.scaleBar = !shown.scaleBar && shown.life.scale().known;
     shown.changed();
+}
+
+void Actions::toggleLinked()
+{
+    shown.linked = !shown.linked;
+    shown.changed();
+}
+
+void Actions::resetView()
+{
+    View& view = shown.view;
+    view = initialView(shown.info());
+    for (int w = 0; w < shown.info().sizeW; ++w)
+        shown.renderer.setGamma(w, 1);
+    shown.linkedContrast = false;
+    view.zoom = usefulZoom(shown.info(), view);
+    shown.renderer.setAutomatic();
+    shown.scaleBar = shown.life.scale().known;
+    shown.arrangeNow();
+    view.fit = shown.arrangement.horizontalBar || shown.arrangement.verticalBar;
+    shown.changed();
+    if (const std::string problem = forgetMemory(shown.life.path()); !problem.empty())
+        shown.tell(problem);
+}
+
+void Actions::toggleToolBar()
+{
+    WindowParts parts = shown.parts;
+    parts.toolBar = !parts.toolBar;
+    setParts(parts);
+}
+
+void Actions::toggleSidePanel()
+{
+    WindowParts parts = shown.parts;
+    parts.sidePanel = !parts.sidePanel;
+    setParts(parts);
+}
+
+void Actions::showTab(SideTab tab)
+{
+    WindowParts parts = shown.parts;
+    parts.sidePanel = true;
+    parts.tab = tab;
+    setParts(parts);
+}
+
+void Actions::setSideWidth(int width, bool keep)
+{
+    shown.parts.sideWidth = width;
+    shown.changed();
+    if (keep)
+        setParts(shown.parts);
+}
+
+// The next window begins with what this one has.
+void Actions::setParts(const WindowParts& parts)
+{
+    shown.parts = parts;
+    shown.changed();
+    if (const std::string problem = keepParts(parts); !problem.empty())
+        shown.tell(problem);
 }
 
 std::string Actions::setScale(const UserScale& scale, bool toolsRun)
@@ -129,6 +242,13 @@ void Actions::rescaled(bool toolsRun)
     shown.changed();
     if (toolsRun)
         shown.tell("Tools that run keep the scale that they started with: end them and start them again.");
+}
+
+std::vector<std::uint32_t> Actions::renderImage(int resolution)
+{
+    if (resolution > 1)
+        shown.stale.mark(Part::Image);
+    return renderEnlarged(shown.renderer, shown.arrangement.geometry, shown.panels, resolution);
 }
 
 } // namespace viewer

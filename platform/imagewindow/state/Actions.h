@@ -3,11 +3,15 @@
 // nothing is drawn before the window's next update. No X.
 #pragma once
 
+#include "platform/imagewindow/figure/SegmentProfile.h"
 #include "platform/imagewindow/files/Scale.h"
 #include "platform/imagewindow/render/Contrast.h"
 #include "platform/imagewindow/state/Shown.h"
 
+#include <cstdint>
+#include <ctime>
 #include <string>
+#include <vector>
 
 namespace viewer {
 
@@ -32,17 +36,48 @@ public:
     void scrollTo(int x, int y);
     void panBy(int dx, int dy);
     void setColor(int wavelength, int color);
+    // Of all wavelengths when they are linked.
     void setContrast(int wavelength, const ContrastLimits& limits);
+    void setGamma(int wavelength, float gamma);
     void setAutomaticContrast();
+    void setAutomaticContrast(int wavelength);
+    // From the smallest to the largest value, of the whole image as far as they are known.
+    void setFullRange(int wavelength);
+    void setLook(int wavelength, const Look& look);
+    // Tells what could not be done.
+    void refuse(const std::string& sentence) { shown.answer(sentence); }
+    // For the list of messages alone, where the user has been told already.
+    void note(const std::string& sentence) { shown.log.add(sentence, std::time(nullptr)); }
+    void setContrastLinked(bool linked);
+    void setGrey(bool grey);
     void toggleScaleBar();
+    void toggleLinked();
+    // As an image is seen that nobody has seen before; forgets what is kept for the file.
+    void resetView();
+    void toggleToolBar();
+    void toggleSidePanel();
+    void showTab(SideTab tab);
+    // Pixels of 96 dots per inch. keep: for the windows to come, not while the user still drags.
+    void setSideWidth(int width, bool keep);
     // Keeps the scale for the file, or forgets it; a sentence when that could not be done, else empty.
     // toolsRun: tools are attached, which keep the scale that they started with.
     std::string setScale(const UserScale& scale, bool toolsRun);
     std::string removeScale(bool toolsRun);
+    // The pixels of the canvas, resolution times as many each way, without captions and graphics; 0x00RRGGBB.
+    // A resolution above 1 reads the image anew for them and for the window.
+    std::vector<std::uint32_t> renderImage(int resolution);
+    // Along a segment in a panel; throws std::runtime_error as the function does.
+    SegmentProfile profileAlong(const PanelContent& panel, const SegmentEnds& ends)
+    {
+        return readProfile(shown.life.file(), panel, ends, shown.life.scale());
+    }
+    // One sentence in the status lines, until something else happens.
+    void tell(const std::string& sentence) { shown.tell(sentence); }
 
 private:
     void leavePanels();
     void rescaled(bool toolsRun);
+    void setParts(const WindowParts& parts);
 
     Shown& shown;
 };

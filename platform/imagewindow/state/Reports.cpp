@@ -15,9 +15,8 @@ StatusFacts factsOf(const Shown& shown)
 
 const std::string& sentenceOf(const Shown& shown)
 {
-    if (const std::string& notice = shown.notice.sentence(); !notice.empty())
-        return notice;
-    return shown.life.problem().empty() ? shown.problem : shown.life.problem();
+    const std::string& notice = shown.notice.sentence();
+    return notice.empty() ? problemOf(shown) : notice;
 }
 
 std::optional<PointedPixel> pixelAt(const Shown& shown, const CanvasPlace& pointer)
@@ -50,6 +49,11 @@ protocol::WavelengthDisplay displayOf(const Shown& shown, std::size_t wavelength
 
 } // namespace
 
+const std::string& problemOf(const Shown& shown)
+{
+    return shown.life.problem().empty() ? shown.problem : shown.life.problem();
+}
+
 StatusTexts statusOf(const Shown& shown, const std::optional<CanvasPlace>& pointer)
 {
     return statusTexts(factsOf(shown), sentenceOf(shown), pointer ? pixelAt(shown, *pointer) : std::nullopt);
@@ -78,6 +82,16 @@ protocol::DisplayRecord recordOf(const Shown& shown)
     for (std::size_t w = 0; w < shown.view.displayed.size(); ++w)
         record.wavelengths.push_back(displayOf(shown, w));
     return record;
+}
+
+Scene sceneOf(const Shown& shown, const OverlayStore& overlays, double screenScale)
+{
+    const protocol::Geometry& geometry = shown.arrangement.geometry;
+    Scene scene{geometry, shown.panels, overlays, std::nullopt, screenScale};
+    if (shown.scaleBar)
+        scene.bar = scaleBar(shown.life.scale().spacing[0], geometry.zoom, geometry.panelWidth,
+                             geometry.panelHeight, screenScale);
+    return scene;
 }
 
 } // namespace viewer

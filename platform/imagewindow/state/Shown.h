@@ -4,12 +4,16 @@
 #pragma once
 
 #include "platform/imagewindow/files/ImageLife.h"
+#include "platform/imagewindow/files/WindowParts.h"
+#include "platform/imagewindow/render/Look.h"
 #include "platform/imagewindow/render/Renderer.h"
 #include "platform/imagewindow/state/Stale.h"
+#include "platform/imagewindow/view/MessageLog.h"
 #include "platform/imagewindow/view/Status.h"
 #include "platform/imagewindow/view/View.h"
 
 #include <array>
+#include <ctime>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,16 +32,26 @@ struct Shown {
     ImageLife life;
     View view;
     Renderer renderer;
-    Size area;                        // that the window has for canvas and scroll bars, screen pixels
-    Arrangement arrangement;          // of the view in the area
-    std::vector<PanelContent> panels; // as drawn last
-    std::array<int, 2> singlePlace{}; // z and time point of before the panels
+    int barThickness = scrollBarThickness; // of the scroll bars on this screen, screen pixels
+    Size area;                             // that the window has for canvas and scroll bars, screen pixels
+    Arrangement arrangement;               // of the view in the area
+    std::vector<PanelContent> panels;      // as drawn last
+    std::array<int, 2> singlePlace{};      // z and time point of before the panels
     bool scaleBar = false;
+    bool linked = false;         // section and place follow those of other linked windows
+    bool linkedContrast = false; // the limits of one wavelength are those of all
+    WindowParts parts;
     int windowNumber = 0; // 0: none was free, tools cannot attach
     std::string problem;  // why a section is not shown, empty when all is well
     Notice notice;
+    MessageLog log;
     Stale stale;
 
+    Look look(int wavelength) const
+    {
+        return {view.colors[static_cast<std::size_t>(wavelength)], renderer.limitsByHand(wavelength),
+                renderer.gamma(wavelength)};
+    }
     const image::ImageInfo& info() const { return life.info(); }
     // What is seen is another: everything follows, and what was said about the state before is over.
     void changed()
@@ -45,12 +59,20 @@ struct Shown {
         notice.clear();
         stale.mark(Part::Layout);
     }
+    // What could not be done.
+    void answer(const std::string& sentence)
+    {
+        log.add(sentence, std::time(nullptr));
+        notice.answer(sentence);
+        stale.mark(Part::Readout);
+    }
     void tell(const std::string& sentence)
     {
+        log.add(sentence, std::time(nullptr));
         notice.tell(sentence, Notice::Clock::now());
         stale.mark(Part::Readout);
     }
-    void arrangeNow() { arrangement = arrange(info(), view, area, scrollBarThickness); }
+    void arrangeNow() { arrangement = arrange(info(), view, area, barThickness); }
 };
 
 } // namespace viewer

@@ -128,7 +128,8 @@ std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View
         if (view.style != protocol::SinglePanel)
             content.caption = captionOf(info, view.style, content);
         for (int w : content.wavelengths)
-            content.colors.push_back(view.colors[static_cast<std::size_t>(w)]);
+            content.colors.push_back(view.grey ? static_cast<int>(base::White)
+                                               : view.colors[static_cast<std::size_t>(w)]);
         contents.push_back(content);
     }
     return contents;

@@ -16,7 +16,7 @@ namespace viewer {
 constexpr int maxDisplayed = 5;        // wavelengths shown at a time
 constexpr int maxPanels = 20;          // panels shown at a time
 constexpr int panelGap = 4;            // canvas pixels between panels
-constexpr int scrollBarThickness = 15; // screen pixels
+constexpr int scrollBarThickness = 15; // screen pixels at 96 dots per inch
 constexpr double maxZoom = 32.0, minZoom = 1.0 / 16;
 
 struct Size {
@@ -28,6 +28,7 @@ struct View {
     int z = 0, t = 0, p = 0;     // of the first panel
     std::vector<bool> displayed; // one per wavelength, at most maxDisplayed true
     std::vector<int> colors;     // palette index of each wavelength
+    bool grey = false;           // all are shown in white instead
     int style = protocol::SinglePanel;
     double zoom = 1.0;
     double originX = 0, originY = 0;

@@ -333,17 +333,19 @@ TEST(Layout, keepsToTheChosenPrecision)
 TEST(Layout, takesWhatTheApplicationSets)
 {
     const struct {
+        const char* name;
         gauge::TickSeries series;
         bool align;
         std::vector<std::string> labels;
     } rows[] = {
-        {{.increment = 25}, true, {"25", "50", "75", "100"}},
-        {{.increment = 25, .start = 30}, true, {"25", "50", "75", "100"}},
-        {{.increment = 25, .start = 30}, false, {"30", "55", "80"}},
-        {{.increment = 25, .start = 30, .stop = 60}, false, {"30", "55"}},
-        {{.increment = 25, .start = 70, .stop = 60}, false, {}},
+        {"increment", {.increment = 25}, true, {"25", "50", "75", "100"}},
+        {"start is aligned", {.increment = 25, .start = 30}, true, {"25", "50", "75", "100"}},
+        {"start as it is", {.increment = 25, .start = 30}, false, {"30", "55", "80"}},
+        {"stop", {.increment = 25, .start = 30, .stop = 60}, false, {"30", "55"}},
+        {"stop before start", {.increment = 25, .start = 70, .stop = 60}, false, {}},
     };
     for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
         AxisRequest request = axis(0, 100, 300, false);
         request.series = row.series;
         request.align = row.align;

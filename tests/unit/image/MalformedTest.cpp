@@ -107,7 +107,6 @@ TEST(Malformed, ForeignFiles)
         {"empty", ""s},
         {"short", "II"s},
         {"text", "This is no image."s},
-        {"png", "\x89PNG\r\n\x1a\n0000IHDR"s},
         {"html", "<html><body>no OME here</body></html>"s},
         {"broken ome", "<OME><Image><Pixels SizeX='"s},
         {"empty ome", "<OME/>"s},
@@ -125,6 +124,33 @@ TEST(Malformed, ForeignFiles)
     EXPECT_THAT(openFailure(folder.path), HasSubstr("folder"));
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
     EXPECT_THAT(openFailure(folder / "pipe"), HasSubstr("regular"));
+}
+
+// Formats that are known but not read: the sentence says which it is and what to do.
+TEST(Malformed, FormatsThatAreNotRead)
+{
+    using namespace std::string_literals;
+    const struct {
+        std::string head;
+        const char* sentencePart;
+    } rows[] = {
+        {"\x89HDF\r\n\x1a\n", "an HDF5 file, which cannot be read; convert it to OME-TIFF"},
+        {"\xd0\xcf\x11\xe0\xa1\xb1\x1a\xe1", "a compound document"},
+        {"PK\3\4", "a packed file, which cannot be read; unpack it first"},
+        {"\x1f\x8b\x08", "a packed file"},
+        {"\x7f", "not a TIFF file; if it is an image, convert it"},
+    };
+    const TempFolder folder;
+    for (const auto& [head, sentencePart] : rows) {
+        writeBytes(folder / "image.tif", head + std::string(64, '\1'));
+        EXPECT_THAT(openFailure(folder / "image.tif"), HasSubstr(sentencePart));
+    }
+    for (const char* const name : {"zarr.json", ".zattrs"}) {
+        const fs::path zarr = folder / (name + ".folder"s);
+        fs::create_directory(zarr);
+        writeBytes(zarr / name, "{}");
+        EXPECT_THAT(openFailure(zarr), HasSubstr("an OME-Zarr folder")) << name;
+    }
 }
 
 // One entry of a directory is overwritten with a value that no honest file has.

@@ -8,7 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <optional>
 #include <string>
+#include <vector>
 
 using namespace viewer;
 
@@ -45,6 +47,7 @@ ImageSource stackOf(const TempFolder& folder, int pages)
 {
     setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
     setenv("XDG_CACHE_HOME", (folder / "cache").c_str(), 1);
+    setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
     TiffSpec spec;
     spec.pages = pages;
     writeTiff(folder / "stack.tif", spec);
@@ -76,6 +79,16 @@ INSTANTIATE_TEST_SUITE_P(
                              a.setContrast(0, {1, 2});
                          },
                          "IR"},
+                    Case{"Gamma", [](Shown&, Actions& a) { a.setGamma(0, 0.5F); }, "IR"},
+                    Case{"FullRange", [](Shown&, Actions& a) { a.setFullRange(0); }, "IR"},
+                    Case{"Look",
+                         [](Shown&, Actions& a) {
+                             a.setLook(0, {3, ContrastLimits{1, 2}, 0.5F});
+                         },
+                         "LIPRC"},
+                    Case{"Grey", [](Shown&, Actions& a) { a.setGrey(true); }, "LIPRC"},
+                    Case{"SidePanel", [](Shown&, Actions& a) { a.toggleSidePanel(); }, "LIPRC"},
+                    Case{"Refusal", [](Shown&, Actions& a) { a.refuse("No."); }, "R"},
                     Case{"AutomaticContrast", [](Shown&, Actions& a) { a.setAutomaticContrast(); }, "IR"},
                     Case{"Notice", [](Shown& s, Actions&) { s.tell("A tool has come."); }, "R"},
                     Case{"Graphics", [](Shown& s, Actions&) { s.stale.mark(Part::Overlays); }, "OPR"}),
@@ -116,4 +129,60 @@ TEST(Actions, WhatIsRefusedIsSaidUntilTheNextAction)
     actions.removeScale(false);
     EXPECT_EQ(shown.notice.sentence(), "");
     EXPECT_FALSE(shown.scaleBar);
+}
+
+TEST(Actions, ALookIsReadAsItWasSet)
+{
+    const TempFolder folder;
+    Shown shown(stackOf(folder, 2));
+    Actions actions(shown);
+    EXPECT_EQ(shown.look(0), (Look{shown.view.colors[0], std::nullopt, 1}));
+    const Look looks[] = {
+        {4, ContrastLimits{10, 20}, 0.5F}, {2, std::nullopt, 2}, {0, ContrastLimits{1, 2}, 1}};
+    for (const Look& look : looks) {
+        actions.setLook(0, look);
+        EXPECT_EQ(shown.look(0), look);
+    }
+    actions.setGamma(0, 0.7F);
+    actions.setContrast(0, {3, 4});
+    actions.setAutomaticContrast(0);
+    EXPECT_EQ(shown.look(0), (Look{0, std::nullopt, 0.7F}));
+}
+
+TEST(Actions, LinkedLimitsAreThoseOfAll)
+{
+    const TempFolder folder;
+    setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
+    writeTiff(folder / "rgb.tif", {.samples = 3});
+    Shown shown(openImage((folder / "rgb.tif").string()));
+    Actions actions(shown);
+    actions.setContrast(1, {1, 2});
+    EXPECT_FALSE(shown.look(0).limits);
+    actions.setContrastLinked(true);
+    actions.setContrast(2, {5, 9});
+    for (int w = 0; w < 3; ++w)
+        EXPECT_EQ(shown.look(w).limits, (ContrastLimits{5, 9})) << w;
+}
+
+TEST(Actions, MessagesAreKeptInTheirOrderUpToALimit)
+{
+    const TempFolder folder;
+    Shown shown(stackOf(folder, 2));
+    Actions actions(shown);
+    actions.setWavelengthShown(0, false);
+    shown.tell("A tool has come.");
+    shown.log.follow("The file is gone.", 1);
+    shown.log.follow("The file is gone.", 2); // still
+    shown.log.follow("", 3);
+    shown.log.follow("The file is gone.", 4); // again
+    std::vector<std::string> texts;
+    for (const MessageLog::Message& message : shown.log.messages())
+        texts.push_back(message.text);
+    EXPECT_EQ(texts, (std::vector<std::string>{"One wavelength has to stay.", "A tool has come.",
+                                               "The file is gone.", "The file is gone."}));
+    for (int i = 0; i < 2000; ++i)
+        actions.note(std::string(5000, 'x'));
+    EXPECT_EQ(shown.log.messages().size(), maxMessages);
+    EXPECT_LE(shown.log.messages().back().text.size(), maxMessageLength + 8);
+    EXPECT_EQ(shown.log.version(), 2004U);
 }

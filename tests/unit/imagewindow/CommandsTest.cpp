@@ -26,8 +26,10 @@ TEST(Commands, NamesKeysAndMnemonicsAreNotTakenTwice)
         const char mnemonic = command.mnemonic;
         EXPECT_NE(std::string(command.label).find(mnemonic), std::string::npos);
         EXPECT_TRUE(mnemonics[command.menu].insert(static_cast<char>(std::tolower(mnemonic))).second);
-        EXPECT_NE(command.action, nullptr);
-        EXPECT_EQ(command.on != nullptr, command.kind != EntryKind::Push);
+        const bool isList = command.kind == EntryKind::List;
+        EXPECT_EQ(command.action == nullptr, isList);
+        EXPECT_EQ(command.items != nullptr && command.itemAction != nullptr, isList);
+        EXPECT_EQ(command.on != nullptr, command.kind != EntryKind::Push && !isList);
     }
 }
 

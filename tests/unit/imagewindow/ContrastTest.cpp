@@ -105,6 +105,15 @@ TEST(Contrast, ControlsRunWithinTheKnownRange)
         EXPECT_EQ(contrastSpan(row.limits, row.range), row.span) << row.range.low << " to " << row.range.high;
 }
 
+TEST(Contrast, TheLimitThatMovesPushesTheOther)
+{
+    const ContrastLimits limits{10, 20};
+    EXPECT_EQ(withLow(limits, 15, 1), (ContrastLimits{15, 20}));
+    EXPECT_EQ(withLow(limits, 25, 1), (ContrastLimits{25, 26}));
+    EXPECT_EQ(withHigh(limits, 15, 1), (ContrastLimits{10, 15}));
+    EXPECT_EQ(withHigh(limits, 5, 0.5F), (ContrastLimits{4.5F, 5}));
+}
+
 TEST(Contrast, SamplesAreBoundedAndSpreadOverTheSection)
 {
     FakeImage file(1000, 1000);

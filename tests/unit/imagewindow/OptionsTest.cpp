@@ -15,7 +15,7 @@ TEST(Options, ReadsEveryOption)
 {
     const ParsedOptions parsed =
         parseOptions({"--zoom", "1/4", "--section", "3,2", "--wavelengths", "1,3", "--geometry",
-                      "640x480+10-20", "--panels", "time", "a.tif", "b.tif"});
+                      "640x480+10-20", "--panels", "time", "--canvas", "x11", "a.tif", "b.tif"});
     ASSERT_TRUE(parsed.options) << parsed.text;
     const Options& options = *parsed.options;
     EXPECT_THAT(options.files, ElementsAre("a.tif", "b.tif"));
@@ -25,6 +25,7 @@ TEST(Options, ReadsEveryOption)
     EXPECT_THAT(options.wavelengths, ElementsAre(0, 2));
     EXPECT_EQ(options.geometry, "640x480+10-20");
     EXPECT_EQ(options.panels, protocol::TimePanels);
+    EXPECT_EQ(options.canvas, CanvasKind::Plain);
     EXPECT_FALSE(options.scratch || options.fit);
 }
 
@@ -62,7 +63,7 @@ TEST(Options, RefusesWithOneSentence)
         std::vector<std::string> arguments;
         const char* part;
     } rows[] = {
-        {{}, "FILE"},
+        {{"--scratch"}, "exactly one file"},
         {{"--zoom", "0", "a.tif"}, "zoom"},
         {{"--zoom", "33", "a.tif"}, "33"},
         {{"--zoom", "1/0", "a.tif"}, "1/0"},

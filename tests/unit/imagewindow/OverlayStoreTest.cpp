@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/imagewindow/canvas/OverlayStore.h"
+#include "platform/imagewindow/paint/OverlayStore.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/render/Renderer.h"
+
+#include "platform/imagewindow/render/Enlarged.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -64,6 +67,41 @@ TEST(Renderer, CanvasPixelsAgreeWithTheCoordinateConversion)
                     ASSERT_EQ(scene.at(x, y), grey(expected)) << x << "," << y << " at " << zoom;
                 }
         }
+}
+
+TEST(Renderer, GammaIsOfTheDisplayAlone)
+{
+    Scene scene(16, 16, 2);
+    scene.file.value = [](const auto& section, int x, int) {
+        return static_cast<float>(section.w == 0 ? 10 * x : 0);
+    };
+    scene.view.colors = {0, 0};
+    scene.renderer.setGamma(0, 0.5F);
+    scene.render({16, 16});
+    EXPECT_EQ(scene.at(10, 3), grey(160)); // 255 * sqrt(100 / 255)
+    EXPECT_EQ(scene.renderer.valueAt(0, 0, 10, 3), 100.0F);
+    EXPECT_EQ(scene.renderer.sample(0)->values[10], 100.0F);
+    scene.renderer.setGamma(0, 1);
+    scene.render({16, 16});
+    EXPECT_EQ(scene.at(10, 3), grey(100));
+}
+
+TEST(Renderer, ASampleFollowsTheSectionAndIsReadOnce)
+{
+    Scene scene(16, 16);
+    scene.file.description.sizeZ = 2;
+    scene.file.value = [](const auto& section, int, int) { return static_cast<float>(section.z); };
+    scene.view.z = 0;
+    scene.render({16, 16});
+    EXPECT_EQ(scene.renderer.sample(0)->values.at(0), 0);
+    const int reads = scene.file.reads;
+    scene.renderer.setLimits(0, {0, 9});
+    scene.render({16, 16});
+    scene.renderer.sample(0);
+    EXPECT_EQ(scene.file.reads, reads);
+    scene.view.z = 1;
+    scene.render({16, 16});
+    EXPECT_EQ(scene.renderer.sample(0)->values.at(0), 1);
 }
 
 TEST(Renderer, ZoomedOutPixelsAreMeans)
@@ -202,4 +240,32 @@ TEST(Renderer, BrightFieldHidesNothing)
     EXPECT_GT(brightness(5011, limitsWith(false)), 100);
     EXPECT_LE(brightness(5011, limitsWith(true)), 65);
     EXPECT_GT(brightness(915, renderer.limits(1)), 200);
+}
+
+// Half the data pixels show at zoom 1/2, all of them at double resolution; the last ones are repeated where
+// the image has an odd number of them.
+TEST(Renderer, EnlargedShowsWhatTheImageHas)
+{
+    const auto value = [](int x, int y) { return (3 * x + 7 * y) % 256; };
+    for (const double zoom : {0.5, 1.0, 2.0}) {
+        Scene scene(61, 47);
+        scene.file.value = [&](const auto&, int x, int y) { return static_cast<float>(value(x, y)); };
+        scene.view.zoom = zoom;
+        scene.render({200, 200});
+        const std::vector<std::uint32_t> enlarged =
+            renderEnlarged(scene.renderer, scene.geometry, panelContents(scene.file.info(), scene.view), 2);
+        const int width = 2 * scene.canvas.width, height = 2 * scene.canvas.height;
+        ASSERT_EQ(enlarged.size(), static_cast<std::size_t>(width * height));
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x) {
+                const int column = std::min(static_cast<int>(x / (2 * zoom)), 60),
+                          row = std::min(static_cast<int>(y / (2 * zoom)), 46);
+                ASSERT_EQ(enlarged[static_cast<std::size_t>(y * width + x)], grey(value(column, row)))
+                    << x << ", " << y << " at " << zoom;
+            }
+        EXPECT_EQ(
+            renderEnlarged(scene.renderer, scene.geometry, panelContents(scene.file.info(), scene.view), 1)
+                .size(),
+            scene.pixels.size());
+    }
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/imagewindow/canvas/ScaleBar.h"
+#include "platform/imagewindow/paint/ScaleBar.h"
 
 #include <gtest/gtest.h>
 

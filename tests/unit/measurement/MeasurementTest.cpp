@@ -20,7 +20,7 @@ namespace {
 struct Ramp {
     static float at(int x, int y) { return static_cast<float>(1000 * y + x); }
 
-    static void read(const PixelRect& rect, std::vector<float>& pixels)
+    static void read(const WalkRect& rect, std::vector<float>& pixels)
     {
         pixels.clear();
         for (int y = rect.yFirst; y <= rect.yLast; y++)
@@ -39,7 +39,7 @@ struct Sampled {
 Sampled sample(PixelPoint from, PixelPoint to)
 {
     Sampled result;
-    const PixelRect rect = boundingRect(from, to);
+    const WalkRect rect = boundingRect(from, to);
     result.points.resize(static_cast<std::size_t>(rect.width()) + static_cast<std::size_t>(rect.height()));
     const int32_t count = walkLine(from, to, result.points.data());
     result.samples.resize(static_cast<std::size_t>(count));

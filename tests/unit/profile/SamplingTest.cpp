@@ -68,7 +68,7 @@ TEST_F(Sampling, TakesTheValueOfEachPixelInOrder)
     EXPECT_EQ(profile.scaleMax, 5010);
 }
 
-TEST_F(Sampling, AsksInOrderAndReadsOnlyTheRectangle)
+TEST_F(Sampling, ReadsOnlyTheRectangleByCallsInTheirFixedOrder)
 {
     setWaves({1, 0, 1});
     script.z = 4;
@@ -114,15 +114,17 @@ TEST_F(Sampling, LeavesOutWhatCannotBeHad)
 TEST_F(Sampling, TakesTheSegmentsOwnSectionInPanelsOfSections)
 {
     const struct {
+        const char* name;
         int columns, rows, style;
         const char* expected;
     } cases[] = {
-        {1, 1, 1, "IMPosnZWTP(1, 5, 0, 0, 0)"},
-        {2, 1, 1, "IMPosnZWTP(1, 2, 0, 0, 0)"},
-        {1, 3, 1, "IMPosnZWTP(1, 2, 0, 0, 0)"},
-        {2, 2, 2, "IMPosnZWTP(1, 5, 0, 0, 0)"},
+        {"single panel", 1, 1, 1, "IMPosnZWTP(1, 5, 0, 0, 0)"},
+        {"a row of sections", 2, 1, 1, "IMPosnZWTP(1, 2, 0, 0, 0)"},
+        {"a column of sections", 1, 3, 1, "IMPosnZWTP(1, 2, 0, 0, 0)"},
+        {"panels of wavelengths", 2, 2, 2, "IMPosnZWTP(1, 5, 0, 0, 0)"},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
         recording::reset();
         script.z = 5;
         script.columns = c.columns, script.rows = c.rows, script.style = c.style;

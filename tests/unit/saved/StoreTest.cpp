@@ -53,7 +53,7 @@ TEST_F(Store, SavedAtIsTheLocalTimeWithoutItsLineFeed)
     EXPECT_NEAR(static_cast<double>(std::mktime(&parsed)), static_cast<double>(std::time(nullptr)), 5);
 }
 
-TEST_F(Store, AsksInOrder)
+TEST_F(Store, SavingCallsThePlatformInItsFixedOrder)
 {
     script.z = 1, script.w = 2;
     save();

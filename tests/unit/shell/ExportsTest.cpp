@@ -38,6 +38,11 @@ std::vector<Words> linesOf(const std::string& command)
 // name.
 enum Column { Visibility = 5, Name = 7 };
 
+} // namespace
+
+#ifndef __SANITIZE_ADDRESS__ // the sanitizers bring names of their own
+namespace {
+
 // Data of a shared library that the linker has placed in the program, such as a widget class: not ours.
 std::set<std::string> copiedFromLibraries()
 {
@@ -50,8 +55,7 @@ std::set<std::string> copiedFromLibraries()
 
 } // namespace
 
-// Weak ones are templates of the standard library, and the sanitizers bring names of their own.
-#ifndef __SANITIZE_ADDRESS__
+// Weak ones are templates of the standard library.
 TEST(Exports, AreTheTwoCallbacksAlone)
 {
     const std::set<std::string> copied = copiedFromLibraries();

@@ -81,6 +81,7 @@ TEST_F(ShellDeathTest, AWrongCommandLineIsTold)
         {{"99999999999999999999"}, "Couldn't attach to window 2147483647"},
     };
     for (const auto& c : cases) {
+        SCOPED_TRACE(::testing::PrintToString(c.arguments));
         std::vector<std::string> words = {"lineprofile"};
         words.insert(words.end(), c.arguments.begin(), c.arguments.end());
         EXPECT_EXIT(start(words), ExitedWithCode(255), EndsWith(")\nWMConfirmError(\"" + c.said + "\")\n"));
@@ -99,22 +100,25 @@ TEST_F(ShellDeathTest, ARefusedLockNamesItsHolderTwiceAndShowsNoWindow)
     EXPECT_EXIT(start({"lineprofile", "3"}), ExitedWithCode(255), EndsWith(expected));
 }
 
-TEST_F(ShellDeathTest, EndingsReleaseInOrder)
+TEST_F(ShellDeathTest, EndingsReleaseInTheFixedOrder)
 {
     const std::string common = "WMCancelDisplayChange(1)\nWMCancelEventHandler(1, ButtonPressMask)\n";
     const std::string image = "WMCancelEventHandler(1, EnterWindowMask)\nIWGrRmAllGrID(1)\nIWDisplay(1)\n";
     const struct {
+        const char* name;
         bool imageWindowCloses;
         int lock;
         std::string released;
     } cases[] = {
-        {false, 7, common + image + "WMReleaseMonitorLock(7)\nIMClose(1)\n"},
-        {false, 0, common + image + "IMClose(1)\n"},
-        {true, 7, common + "WMReleaseMonitorLock(7)\n"},
-        {true, 0, common},
+        {"Done with the lock", false, 7, common + image + "WMReleaseMonitorLock(7)\nIMClose(1)\n"},
+        {"Done without it", false, 0, common + image + "IMClose(1)\n"},
+        {"the image window goes, with the lock", true, 7, common + "WMReleaseMonitorLock(7)\n"},
+        {"the image window goes, without it", true, 0, common},
     };
-    for (const auto& c : cases)
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
         EXPECT_EXIT(end(c.imageWindowCloses, c.lock), ExitedWithCode(0), StrEq(c.released));
+    }
 }
 
 TEST_F(Shell, TheLockIsRequestedOnce)

@@ -43,7 +43,7 @@ protected:
 std::vector<std::string> StartUp::startCalls, StartUp::fontCalls;
 float StartUp::startPixelSize;
 
-TEST_F(StartUp, GoesStepByStep)
+TEST_F(StartUp, CallsThePlatformInItsFixedOrder)
 {
     const char* expected[] = {
         "IWAttach(2, \"lineprofile\")",

@@ -2,7 +2,7 @@
 // File names, folders and placing: what libOrUtils decides without a display.
 #include <gtest/gtest.h>
 
-#include "platform/wmenh/Placement.h"
+#include "platform/base/Placement.h"
 #include "tests/unit/image/TempFolder.h"
 
 #include <IWL.h>
@@ -11,8 +11,8 @@
 #include <filesystem>
 #include <string>
 
-using wmenh::placeBeside;
-using wmenh::Rectangle;
+using base::placeBeside;
+using base::Rectangle;
 namespace fs = std::filesystem;
 
 namespace {

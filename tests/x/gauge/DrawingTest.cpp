@@ -232,22 +232,22 @@ TEST_F(GaugeTest, drawsNumbersLikeOtherText)
     Widget gauge = intensity.gauge;
     Display* display = toolkit().display;
     GC gc = XCreateGC(display, XtWindow(gauge), 0, nullptr);
-    XColor colour{};
-    ASSERT_TRUE(XParseColor(display, gauge->core.colormap, "#C04020", &colour));
-    ASSERT_TRUE(XAllocColor(display, gauge->core.colormap, &colour));
-    XSetForeground(display, gc, colour.pixel);
+    XColor color{};
+    ASSERT_TRUE(XParseColor(display, gauge->core.colormap, "#C04020", &color));
+    ASSERT_TRUE(XAllocColor(display, gauge->core.colormap, &color));
+    XSetForeground(display, gc, color.pixel);
     for (auto [name, type] : labelFonts) {
         const RenderTable table = renderTable(shell, name, type);
         const LabelFont font = labelFontOf(display, table.get());
         const int width = labelWidth(font, "-1.5e+07");
-        LabelPainter painter(XtScreen(gauge), XtWindow(gauge), gauge->core.depth, gc, colour, font);
+        LabelPainter painter(XtScreen(gauge), XtWindow(gauge), gauge->core.depth, gc, color, font);
         XClearWindow(display, XtWindow(gauge));
         painter.drawNumber("-1.5e+07", 2, 40, width);
         const Image number = imageOf(gauge);
         XClearWindow(display, XtWindow(gauge));
         painter.drawText("-1.5e+07", 2, 40 + font.digitHeight - font.digitBaseline, width);
         EXPECT_EQ(imageOf(gauge), number) << name;
-        EXPECT_THAT(number.pixels, testing::Contains(colour.pixel)) << name;
+        EXPECT_THAT(number.pixels, testing::Contains(color.pixel)) << name;
     }
     XFreeGC(display, gc);
 }

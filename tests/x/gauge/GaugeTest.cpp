@@ -130,9 +130,12 @@ TEST_F(GaugeTest, findsScalesByName)
 TEST_F(GaugeTest, hasASizeOfItsOwn)
 {
     const struct {
+        const char* asked;
         Dimension width, height, expectedWidth, expectedHeight;
-    } rows[] = {{0, 0, 60, 24}, {100, 0, 100, 24}, {0, 7, 60, 7}, {1, 1, 1, 1}};
+    } rows[] = {
+        {"nothing", 0, 0, 60, 24}, {"width", 100, 0, 100, 24}, {"height", 0, 7, 60, 7}, {"both", 1, 1, 1, 1}};
     for (const auto& row : rows) {
+        SCOPED_TRACE(row.asked);
         Widget gauge = XtVaCreateWidget("g", xmXrtGaLinearGaugeWidgetClass, board, XmNwidth, row.width,
                                         XmNheight, row.height, nullptr);
         EXPECT_EQ(valueOf<Dimension>(gauge, XmNwidth), row.expectedWidth);

@@ -5,6 +5,7 @@
 
 #include "drive/Pair.h"
 
+#include <X11/Xatom.h>
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
 
@@ -84,30 +85,6 @@ TEST(Controls, AToolThatHoldsTheCanvasGetsButton1Only)
     EXPECT_NE(viewer.waitForMenu(), Window{None});
 }
 
-TEST(Controls, AColourFromTheDialogueIsDrawnAndPublished)
-{
-    Viewer viewer({"--colors", "red,2,blue", rgbImage()});
-    viewer.focus();
-    viewer.screen.key(XK_c);
-    const Window dialogue = viewer.screen.findTitle("Contrast and colours");
-    ASSERT_TRUE(support::waitForFocus(viewer.screen, dialogue));
-    constexpr int green = 2;
-    viewer.screen.key(XK_space); // the first option menu has the focus
-    ASSERT_NE(waitForUsableMenu(viewer), Window{None});
-    viewer.screen.key(XK_Down);          // from red
-    drive::waitUntilCalm(viewer.screen); // the toolkit takes keys of the same millisecond for one
-    viewer.screen.key(XK_Return);
-    const DisplayRecord record =
-        viewer.waitForRecord([&](const auto& r) { return r.wavelengths[0].colorIndex == green; });
-    EXPECT_EQ(record.wavelengths[0].colorIndex, green);
-    const drive::Pixel was = rgbPixel(7, 5);
-    const int sum = std::min(255, was.red + was.green);
-    EXPECT_TRUE(viewer.waitForPixel(7, 5, {0, static_cast<unsigned char>(sum), was.blue}));
-    drive::waitUntilCalm(viewer.screen);
-    viewer.screen.key(XK_Escape);
-    EXPECT_TRUE(drive::waitUntil([&] { return !viewer.screen.viewable(dialogue); }));
-}
-
 TEST(Controls, PanelsGiveTheSectionBack)
 {
     Viewer viewer({"--section", "3,2", stackImage()});
@@ -138,6 +115,47 @@ TEST(Controls, TheScaleBarIsShownAndHidden)
         viewer.screen.key(XK_s);
         EXPECT_TRUE(drive::waitUntil([&] { return shows() != atFirst; }));
     }
+}
+
+TEST(Controls, TheScaleBarFollowsTheResolution)
+{
+    drive::Screen screen;
+    const auto thicknessAt = [&](int dotsPerInch) {
+        const std::string text = "Xft.dpi: " + std::to_string(dotsPerInch) + "\n";
+        XChangeProperty(screen.x(), screen.root(), XA_RESOURCE_MANAGER, XA_STRING, 8, PropModeReplace,
+                        reinterpret_cast<const unsigned char*>(text.data()), static_cast<int>(text.size()));
+        XSync(screen.x(), False);
+        Viewer viewer({"--zoom", "8", stackImage()});
+        const drive::Picture picture = viewer.screen.capture(viewer.canvas);
+        // From a row inside the bar to its dark rim.
+        const int column = picture.width - 30, inside = picture.height - 14 * dotsPerInch / 96;
+        int top = inside, bottom = inside;
+        while (top > 0 && picture.at(column, top) == white)
+            --top;
+        while (bottom < picture.height && picture.at(column, bottom) == white)
+            ++bottom;
+        return bottom - top - 1;
+    };
+    EXPECT_EQ(thicknessAt(96), 4);
+    EXPECT_EQ(thicknessAt(192), 8);
+    XDeleteProperty(screen.x(), screen.root(), XA_RESOURCE_MANAGER);
+}
+
+TEST(Controls, AnEntryThatCannotBeChosenIsLegible)
+{
+    Viewer viewer({stackImage()});
+    viewer.screen.click(viewer.screen.findTitle("Image window"), 85, 14);
+    const std::vector<Window> entries = viewer.screen.leaves(waitForUsableMenu(viewer));
+    ASSERT_GT(entries.size(), 11U);
+    const auto brightestIn = [&](std::size_t entry) {
+        int brightest = 0;
+        for (const drive::Pixel& pixel : viewer.screen.capture(entries[entry]).pixels)
+            brightest = std::max<int>(brightest, pixel.green);
+        return brightest;
+    };
+    const int available = brightestIn(1), unavailable = brightestIn(11); // Zoom out, Set scale...
+    EXPECT_GT(unavailable, 110);
+    EXPECT_LT(unavailable, available - 50);
 }
 
 TEST(Controls, WindowsAskForAPlaceWhenTheUserDoes)

@@ -62,10 +62,13 @@ TEST(Scale, IsTypedKeptAndRemoved)
         EXPECT_FALSE(viewer.record()->spacing);
         const Window dialogue = openDialogue(viewer);
         for (const std::string bad : {"abc", "0", "3 pixel", ""}) {
-            const drive::Picture before = viewer.screen.capture(dialogue);
-            enter(viewer, bad);
+            viewer.screen.replaceText(bad);
             EXPECT_TRUE(drive::waitUntilCalm(viewer.screen));
-            EXPECT_NE(viewer.screen.capture(dialogue).pixels, before.pixels) << bad;
+            const drive::Picture typed = viewer.screen.capture(dialogue);
+            viewer.screen.key(XK_Return); // each is answered by a sentence of its own
+            EXPECT_TRUE(drive::waitUntil([&] {
+                return viewer.screen.capture(dialogue).pixels != typed.pixels;
+            })) << bad;
             EXPECT_TRUE(viewer.screen.viewable(dialogue)) << bad;
             EXPECT_FALSE(viewer.record()->spacing) << bad;
         }

@@ -60,8 +60,9 @@ std::string stackImage()
 }
 
 Viewer::Viewer(std::vector<std::string> arguments, const std::string& standardInput)
-    : process(command(std::move(arguments), standardInput),
-              {{"XDG_CACHE_HOME", scratchFolder() / "cache"}, {"XDG_DATA_HOME", scratchFolder() / "data"}})
+    : process(command(std::move(arguments), standardInput), {{"XDG_CACHE_HOME", scratchFolder() / "cache"},
+                                                             {"XDG_CONFIG_HOME", scratchFolder() / "config"},
+                                                             {"XDG_DATA_HOME", scratchFolder() / "data"}})
 {
     drive::waitUntil([&] {
         return std::sscanf(process.output().c_str(), "window %d:", &number) == 1 || !process.running();
@@ -96,7 +97,7 @@ void Viewer::focus()
 {
     const Window window = screen.findTitle("Image window " + std::to_string(number));
     screen.click(window, 10, screen.geometry(window).height - 10); // on the status lines
-    support::waitForFocus(screen, window);
+    EXPECT_TRUE(support::waitForFocus(screen, window));
 }
 
 Window Viewer::waitForMenu()

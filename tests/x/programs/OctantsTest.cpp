@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The central promise: what is drawn and saved along a segment are the pixels of the image file, whatever
 // their type and layout, in every direction. The values come from another reader of the file.
+#include "tests/Rows.h"
 #include "tests/x/programs/Sheet.h"
 
 #include <algorithm>
@@ -17,21 +18,24 @@ namespace {
 const Point centre{200, 150};
 
 // Clockwise from +x; at slopes of a half every other step lies exactly between two pixels.
-constexpr Point directions[] = {
+const std::vector<Point> everyDirection{
     {150, 0},  {150, 75},   {120, 120}, {50, 130},   {0, 140},  {-60, 120}, {-110, 110}, {-190, 77},
     {-180, 0}, {-170, -60}, {-90, -90}, {-60, -120}, {0, -149}, {40, -130}, {100, -100}, {198, -99},
 };
+// Into each quarter, over many strips and tiles. The direction does not depend on how the file is laid out.
+const std::vector<Point> eachQuarter{{150, 75}, {-60, 120}, {-170, -60}, {40, -130}};
 
 struct Kind {
     const char* name;
     const char* options; // of makesample
+    const std::vector<Point>& directions = eachQuarter;
     friend void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.options; }
 };
-constexpr Kind kinds[] = {
+const Kind kinds[] = {
     {"Uint8Strips", "--pixel-type uint8 --rows-per-strip 7 --compression none"},
     {"Uint8Tiles", "--pixel-type uint8 --tile 64 --compression deflate"},
     {"Int16Strips", "--pixel-type int16 --rows-per-strip 16 --compression none --big-endian"},
-    {"Uint16Strips", "--pixel-type uint16 --rows-per-strip 16 --compression deflate"},
+    {"Uint16Strips", "--pixel-type uint16 --rows-per-strip 16 --compression deflate", everyDirection},
     {"Uint16Tiles", "--pixel-type uint16 --tile 48 --compression none"},
     {"Uint32Strips", "--pixel-type uint32 --rows-per-strip 1 --compression none"},
     {"Int32Tiles", "--pixel-type int32 --tile 64 --compression deflate --big-endian"},
@@ -59,12 +63,13 @@ std::vector<Curve> curvesOf(const Line& line)
 
 class Octants : public SheetTest, public testing::WithParamInterface<Kind> {
 protected:
-    // The lines in all directions as the other reader finds them, in one reading; none when it is missing.
+    // The lines in the directions of the row as the other reader finds them, in one reading; none when it is
+    // missing.
     std::vector<Line> linesOf(const fs::path& image)
     {
         std::vector<Line> lines;
         std::vector<Point> all;
-        for (const Point& by : directions) {
+        for (const Point& by : GetParam().directions) {
             lines.push_back({pixelsBetween(centre, {centre.x + by.x, centre.y + by.y}), {}});
             std::ranges::copy(lines.back().pixels, std::back_inserter(all));
         }
@@ -106,7 +111,6 @@ TEST_P(Octants, EverySampleIsThatOfAnotherReader)
     expectDone(pair);
 }
 
-INSTANTIATE_TEST_SUITE_P(, Octants, testing::ValuesIn(kinds),
-                         [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(, Octants, testing::ValuesIn(kinds), RowName());
 
 } // namespace programs

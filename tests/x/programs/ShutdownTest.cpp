@@ -24,15 +24,6 @@ protected:
         expectPlot(pair, rampCurves(from, to));
         EXPECT_TRUE(waitForOverlays(pair, true));
     }
-    bool pointerIsFree()
-    {
-        return drive::waitUntil([&] {
-            const int result = XGrabPointer(screen.x(), screen.root(), False, ButtonPressMask, GrabModeAsync,
-                                            GrabModeAsync, None, None, CurrentTime);
-            XUngrabPointer(screen.x(), CurrentTime);
-            return result == GrabSuccess;
-        });
-    }
     bool lockIsFree(Pair& pair)
     {
         const std::string name = "IMAGE_WINDOW_" + std::to_string(pair.number) + "_INPUT";
@@ -83,7 +74,7 @@ TEST_F(Shutdown, TheEndOfTheToolGivesTheImageWindowBack)
         EXPECT_TRUE(waitForOverlays(pair, false));
         EXPECT_TRUE(protocol::announcedTools(screen.x(), pair.canvas).empty());
         screen.release();
-        EXPECT_TRUE(pointerIsFree());
+        EXPECT_TRUE(support::waitForPointerGrab(screen, false));
         EXPECT_TRUE(lockIsFree(pair));
         pair.restartTool();
     }
@@ -108,7 +99,7 @@ TEST_F(Shutdown, TheEndOfTheImageWindowEndsTheTool)
             EXPECT_EQ(pair.tool->errors(), "");
             EXPECT_EQ(pair.viewer.wait(), killed ? 128 + SIGKILL : 0) << pair.viewer.errors();
             screen.release();
-            EXPECT_TRUE(pointerIsFree());
+            EXPECT_TRUE(support::waitForPointerGrab(screen, false));
         }
 }
 

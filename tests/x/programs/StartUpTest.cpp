@@ -70,18 +70,8 @@ TEST_F(StartUp, ThePairStandsSideBySide)
 
 TEST_F(StartUp, WrongArgumentsAreRefused)
 {
-    const std::vector<std::string> rows[] = {
-        {},
-        {"1", "2"},
-        {"99"},
-        {"abc"},
-        {"0"},
-        {"-1"},
-        {""},
-        {"99999999999999999999"},
-        {"--helpful"},
-        {"1", "--help"},
-    };
+    // How a number is read is tested without the platform; these meet the real one.
+    const std::vector<std::string> rows[] = {{}, {"99"}, {"-1"}, {"--helpful"}, {"1", "--help"}};
     for (const auto& arguments : rows) {
         SCOPED_TRACE(testing::PrintToString(arguments));
         expectRefusal(arguments);
@@ -181,8 +171,8 @@ TEST_F(StartUp, TheImageWindowMayDieAtAnyMoment)
 
 TEST_F(StartUp, TheToolStaysSmallBesideLargeImages)
 {
-    for (const char* size :
-         {"--size 2048x2048 --z 1 --time 1 --channels 5", "--size 64x64 --z 500 --time 20 --channels 2"}) {
+    for (const char* size : {"--size 2048x2048 --z 1 --time 1 --channels 5",
+                             "--size 64x64 --z 500 --time 20 --channels 2 --pixel-type uint8"}) {
         SCOPED_TRACE(size);
         Pair pair = open({sample("large.ome.tif", std::string("--pattern ramp --compression none ") + size)});
         const double megabytes = residentMegabytes(pair.tool->pid());

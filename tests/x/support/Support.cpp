@@ -52,6 +52,19 @@ bool waitForFocus(drive::Screen& screen, Window window)
     });
 }
 
+bool waitForPointerGrab(drive::Screen& screen, bool grabbed)
+{
+    return drive::waitUntil([&] {
+        XGrabServer(screen.x()); // so that the trial is in nobody's way
+        const int trial = XGrabPointer(screen.x(), screen.root(), False, ButtonPressMask, GrabModeAsync,
+                                       GrabModeAsync, None, None, CurrentTime);
+        XUngrabPointer(screen.x(), CurrentTime);
+        XUngrabServer(screen.x());
+        XSync(screen.x(), False);
+        return (trial != GrabSuccess) == grabbed;
+    });
+}
+
 std::vector<Window> childrenOf(drive::Screen& screen, Window window)
 {
     Window root = None, parent = None, *list = nullptr;

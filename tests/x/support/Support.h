@@ -24,6 +24,10 @@ int lineCount(const std::string& text);
 // True when the window got the keyboard.
 bool waitForFocus(drive::Screen& screen, Window window);
 
+// True when a program has (has not) grabbed the pointer, as it does while a menu of its is up or a button is
+// held.
+bool waitForPointerGrab(drive::Screen& screen, bool grabbed);
+
 // Bottom to top; none when the window is gone.
 std::vector<Window> childrenOf(drive::Screen& screen, Window window);
 

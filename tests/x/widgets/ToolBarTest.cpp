@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "drive/Pair.h"
 #include "tests/x/widgets/GalleryTest.h"
 
 #include <vector>
@@ -37,6 +38,7 @@ TEST_F(ToolBarTest, hidesFromTheRightWhatDoesNotFitAndOffersItInAMenu)
     screen.clickCentre(bar().back());
     const Window menu = popup();
     ASSERT_NE(menu, Window{});
+    ASSERT_TRUE(support::waitForPointerGrab(screen, true)); // before that the menu hears no click
     const drive::Rect area = screen.geometry(menu);
     screen.click(menu, area.width / 2, area.height - 10); // the last item
     EXPECT_TRUE(told("Quit"));
@@ -47,6 +49,8 @@ TEST_F(ToolBarTest, hidesFromTheRightWhatDoesNotFitAndOffersItInAMenu)
 TEST_F(ToolBarTest, buttonIsRaisedWhileThePointerIsInside)
 {
     ASSERT_TRUE(barHas(6));
+    ASSERT_TRUE(support::waitForFocus(screen, window)); // the button shows that it has the keyboard
+    ASSERT_TRUE(drive::waitUntilCalm(screen));
     const Window button = bar().front();
     const drive::Picture before = screen.capture(button);
     const drive::Rect area = screen.geometry(button);

@@ -161,6 +161,8 @@ TEST_F(ChooserTest, keepsTheNameWhenAFolderIsChosenInTheList)
         return place.width > 100 && place.height > 100;
     });
     ASSERT_EQ(lists.size(), 2u);
+    // The chooser has answered the keys, so its lists are drawn.
+    ASSERT_TRUE(waitUntil([&] { return screen.textIn(leaves.back()) == "mycells_PRF.slk"; }));
     screen.doubleClick(lists[1], 30, lastLineOf(lists[1]));
     drive::waitUntilCalm(screen);
     EXPECT_EQ(screen.textIn(leaves.back()), "mycells_PRF.slk");

@@ -38,12 +38,13 @@ protected:
 // Before there is a main window, too.
 TEST_F(DialogueTest, anErrorIsConfirmedByKeyAndByCloseButton)
 {
-    const std::function<void(Window)> answers[] = {
-        [this](Window) { screen.key(XK_Return); },
-        [this](Window) { screen.key(XK_Escape); },
-        [this](Window error) { screen.requestClose(error); },
+    const std::pair<const char*, std::function<void(Window)>> answers[] = {
+        {"Return", [this](Window) { screen.key(XK_Return); }},
+        {"Escape", [this](Window) { screen.key(XK_Escape); }},
+        {"close button", [this](Window error) { screen.requestClose(error); }},
     };
-    for (const auto& answer : answers) {
+    for (const auto& [name, answer] : answers) {
+        SCOPED_TRACE(name);
         launch({{"PROBE_ERROR", "Couldn't attach to window 7"}});
         const Window error = dialogue("Error");
         expectCentred(error);
@@ -104,17 +105,19 @@ TEST_F(DialogueTest, boundsTheNumberOfWarnings)
 TEST_F(DialogueTest, asks)
 {
     const struct {
+        const char* name;
         std::vector<KeySym> keys; // none: the close button
         const char* answer;
     } rows[] = {
-        {{XK_Escape}, "confirmed 0"},
-        {{XK_Return}, "confirmed 0"}, // nothing is overwritten by a stray key
-        {{}, "confirmed 0"},
-        {{XK_Left, XK_Return}, "confirmed 1"},
+        {"Escape", {XK_Escape}, "confirmed 0"},
+        {"Return", {XK_Return}, "confirmed 0"}, // nothing is overwritten by a stray key
+        {"close button", {}, "confirmed 0"},
+        {"the other button", {XK_Left, XK_Return}, "confirmed 1"},
     };
     start({{"PROBE_ACTION", "confirm"}});
     size_t answers = 0;
     for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
         press("act");
         const Window question = dialogue("Question");
         expectCentred(question);

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <map>
 #include <string>
 #include <thread>
@@ -159,7 +160,9 @@ int EnterWindow(XEvent*, void*)
     return 0;
 }
 
-int main(int argc, char** argv)
+namespace {
+
+int run(int argc, char** argv)
 {
     setvbuf(stdout, nullptr, _IOLBF, 0);
     IWAttach(argc, argv);
@@ -202,4 +205,16 @@ int main(int argc, char** argv)
     printf("ready\n");
     WMAppMainLoop();
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        fprintf(stderr, "wmenh_probe: %s\n", error.what());
+        return 4;
+    }
 }

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include "platform/imagewindow/controls/side/MetadataPage.h"
+
+#include "platform/image/ImageFile.h"
+#include "platform/imagewindow/controls/Desk.h"
+#include "platform/imagewindow/controls/LocalText.h"
+#include "platform/imagewindow/controls/Widgets.h"
+#include "platform/imagewindow/view/MetadataText.h"
+#include "widgets/KvAligner.h"
+#include "widgets/KvOutliner.h"
+#include "widgets/KvPushButton.h"
+#include "widgets/KvTip.h"
+
+#include <X11/Xatom.h>
+#include <Xm/Form.h>
+#include <Xm/Label.h>
+#include <Xm/Text.h>
+#include <Xm/TextF.h>
+
+#include <set>
+#include <vector>
+
+namespace viewer {
+
+namespace {
+
+constexpr int openDepth = 3; // rows above it show what is below them at first
+
+MetadataPage* pageOf(XtPointer client)
+{
+    return static_cast<MetadataPage*>(client);
+}
+
+Time timeOf(const XEvent* event)
+{
+    return event && (event->type == ButtonPress || event->type == ButtonRelease) ? event->xbutton.time
+           : event && (event->type == KeyPress || event->type == KeyRelease)     ? event->xkey.time
+                                                                                 : CurrentTime;
+}
+
+} // namespace
+
+MetadataPage::MetadataPage(Widget parent, Desk& desk) : desk(desk)
+{
+    form = XtVaCreateWidget("metadataPage", xmFormWidgetClass, parent, nullptr);
+    makeHead();
+    makeRows();
+    XtManageChild(form);
+}
+
+void MetadataPage::makeHead()
+{
+    head = XtVaCreateManagedWidget("head", xmKvAlignerWidgetClass, form, XmNkvColumns, 3, XmNtopAttachment,
+                                   XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment,
+                                   XmATTACH_FORM, nullptr);
+    Widget label = XtVaCreateManagedWidget("findLabel", xmLabelWidgetClass, head, nullptr);
+    setLabel(label, "Find");
+    wanted = XtVaCreateManagedWidget("find", xmTextFieldWidgetClass, head, XmNcolumns, 10, XmNkvFill, True,
+                                     nullptr);
+    XmKvTipSet(wanted, "Show only rows whose name or value has this text");
+    Widget button = XtVaCreateManagedWidget("copyRows", xmKvPushButtonWidgetClass, head, XmNlabelType,
+                                            XmSTRING, XmNkvFlat, False, nullptr);
+    setLabel(button, "Copy");
+    XmKvTipSet(button, "Copy the selected row with what is below it, or all rows in the list");
+    const auto changed = [](Widget, XtPointer client, XtPointer) { pageOf(client)->search(); };
+    XtAddCallback(wanted, XmNvalueChangedCallback, changed, this);
+    const auto pressed = [](Widget, XtPointer client, XtPointer call) {
+        pageOf(client)->copy(timeOf(static_cast<XmAnyCallbackStruct*>(call)->event));
+    };
+    XtAddCallback(button, XmNactivateCallback, pressed, this);
+}
+
+void MetadataPage::makeRows()
+{
+    value = XtVaCreateManagedWidget(
+        "value", xmTextWidgetClass, form, XmNeditMode, XmMULTI_LINE_EDIT, XmNeditable, False,
+        XmNcursorPositionVisible, False, XmNwordWrap, True, XmNrows, 4, XmNcolumns, 10, XmNleftAttachment,
+        XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);
+    XmKvTipSet(value, "The selected row's value in full");
+    outliner = XtVaCreateManagedWidget("rows", xmKvOutlinerWidgetClass, form, XmNkvHeadings, "Name|Value",
+                                       XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, head,
+                                       XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
+                                       XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, value, nullptr);
+    offer.emplace(outliner);
+    const auto selectedNow = [](Widget, XtPointer client, XtPointer call) {
+        const auto* told = static_cast<XmKvOutlinerCallbackStruct*>(call);
+        pageOf(client)->selected(told->row, timeOf(told->event));
+    };
+    XtAddCallback(outliner, XmNkvSelectCallback, selectedNow, this);
+    const auto key = [](Widget, XtPointer client, XEvent* event, Boolean* goOn) {
+        if (event->type != KeyPress || !(event->xkey.state & ControlMask) ||
+            XLookupKeysym(&event->xkey, 0) != 'c')
+            return;
+        pageOf(client)->copy(event->xkey.time);
+        *goOn = False;
+    };
+    XtInsertEventHandler(outliner, KeyPressMask, False, key, this, XtListHead);
+}
+
+void MetadataPage::refresh()
+{
+    if (version == desk.shown.life.version())
+        return;
+    version = desk.shown.life.version();
+    read();
+    fill();
+}
+
+void MetadataPage::read()
+{
+    try {
+        tree = image::readMetadata(desk.shown.info().path);
+    } catch (const image::ImageError& error) {
+        tree = {{-1, "", error.what()}};
+    }
+}
+
+// A row is closed before anything is below it, which costs nothing then.
+void MetadataPage::fill()
+{
+    XmKvOutlinerClear(outliner);
+    row = -1;
+    std::vector<int> depths;
+    for (const image::MetadataRow& each : tree) {
+        const std::string name = localText(each.name), text = localText(each.value);
+        const char* const cells[] = {name.c_str(), text.c_str()};
+        const int made = XmKvOutlinerAdd(outliner, each.parent, cells, 2);
+        depths.push_back(each.parent < 0 ? 0 : depths[static_cast<std::size_t>(each.parent)] + 1);
+        if (depths.back() >= openDepth)
+            XmKvOutlinerSetOpen(outliner, made, False);
+    }
+    XmTextSetString(value, const_cast<char*>(""));
+}
+
+std::string MetadataPage::typed() const
+{
+    char* const given = XmTextFieldGetString(wanted);
+    const std::string text = given ? given : "";
+    XtFree(given);
+    return text;
+}
+
+void MetadataPage::search()
+{
+    XtVaSetValues(outliner, XmNkvSearch, typed().c_str(), nullptr);
+}
+
+// What is selected can be pasted with the middle button at once.
+void MetadataPage::selected(int selectedRow, Time time)
+{
+    row = selectedRow;
+    if (row < 0 || row >= static_cast<int>(tree.size()))
+        return;
+    const std::string& text = tree[static_cast<std::size_t>(row)].value;
+    XmTextSetString(value, const_cast<char*>(localText(text).c_str()));
+    offer->offer(XA_PRIMARY, rowText(tree, row), time);
+}
+
+void MetadataPage::copy(Time time)
+{
+    const std::string text = row >= 0 ? rowText(tree, row) : foundText(tree, typed());
+    const Atom clipboard = XInternAtom(XtDisplay(outliner), "CLIPBOARD", False);
+    for (const Atom selection : {clipboard, Atom{XA_PRIMARY}})
+        if (!offer->offer(selection, text, time))
+            return desk.actions.refuse("The text could not be copied: another program took the clipboard.");
+}
+
+} // namespace viewer

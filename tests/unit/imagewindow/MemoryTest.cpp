@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+// How an image was seen is kept for its file and comes back, but only what fits it.
+#include "platform/imagewindow/state/Memory.h"
+
+#include "platform/imagewindow/Start.h"
+#include "platform/imagewindow/files/ImageNotes.h"
+#include "platform/imagewindow/state/Actions.h"
+#include "tests/unit/image/TempFolder.h"
+#include "tests/unit/image/TestFiles.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <optional>
+#include <string>
+#include <vector>
+
+using namespace viewer;
+namespace fs = std::filesystem;
+
+namespace {
+
+class MemoryTest : public testing::Test {
+protected:
+    MemoryTest()
+    {
+        setenv("XDG_DATA_HOME", (folder / "data").c_str(), 1);
+        setenv("XDG_CACHE_HOME", (folder / "cache").c_str(), 1);
+        TiffSpec spec;
+        spec.pages = 4;
+        spec.samples = 3;
+        writeTiff(image, spec);
+    }
+    Memory chosen()
+    {
+        Shown shown(openImage(image.string()));
+        shown.view.z = 2;
+        shown.view.displayed = {true, false, true};
+        shown.view.colors = {5, 6, 3};
+        shown.renderer.setLimits(1, {0.1F, 1234.5F});
+        shown.view.zoom = 2.0 / 3;
+        shown.view.originX = 7.25;
+        shown.scaleBar = false;
+        Memory memory = memoryOf(shown);
+        memory.place = base::Rectangle{-20, 30, 640, 480};
+        return memory;
+    }
+
+    const TempFolder folder;
+    const fs::path image = folder / "cells.tif";
+};
+
+} // namespace
+
+TEST_F(MemoryTest, ComesBackForTheSameFileUntilItIsForgotten)
+{
+    const Memory memory = chosen();
+    EXPECT_FALSE(loadMemory(image));
+    EXPECT_EQ(keepMemory(image, memory), "");
+    const auto kept = loadMemory(image);
+    ASSERT_TRUE(kept);
+    EXPECT_EQ(*kept, memory);
+    Shown shown(openImage(image.string()));
+    EXPECT_TRUE(recall(*kept, shown));
+    EXPECT_EQ(memoryOf(shown).view, memory.view);
+    EXPECT_EQ(shown.renderer.limitsByHand(1), (ContrastLimits{0.1F, 1234.5F}));
+    EXPECT_FALSE(shown.renderer.limitsByHand(0));
+    Actions(shown).resetView();
+    EXPECT_FALSE(loadMemory(image));
+    EXPECT_FALSE(shown.renderer.limitsByHand(1));
+    EXPECT_EQ(shown.view.z, initialView(shown.info()).z);
+}
+
+TEST_F(MemoryTest, AnotherVersionOfTheFileIsSeenAnew)
+{
+    keepMemory(image, chosen());
+    fs::last_write_time(image, fs::last_write_time(image) + std::chrono::seconds(2));
+    EXPECT_FALSE(loadMemory(image));
+}
+
+TEST_F(MemoryTest, OptionsGoBeforeIt)
+{
+    Options options;
+    options.z = 0;
+    options.zoom = 4;
+    options.colors = {1};
+    options.geometry = "300x200";
+    Shown shown(openImage(image.string()));
+    const Memory memory = chosen();
+    const bool zoomed = applyOptions(shown, options, memory);
+    chooseZoom(shown, options, {1600, 1200}, zoomed);
+    EXPECT_EQ(shown.view.z, 0);
+    EXPECT_EQ(shown.view.zoom, 4);
+    EXPECT_EQ(shown.view.colors, (std::vector{1, 6, 3}));
+    EXPECT_EQ(geometryOf(options, memory, {1600, 1200}), "300x200");
+    EXPECT_EQ(geometryOf({}, memory, {600, 400}), "640x480+0+0"); // on the screen that there is
+}
+
+TEST_F(MemoryTest, WhatDoesNotFitIsLeftOut)
+{
+    for (const char* text : {"section 99 -5 7", "wavelengths 7 -1", "wavelengths", "colors 99 -1 7",
+                             "limits 9 0 1", "limits -1 0 1", "limits 0 5 1", "limits 0 nan inf",
+                             "panels 7 0 0", "panels -1 99 99", "zoom 0 1e300 0 0", "zoom 0 -1 0 0",
+                             "zoom 0 1 nan 0", "zoom", "nonsense 1", "\n\n", "scaleBar x"}) {
+        Shown shown(openImage(image.string()));
+        recall({text, std::nullopt}, shown);
+        const View& view = shown.view;
+        EXPECT_TRUE(view.z >= 0 && view.z < 4 && view.t == 0 && view.p == 0) << text;
+        EXPECT_FALSE(displayedWavelengths(view).empty()) << text;
+        EXPECT_TRUE(view.zoom >= minZoom && view.zoom <= maxZoom) << text;
+        EXPECT_EQ(view.style, protocol::SinglePanel) << text;
+        EXPECT_FALSE(shown.renderer.limitsByHand(0)) << text;
+        shown.area = {300, 300};
+        shown.arrangeNow();
+    }
+}
+
+TEST_F(MemoryTest, TheOldestNotesGo)
+{
+    constexpr NoteKind few{"few", "test 1", 3};
+    for (const char* name : {"a", "b", "c", "d"}) {
+        writeBytes(folder / name, name);
+        EXPECT_EQ(keepNote(few, folder / name, "x"), 0);
+        for (const auto& entry : fs::directory_iterator(folder / "data/kelvora/few"))
+            fs::last_write_time(entry, fs::last_write_time(entry) - std::chrono::seconds(2));
+    }
+    EXPECT_FALSE(loadNote(few, folder / "a"));
+    EXPECT_TRUE(loadNote(few, folder / "b"));
+    EXPECT_TRUE(loadNote(few, folder / "d"));
+}
