@@ -176,7 +176,7 @@ void ProgramsTest::expectPlot(drive::Pair& pair, const std::vector<Curve>& curve
         problem = plotProblem(screen, screen.capture(pair.plot), curves, range.value_or(rangeOf(curves)));
         return problem.empty();
     });
-    EXPECT_EQ(problem, "");
+    EXPECT_EQ(problem, "") << "the tool tells: " << pair.message();
 }
 
 void ProgramsTest::drawSegment(drive::Pair& pair, Point from, Point to)
