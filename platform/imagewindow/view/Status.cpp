@@ -8,6 +8,7 @@ namespace viewer {
 namespace {
 
 constexpr std::chrono::seconds noticeTime{5}; // that the pointer leaves a sentence for
+constexpr const char* longestActivity = "ranges 100 %";
 
 // The folder of the file says nothing in a line about it, and takes the room of the reason.
 std::string withoutFolder(std::string sentence, const std::filesystem::path& file)
@@ -41,10 +42,10 @@ std::vector<std::string> imageItems(const image::ImageInfo& info)
     return {text, info.format};
 }
 
-std::vector<std::string> stateItems(const StatusFacts& facts)
+std::vector<std::string> stateItems(const StatusFacts& facts, const std::string& activity)
 {
     std::vector<std::string> items;
-    for (const std::string& text : {facts.activity, uncalibratedText(facts.file.info(), facts.scale)})
+    for (const std::string& text : {activity, uncalibratedText(facts.file.info(), facts.scale)})
         if (!text.empty())
             items.push_back(text);
     items.push_back(zoomText(facts.view.zoom));
@@ -109,7 +110,7 @@ StatusTexts statusTexts(const StatusFacts& facts, const std::string& sentence,
                       .sentence = withoutFolder(sentence, facts.path),
                       .pixel = imageItems(facts.file.info()),
                       .stage = {},
-                      .state = stateItems(facts)};
+                      .state = stateItems(facts, facts.activity)};
     if (!pointed)
         return texts;
     texts.pixel = pixelItems(pointed->panel.caption, static_cast<int>(pointed->x),
@@ -121,8 +122,11 @@ StatusTexts statusTexts(const StatusFacts& facts, const std::string& sentence,
 StatusTexts widestTexts(const StatusFacts& facts)
 {
     const image::ImageInfo& info = facts.file.info();
-    StatusTexts widest{
-        .remark = remarkOf(facts), .sentence = {}, .pixel = {}, .stage = {}, .state = stateItems(facts)};
+    StatusTexts widest{.remark = remarkOf(facts),
+                       .sentence = {},
+                       .pixel = {},
+                       .stage = {},
+                       .state = stateItems(facts, longestActivity)};
     for (const PanelContent& panel : panelContents(info, facts.view)) {
         keepLonger(widest.pixel, widestPixel(info, panel));
         for (const int end : {0, 1})

@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
              {"", "Cannot read a.tif: gone.", {"30 x 20", "a fake"}, "", {"100 %"}}}),
     [](const auto& row) { return row.param.name; });
 
-TEST(Status, TheWidestTextsHoldAnyPixelOfTheView)
+TEST(Status, TheWidestTextsHoldAnyPixelAndAnyActivity)
 {
     FakeImage file(3000, 20, 2);
     file.description.calibrated = true;
@@ -90,6 +90,7 @@ TEST(Status, TheWidestTextsHoldAnyPixelOfTheView)
     EXPECT_EQ(widest.pixel[1], "x 3000  y 20");
     EXPECT_NE(widest.pixel[2].find("a rather long name"), std::string::npos);
     EXPECT_EQ(widest.stage, "position 3000.00, 20.00 µm");
+    EXPECT_EQ(widest.state, (std::vector<std::string>{"ranges 100 %", "100 %"}));
 }
 
 TEST(Notice, GoesWithThePointerButNotBeforeItCouldBeRead)
