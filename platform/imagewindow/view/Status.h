@@ -44,8 +44,8 @@ struct PointedPixel {
 StatusTexts statusTexts(const StatusFacts& facts, const std::string& sentence,
                         const std::optional<PointedPixel>& pointed);
 
-// The longest that the present view may come to show, an activity included: the image must not shrink when one
-// begins.
+// The longest that the present view may come to show, an activity included: the image must not shrink when
+// one begins.
 StatusTexts widestTexts(const StatusFacts& facts);
 
 // A sentence in the status lines that goes by itself: the next action takes it away, and so does the pointer
