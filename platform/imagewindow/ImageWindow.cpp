@@ -39,6 +39,7 @@ ImageWindow::ImageWindow(Application& application, ImageSource opened, const Opt
         shown.tell(
             "A scale was set for an earlier version of this file: View, Set scale... to use it again.");
     shown.parts = loadParts();
+    shown.barStyle = loadBarStyle();
     for (const std::string& remark : shown.info().remarks)
         shown.log.add(remark, std::time(nullptr));
     const std::optional<Memory> memory = rememberedOf(shown);

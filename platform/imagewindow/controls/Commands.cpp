@@ -148,10 +148,11 @@ const Command table[] = {
     {.name = "scaleBar", .menu = Menu::View, .label = "Scale bar", .mnemonic = 'b',
      .tip = "Show or hide the scale bar",
      .accelerator = "<Key>s", .keys = "S", .icon = "scaleBar", .newGroup = true, .kind = EntryKind::Switch,
-     .enabled = [](const Desk& d) { return d.shown.life.scale().known; },
      .on = [](const Desk& d) { return d.shown.scaleBar; },
      .action = [](Desk& d) { d.actions.toggleScaleBar(); }},
-
+    {.name = "scaleBarStyle", .menu = Menu::View, .label = "Scale bar style...", .mnemonic = 'y',
+     .tip = "Choose length, corner and colour of the scale bar",
+     .action = [](Desk& d) { d.dialogues.askBarStyle(); }},
     {.name = "setScale", .menu = Menu::View, .label = "Set scale...", .mnemonic = 'l',
      .tip = "Set the scale of an image whose file does not tell it",
      .accelerator = "<Key>u", .keys = "U",
@@ -188,38 +189,39 @@ const Command table[] = {
      .accelerator = "<Key>a", .keys = "A", .icon = "automaticContrast", .inPopup = true,
      .action = [](Desk& d) { d.actions.setAutomaticContrast(); }},
 
-    {.name = "linkWindows", .menu = Menu::View, .label = "Link windows", .mnemonic = 'k',
-     .tip = "Follow section, zoom and place of the other windows that are linked",
-     .accelerator = "<Key>k", .keys = "K", .newGroup = true, .kind = EntryKind::Switch,
-     .on = [](const Desk& d) { return d.shown.linked; },
-     .action = [](Desk& d) { d.actions.toggleLinked(); }},
     {.name = "resetView", .menu = Menu::View, .label = "Reset the view", .mnemonic = 'h',
      .tip = "Show the image as if for the first time, and forget how it was seen",
+     .newGroup = true,
      .action = [](Desk& d) { d.actions.resetView(); }},
-
-    {.name = "sidePanel", .menu = Menu::View, .label = "Side panel", .mnemonic = 'd',
-     .tip = "Show or hide wavelengths, metadata and messages at the side",
-     .accelerator = "<Key>F9", .keys = "F9", .icon = "sidePanel", .newGroup = true, .kind = EntryKind::Switch,
-     .on = [](const Desk& d) { return d.shown.parts.sidePanel; },
-     .action = [](Desk& d) { d.actions.toggleSidePanel(); }},
-    {.name = "metadata", .menu = Menu::View, .label = "Metadata", .mnemonic = 'M',
-     .tip = "Show all that the file tells about the image",
-     .accelerator = "Ctrl<Key>i", .keys = "Ctrl+I",
-     .action = [](Desk& d) { d.actions.showTab(SideTab::Metadata); }},
-    {.name = "messages", .menu = Menu::View, .label = "Messages", .mnemonic = 'g',
-     .tip = "Show what the window has told",
-     .action = [](Desk& d) { d.actions.showTab(SideTab::Messages); }},
-    {.name = "toolBar", .menu = Menu::View, .label = "Tool bar", .mnemonic = 'r',
-     .tip = "Show or hide the tool bar",
-     .kind = EntryKind::Switch,
-     .on = [](const Desk& d) { return d.shown.parts.toolBar; },
-     .action = [](Desk& d) { d.actions.toggleToolBar(); }},
 
     {.name = "lineProfile", .menu = Menu::Tools, .label = "Line profile", .mnemonic = 'L',
      .tip = "Start the line profile tool, or bring it to the front",
      .accelerator = "Ctrl<Key>l", .keys = "Ctrl+L", .icon = "lineProfile", .inPopup = true,
      .enabled = [](const Desk& d) { return d.shown.windowNumber > 0; }, // tools attach by it
      .action = [](Desk& d) { d.tools.startLineProfile(); }},
+
+    {.name = "sidePanel", .menu = Menu::Window, .label = "Side panel", .mnemonic = 'd',
+     .tip = "Show or hide wavelengths, metadata and messages at the side",
+     .accelerator = "<Key>F9", .keys = "F9", .icon = "sidePanel", .kind = EntryKind::Switch,
+     .on = [](const Desk& d) { return d.shown.parts.sidePanel; },
+     .action = [](Desk& d) { d.actions.toggleSidePanel(); }},
+    {.name = "metadata", .menu = Menu::Window, .label = "Metadata", .mnemonic = 'M',
+     .tip = "Show all that the file tells about the image",
+     .accelerator = "Ctrl<Key>i", .keys = "Ctrl+I",
+     .action = [](Desk& d) { d.actions.showTab(SideTab::Metadata); }},
+    {.name = "messages", .menu = Menu::Window, .label = "Messages", .mnemonic = 'g',
+     .tip = "Show what the window has told",
+     .action = [](Desk& d) { d.actions.showTab(SideTab::Messages); }},
+    {.name = "toolBar", .menu = Menu::Window, .label = "Tool bar", .mnemonic = 'r',
+     .tip = "Show or hide the tool bar",
+     .kind = EntryKind::Switch,
+     .on = [](const Desk& d) { return d.shown.parts.toolBar; },
+     .action = [](Desk& d) { d.actions.toggleToolBar(); }},
+    {.name = "linkWindows", .menu = Menu::Window, .label = "Link windows", .mnemonic = 'k',
+     .tip = "Follow section, zoom and place of the other windows that are linked",
+     .accelerator = "<Key>k", .keys = "K", .newGroup = true, .kind = EntryKind::Switch,
+     .on = [](const Desk& d) { return d.shown.linked; },
+     .action = [](Desk& d) { d.actions.toggleLinked(); }},
 
     {.name = "mouseAndKeys", .menu = Menu::Help, .label = "Mouse and keys", .mnemonic = 'M',
      .tip = "Show what mouse and keys do",
@@ -263,6 +265,8 @@ const char* titleOf(Menu menu)
         return "View";
     case Menu::Tools:
         return "Tools";
+    case Menu::Window:
+        return "Window";
     case Menu::Help:
         break;
     }

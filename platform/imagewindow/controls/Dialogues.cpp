@@ -25,6 +25,13 @@ void Dialogues::askScale()
     scale->show();
 }
 
+void Dialogues::askBarStyle()
+{
+    if (!bar)
+        bar = std::make_unique<ScaleBarDialogue>(desk.shell, desk);
+    bar->show();
+}
+
 void Dialogues::showHelp()
 {
     showHelpPage(desk.shell);

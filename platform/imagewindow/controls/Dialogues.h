@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/imagewindow/controls/SaveDialogue.h"
+#include "platform/imagewindow/controls/ScaleBarDialogue.h"
 #include "platform/imagewindow/controls/ScaleDialogue.h"
 
 #include <memory>
@@ -17,6 +18,7 @@ public:
 
     // Asks for the scale of an image whose file does not tell it.
     void askScale();
+    void askBarStyle();
     void showHelp();
     void showAbout();
     // Asks where to save something; see SaveDialogue.
@@ -28,6 +30,7 @@ public:
 private:
     Desk& desk;
     std::unique_ptr<ScaleDialogue> scale;
+    std::unique_ptr<ScaleBarDialogue> bar;
     std::unique_ptr<SaveDialogue> saving;
 };
 

@@ -2,6 +2,7 @@
 #include "platform/imagewindow/paint/Labels.h"
 
 #include "platform/imagewindow/paint/Panels.h"
+#include "platform/imagewindow/view/Palette.h"
 #include "platform/text/Utf8.h"
 
 #include <algorithm>
@@ -33,17 +34,31 @@ void setFont(cairo_t* cairo, double size)
     cairo_font_options_destroy(options);
 }
 
+constexpr Rgb white{255, 255, 255}, black{0, 0, 0};
+
+void setColor(cairo_t* cairo, const Rgb& color)
+{
+    constexpr double full = 255;
+    cairo_set_source_rgb(cairo, color.red / full, color.green / full, color.blue / full);
+}
+
+const Rgb& haloOf(const Rgb& color)
+{
+    return color == black ? white : black;
+}
+
 // (x, y): left end of the base line. The halo is an outline, the text itself stays text in a document.
-void drawText(cairo_t* cairo, double x, double y, const std::string& text, double scale)
+void drawText(cairo_t* cairo, double x, double y, const std::string& text, double scale,
+              const Rgb& color = white)
 {
     cairo_move_to(cairo, x, y);
     cairo_text_path(cairo, text.c_str());
-    cairo_set_source_rgb(cairo, 0, 0, 0);
+    setColor(cairo, haloOf(color));
     cairo_set_line_width(cairo, 2 * haloWidth * scale);
     cairo_set_line_join(cairo, CAIRO_LINE_JOIN_ROUND);
     cairo_stroke(cairo);
     cairo_move_to(cairo, x, y);
-    cairo_set_source_rgb(cairo, 1, 1, 1);
+    setColor(cairo, color);
     cairo_show_text(cairo, text.c_str());
 }
 
@@ -55,23 +70,31 @@ void drawCaption(cairo_t* cairo, const Box& panel, const std::string& caption, d
              panel.y + std::round(captionTop * scale + font.ascent), caption, scale);
 }
 
-// The bar in the lower right corner, its label centred above.
-void drawScaleBar(cairo_t* cairo, const Box& panel, const ScaleBar& bar, double scale)
+// The bar in its corner, its label centred above; under the caption where both are in the same corner.
+void drawScaleBar(cairo_t* cairo, const Box& panel, const ScaleBar& bar, bool captioned, double scale)
 {
     cairo_text_extents_t text;
     cairo_text_extents(cairo, bar.label.c_str(), &text);
+    cairo_font_extents_t font;
+    cairo_font_extents(cairo, &font);
+    const bool atLeft = bar.corner == BarCorner::LowerLeft || bar.corner == BarCorner::UpperLeft;
+    const bool atTop = bar.corner == BarCorner::UpperRight || bar.corner == BarCorner::UpperLeft;
     const double margin = std::round(barMargin * scale), height = std::round(barHeight * scale);
-    const double halo = haloWidth * scale, room = std::max<double>(bar.width, text.x_advance);
-    const double right = panel.x + panel.width - margin, top = panel.y + panel.height - margin - height;
+    const double toText = std::round(barToText * scale), halo = haloWidth * scale;
+    const double room = std::max<double>(bar.width, text.x_advance);
+    const double caption = captioned && atLeft ? std::round(captionTop * scale + font.height) : 0;
+    const double top = atTop ? panel.y + margin + caption + std::round(font.ascent) + toText
+                             : panel.y + panel.height - margin - height;
+    const double right = atLeft ? panel.x + margin + std::ceil(room) : panel.x + panel.width - margin;
     const double left = right - std::floor((room + bar.width) / 2);
-    cairo_set_source_rgb(cairo, 0, 0, 0);
+    setColor(cairo, haloOf(bar.color));
     cairo_rectangle(cairo, left - halo, top - halo, bar.width + 2 * halo, height + 2 * halo);
     cairo_fill(cairo);
-    cairo_set_source_rgb(cairo, 1, 1, 1);
+    setColor(cairo, bar.color);
     cairo_rectangle(cairo, left, top, bar.width, height);
     cairo_fill(cairo);
-    drawText(cairo, std::round(right - (room + text.x_advance) / 2), top - std::round(barToText * scale),
-             bar.label, scale);
+    drawText(cairo, std::round(right - (room + text.x_advance) / 2), top - toText, bar.label, scale,
+             bar.color);
 }
 
 } // namespace
@@ -90,7 +113,7 @@ void paintLabels(cairo_t* cairo, const Scene& scene)
         if (!caption.empty())
             drawCaption(cairo, box, caption, scene.screenScale);
         if (scene.bar)
-            drawScaleBar(cairo, box, *scene.bar, scene.screenScale);
+            drawScaleBar(cairo, box, *scene.bar, !caption.empty(), scene.screenScale);
         cairo_restore(cairo);
     }
     cairo_restore(cairo);

@@ -9,7 +9,7 @@ namespace viewer {
 
 namespace {
 
-constexpr double minPanelSide = 160; // canvas pixels at 96 dots per inch
+constexpr double minPanelSide = 160, minWidth = 4, edges = 24; // canvas pixels at 96 dots per inch
 constexpr int panelShare = 4;
 
 std::string lengthText(double microns)
@@ -26,22 +26,38 @@ std::string lengthText(double microns)
     return text;
 }
 
-} // namespace
-
-std::optional<ScaleBar> scaleBar(double spacing, double zoom, int panelWidth, int panelHeight,
-                                 double screenScale)
+// The longest round one in a panel's share, microns.
+double automaticLength(double spacing, const protocol::Geometry& geometry)
 {
-    if (!(spacing > 0) || !std::isfinite(spacing) ||
-        std::min(panelWidth, panelHeight) < minPanelSide * screenScale)
-        return std::nullopt;
     constexpr double slack = 1 + 1e-9;
-    const double longest = panelWidth / panelShare * spacing / zoom;
+    const double longest = geometry.panelWidth / panelShare * spacing / geometry.zoom;
     const double decade = std::pow(10.0, std::floor(std::log10(longest * slack)));
     double length = decade;
     for (const double factor : {2.0, 5.0})
         if (factor * decade <= longest * slack)
             length = factor * decade;
-    return ScaleBar{static_cast<int>(std::lround(length / spacing * zoom)), lengthText(length)};
+    return length;
+}
+
+} // namespace
+
+bool barFits(const BarStyle& style, double spacing, const protocol::Geometry& geometry, double screenScale)
+{
+    const double width = style.microns / spacing * geometry.zoom;
+    return style.microns <= 0 ||
+           (width >= minWidth * screenScale && width <= geometry.panelWidth - edges * screenScale);
+}
+
+std::optional<ScaleBar> scaleBar(const BarStyle& style, double spacing, const protocol::Geometry& geometry,
+                                 double screenScale)
+{
+    if (!(spacing > 0) || !std::isfinite(spacing) ||
+        std::min(geometry.panelWidth, geometry.panelHeight) < minPanelSide * screenScale)
+        return std::nullopt;
+    const bool chosen = style.microns > 0 && barFits(style, spacing, geometry, screenScale);
+    const double length = chosen ? style.microns : automaticLength(spacing, geometry);
+    return ScaleBar{static_cast<int>(std::lround(length / spacing * geometry.zoom)), lengthText(length),
+                    style.corner, barColors[style.color].rgb};
 }
 
 } // namespace viewer

@@ -157,6 +157,17 @@ void Actions::toggleScaleBar()
 {
     shown.scaleBar = !shown.scaleBar && shown.life.scale().known;
     shown.changed();
+    if (!shown.life.scale().known)
+        shown.answer("The image has no scale for a bar: View, Set scale... sets one.");
+}
+
+void Actions::setBarStyle(const BarStyle& style)
+{
+    shown.barStyle = style;
+    shown.scaleBar = shown.life.scale().known;
+    shown.changed();
+    if (const std::string problem = keepBarStyle(style); !problem.empty())
+        shown.tell(problem);
 }
 
 void Actions::toggleLinked()

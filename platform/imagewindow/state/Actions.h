@@ -51,6 +51,8 @@ public:
     void setContrastLinked(bool linked);
     void setGrey(bool grey);
     void toggleScaleBar();
+    // Shows the bar as well, where there is a scale. The next window begins with the style.
+    void setBarStyle(const BarStyle& style);
     void toggleLinked();
     // As an image is seen that nobody has seen before; forgets what is kept for the file.
     void resetView();

@@ -89,8 +89,7 @@ Scene sceneOf(const Shown& shown, const OverlayStore& overlays, double screenSca
     const protocol::Geometry& geometry = shown.arrangement.geometry;
     Scene scene{geometry, shown.panels, overlays, std::nullopt, screenScale};
     if (shown.scaleBar)
-        scene.bar = scaleBar(shown.life.scale().spacing[0], geometry.zoom, geometry.panelWidth,
-                             geometry.panelHeight, screenScale);
+        scene.bar = scaleBar(shown.barStyle, shown.life.scale().spacing[0], geometry, screenScale);
     return scene;
 }
 

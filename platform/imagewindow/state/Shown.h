@@ -3,6 +3,7 @@
 // One record for all that act on it or draw it; used from the window's thread. No X.
 #pragma once
 
+#include "platform/imagewindow/files/BarStyle.h"
 #include "platform/imagewindow/files/ImageLife.h"
 #include "platform/imagewindow/files/WindowParts.h"
 #include "platform/imagewindow/render/Look.h"
@@ -38,6 +39,7 @@ struct Shown {
     std::vector<PanelContent> panels;      // as drawn last
     std::array<int, 2> singlePlace{};      // z and time point of before the panels
     bool scaleBar = false;
+    BarStyle barStyle;
     bool linked = false;         // section and place follow those of other linked windows
     bool linkedContrast = false; // the limits of one wavelength are those of all
     WindowParts parts;

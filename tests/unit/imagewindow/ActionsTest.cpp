@@ -88,6 +88,8 @@ INSTANTIATE_TEST_SUITE_P(
                          "LIPRC"},
                     Case{"Grey", [](Shown&, Actions& a) { a.setGrey(true); }, "LIPRC"},
                     Case{"SidePanel", [](Shown&, Actions& a) { a.toggleSidePanel(); }, "LIPRC"},
+                    Case{"ScaleBar", [](Shown&, Actions& a) { a.toggleScaleBar(); }, "LIPRC"},
+                    Case{"BarStyle", [](Shown&, Actions& a) { a.setBarStyle({20}); }, "LIPRC"},
                     Case{"Refusal", [](Shown&, Actions& a) { a.refuse("No."); }, "R"},
                     Case{"AutomaticContrast", [](Shown&, Actions& a) { a.setAutomaticContrast(); }, "IR"},
                     Case{"Notice", [](Shown& s, Actions&) { s.tell("A tool has come."); }, "R"},
@@ -123,6 +125,10 @@ TEST(Actions, WhatIsRefusedIsSaidUntilTheNextAction)
     EXPECT_TRUE(shown.view.displayed[0]);
     actions.stepZ(1);
     EXPECT_EQ(shown.notice.sentence(), "");
+    actions.toggleScaleBar();
+    EXPECT_EQ(shown.notice.sentence(), "The image has no scale for a bar: View, Set scale... sets one.");
+    actions.setBarStyle({20});
+    EXPECT_FALSE(shown.scaleBar);
     actions.setScale({0.5F, 0.5F, {}}, true);
     EXPECT_NE(shown.notice.sentence().find("keep the scale"), std::string::npos);
     EXPECT_TRUE(shown.scaleBar);

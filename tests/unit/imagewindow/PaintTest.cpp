@@ -196,3 +196,31 @@ TEST(Paint, TheScaleBarHasItsLengthAndStandsInTheCorner)
     EXPECT_EQ(picture.at(canvas.width - 13, row), rgb);
     EXPECT_EQ(picture.at(canvas.width - 12, row), 0U);
 }
+
+TEST(Paint, TheScaleBarStandsInItsCornerInItsColour)
+{
+    const struct {
+        const char* name;
+        BarCorner corner;
+        const char* caption;
+        int x, y; // a pixel of the bar
+    } rows[] = {
+        {"lower right", BarCorner::LowerRight, "", canvas.width - 20, canvas.height - 14},
+        {"lower left", BarCorner::LowerLeft, "", 20, canvas.height - 14},
+        {"upper right", BarCorner::UpperRight, "", canvas.width - 20, 30},
+        {"upper left", BarCorner::UpperLeft, "", 20, 30},
+        {"under the caption", BarCorner::UpperLeft, "z 3", 20, 48},
+    };
+    for (const auto& row : rows) {
+        Stage stage;
+        stage.panels[0].caption = row.caption;
+        stage.bar = ScaleBar{60, "20 µm", row.corner, {255, 0, 255}};
+        Canvas picture;
+        picture.paint([&](cairo_t* cairo) { paintLabels(cairo, stage.scene()); });
+        int count = 0;
+        for (int x = 0; x < canvas.width; ++x)
+            count += picture.at(x, row.y) == 0xFF00FF;
+        EXPECT_EQ(picture.at(row.x, row.y), 0xFF00FFU) << row.name;
+        EXPECT_EQ(count, 60) << row.name;
+    }
+}

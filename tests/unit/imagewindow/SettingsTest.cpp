@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What is kept for the windows to come: the file of settings, and the parts around the image in it.
 #include "platform/imagewindow/files/Settings.h"
+#include "platform/imagewindow/files/BarStyle.h"
 #include "platform/imagewindow/files/WindowParts.h"
 
 #include "tests/unit/image/TempFolder.h"
@@ -62,4 +63,18 @@ TEST_F(SettingsTest, PartsComeBackAndDamagedOnesAreTheUsual)
     }
     write("sideWidth: 99999999\n");
     EXPECT_EQ(loadParts().sideWidth, 4000);
+}
+
+TEST_F(SettingsTest, ScaleBarsComeBackAndDamagedOnesAreTheUsual)
+{
+    const BarStyle style{0.25, BarCorner::UpperLeft, barColors.size() - 1};
+    EXPECT_EQ(keepBarStyle(style), "");
+    EXPECT_EQ(loadBarStyle(), style);
+    EXPECT_EQ(keepBarStyle({}), "");
+    EXPECT_EQ(loadBarStyle(), BarStyle{});
+    for (const char* damaged : {"scaleBarLength: -3\nscaleBarCorner: middle\nscaleBarColor: puce\n",
+                                "scaleBarLength: nan\n", "scaleBarLength: 1e99 km\n", ""}) {
+        write(damaged);
+        EXPECT_EQ(loadBarStyle(), BarStyle{}) << damaged;
+    }
 }
