@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/Start.h"
 
+#include "platform/imagewindow/state/LabelProposal.h"
 #include "platform/imagewindow/view/Readout.h"
 
 #include <algorithm>
@@ -80,6 +81,8 @@ bool applyOptions(Shown& shown, const Options& options, const std::optional<Memo
     View& view = shown.view;
     shown.scaleBar = true;
     const bool zoomed = memory && recall(*memory, shown);
+    if (!memory && !shown.life.growing())
+        proposeLabels(shown);
     chooseSection(shown, options);
     if (!options.wavelengths.empty())
         chooseWavelengths(shown, options.wavelengths);

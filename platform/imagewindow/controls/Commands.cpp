@@ -189,6 +189,12 @@ const Command table[] = {
      .accelerator = "<Key>a", .keys = "A", .icon = "automaticContrast", .inPopup = true,
      .action = [](Desk& d) { d.actions.setAutomaticContrast(); }},
 
+    {.name = "labels", .menu = Menu::View, .label = "Labels in colours", .mnemonic = 'u',
+     .tip = "Show each number of a label image in a colour of its own",
+     .accelerator = "<Key>l", .keys = "L", .kind = EntryKind::Switch,
+     .on = [](const Desk& d) { return d.shown.view.labels; },
+     .action = [](Desk& d) { d.actions.setLabels(!d.shown.view.labels); }},
+
     {.name = "resetView", .menu = Menu::View, .label = "Reset the view", .mnemonic = 'h',
      .tip = "Show the image as if for the first time, and forget how it was seen",
      .newGroup = true,

@@ -6,7 +6,6 @@
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/files/Scale.h"
 #include "platform/imagewindow/paint/ScaleBar.h"
-#include "widgets/KvAligner.h"
 #include "widgets/KvComboBox.h"
 #include "widgets/Scale.h"
 
@@ -62,6 +61,17 @@ Widget makeText(Widget parent, const char* name, const char* text)
     return label;
 }
 
+// A title, as wide as the widest, and what follows it.
+Widget makeRow(Widget column, const char* title)
+{
+    Widget row = XtVaCreateManagedWidget("row", xmRowColumnWidgetClass, column, XmNorientation, XmHORIZONTAL,
+                                         XmNspacing, widgets::scaled(column, 8), XmNmarginHeight, 0, nullptr);
+    Widget label = makeText(row, "title", title);
+    XtVaSetValues(label, XmNrecomputeSize, False, XmNwidth,
+                  measureOf(label)("Length") + widgets::scaled(label, 8), nullptr);
+    return row;
+}
+
 int selectedIn(Widget choice)
 {
     int position = 0;
@@ -98,25 +108,21 @@ ScaleBarDialogue::~ScaleBarDialogue()
 
 void ScaleBarDialogue::makeRows(Widget column)
 {
-    Widget rows = XtVaCreateManagedWidget("rows", xmKvAlignerWidgetClass, column, XmNkvColumns, 3, nullptr);
-    makeText(rows, "lengthLabel", "Length");
-    length = XtVaCreateManagedWidget("length", xmTextFieldWidgetClass, rows, XmNcolumns, columns,
-                                     XmNmaxLength, maxTyped, nullptr);
-    makeText(rows, "hint", "such as 20 \u00b5m or 0.5 mm; empty: automatic");
     const auto ended = [](Widget, XtPointer client, XtPointer) { dialogueOf(client).typed(); };
+    Widget row = makeRow(column, "Length");
+    length = XtVaCreateManagedWidget("length", xmTextFieldWidgetClass, row, XmNcolumns, columns, XmNmaxLength,
+                                     maxTyped, nullptr);
+    makeText(row, "hint", "such as 20 \u00b5m or 0.5 mm; empty: automatic");
     XtAddCallback(length, XmNactivateCallback, ended, this);
     XtAddCallback(length, XmNlosingFocusCallback, ended, this);
-    makeText(rows, "cornerLabel", "Corner");
-    corner = makeChoice(rows, "corner", cornerItems());
-    makeText(rows, "space", " ");
-    makeText(rows, "colorLabel", "Colour");
-    color = makeChoice(rows, "color", colorItems());
+    corner = makeChoice(makeRow(column, "Corner"), "corner", cornerItems());
+    color = makeChoice(makeRow(column, "Colour"), "color", colorItems());
 }
 
-Widget ScaleBarDialogue::makeChoice(Widget rows, const char* name, const std::string& items)
+Widget ScaleBarDialogue::makeChoice(Widget row, const char* name, const std::string& items)
 {
     const int count = static_cast<int>(std::count(items.begin(), items.end(), '|')) + 1;
-    Widget choice = XtVaCreateManagedWidget(name, xmKvComboBoxWidgetClass, rows, XmNkvItems, items.c_str(),
+    Widget choice = XtVaCreateManagedWidget(name, xmKvComboBoxWidgetClass, row, XmNkvItems, items.c_str(),
                                             XmNvisibleItemCount, count, XmNcolumns, columns - 4, nullptr);
     XtAddCallback(
         choice, XmNselectionCallback,

@@ -24,7 +24,7 @@ public:
 
 private:
     void makeRows(Widget column);
-    Widget makeChoice(Widget rows, const char* name, const std::string& items);
+    Widget makeChoice(Widget row, const char* name, const std::string& items);
     void makeClose(Widget column);
     void fill();
     void typed();

@@ -21,18 +21,6 @@ float valueAtFraction(std::vector<float>& values, double fraction)
     return values[static_cast<std::size_t>(rank)];
 }
 
-// Whether neighbours among the values above low are mostly equal: areas of one value, which no camera gives.
-bool hasFlatAreas(const std::vector<float>& values, float low)
-{
-    std::size_t pairs = 0, equal = 0;
-    for (std::size_t i = 1; i < values.size(); ++i)
-        if (values[i] > low && values[i - 1] > low) {
-            ++pairs;
-            equal += values[i] == values[i - 1];
-        }
-    return pairs > 0 && static_cast<double>(equal) > flatFraction * static_cast<double>(pairs);
-}
-
 // Interleaved colour arrives as three 8-bit wavelengths in red, green and blue that name no emission.
 bool isBrightField(const image::ImageInfo& info)
 {
@@ -54,6 +42,17 @@ int sampleLevel(const image::ImageFile& file, long limit)
 }
 
 } // namespace
+
+bool hasFlatAreas(const std::vector<float>& values, float low)
+{
+    std::size_t pairs = 0, equal = 0;
+    for (std::size_t i = 1; i < values.size(); ++i)
+        if (values[i] > low && values[i - 1] > low) {
+            ++pairs;
+            equal += values[i] == values[i - 1];
+        }
+    return pairs > 0 && static_cast<double>(equal) > flatFraction * static_cast<double>(pairs);
+}
 
 ContrastLimits automaticLimits(std::vector<float>& values)
 {

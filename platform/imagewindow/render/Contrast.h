@@ -23,6 +23,10 @@ ContrastLimits automaticLimits(std::vector<float>& values);
 // row, as sampleSection() gives them.
 ContrastLimits underlayLimits(const std::vector<float>& values, const ContrastLimits& limits);
 
+// Whether neighbours among the values above low are mostly equal: areas of one value, which no camera gives.
+// values: row by row, as sampleSection() gives them.
+bool hasFlatAreas(const std::vector<float>& values, float low);
+
 // Limits that hold whatever the values are: the range that the file asks for, and the full range of
 // bright-field colour and of bilevel images. Nothing for all others.
 std::optional<ContrastLimits> fixedLimits(const image::ImageInfo& info, int wavelength);

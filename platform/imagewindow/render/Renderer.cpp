@@ -3,6 +3,7 @@
 
 #include "platform/image/WorkerPool.h"
 #include "platform/imagewindow/render/Contrast.h"
+#include "platform/imagewindow/render/LabelColors.h"
 
 #include <algorithm>
 #include <iterator>
@@ -49,7 +50,8 @@ std::string Renderer::load(const protocol::Geometry& newGeometry, const std::vec
         fitted.clear();
     geometry = newGeometry;
     panels = newPanels;
-    const TileFrame newFrame = tileFrame(geometry);
+    const bool labels = std::any_of(panels.begin(), panels.end(), [](auto& panel) { return panel.labels; });
+    const TileFrame newFrame = tileFrame(geometry, labels);
     if (newFrame != frame)
         tiles.clear();
     if (newFrame != frame || panels.size() != sums.size())
@@ -220,6 +222,24 @@ void Renderer::beginSum(PanelSum& sum, const PanelContent& panel) const
               static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height));
 }
 
+Renderer::Compose Renderer::composerOf(int index) const
+{
+    const PanelContent& panel = panels[static_cast<std::size_t>(index)];
+    PanelSum& sum = sums[static_cast<std::size_t>(index)];
+    if (!panel.labels) {
+        beginSum(sum, panel);
+        return [&sum](std::size_t first, std::span<std::uint32_t> out) { sum.compose(first, out); };
+    }
+    sum.forget();
+    const auto tile = tiles.find(keyOf(sectionOf(panel, panel.wavelengths.front())));
+    return [tile, this](std::size_t first, std::span<std::uint32_t> out) {
+        if (tile == tiles.end())
+            std::fill(out.begin(), out.end(), 0U);
+        else
+            composeLabels(std::span(tile->second).subspan(first, out.size()), out);
+    };
+}
+
 void Renderer::drawPanel(int index, std::span<std::uint32_t> pixels, int width, int height) const
 {
     const int left = index % geometry.columns * (geometry.panelWidth + geometry.gap);
@@ -228,8 +248,7 @@ void Renderer::drawPanel(int index, std::span<std::uint32_t> pixels, int width, 
     const int rowCount = std::min(geometry.panelHeight, height - top);
     if (columnCount <= 0 || rowCount <= 0)
         return;
-    PanelSum& sum = sums[static_cast<std::size_t>(index)];
-    beginSum(sum, panels[static_cast<std::size_t>(index)]);
+    const auto compose = composerOf(index);
     const std::vector<int> columns = tileColumns(frame, columnCount), rows = tileRows(frame, rowCount);
     const auto canvasRow = [&](int row) {
         return pixels.subspan(static_cast<std::size_t>(top + row) * static_cast<std::size_t>(width) +
@@ -240,15 +259,15 @@ void Renderer::drawPanel(int index, std::span<std::uint32_t> pixels, int width, 
     if (columns.back() + 1 == columnCount && rows.back() + 1 == rowCount)
         return image::parallelFor((rowCount + bandRows - 1) / bandRows, [&](int band) {
             for (int row = band * bandRows; row < std::min((band + 1) * bandRows, rowCount); ++row)
-                sum.compose(static_cast<std::size_t>(row) * static_cast<std::size_t>(frame.width),
-                            canvasRow(row));
+                compose(static_cast<std::size_t>(row) * static_cast<std::size_t>(frame.width),
+                        canvasRow(row));
         });
     image::parallelFor((frame.height + bandRows - 1) / bandRows, [&](int band) {
         const int first = band * bandRows, last = std::min(first + bandRows, frame.height);
         const std::size_t offset = static_cast<std::size_t>(first) * static_cast<std::size_t>(frame.width);
         std::vector<std::uint32_t> composed(static_cast<std::size_t>(last - first) *
                                             static_cast<std::size_t>(frame.width));
-        sum.compose(offset, composed);
+        compose(offset, composed);
         for (auto row = std::lower_bound(rows.begin(), rows.end(), first); row != rows.end() && *row < last;
              ++row)
             expandRow(composed.data() + static_cast<std::size_t>(*row - first) * frame.width, columns,

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -72,6 +73,9 @@ private:
     bool shownAmongOthers(int wavelength) const;
     std::vector<CompositeChannel> channelsOf(const PanelContent& panel) const;
     void beginSum(PanelSum& sum, const PanelContent& panel) const;
+    // Fills out with the panel's pixels from first on, of the tile; from several threads at a time.
+    using Compose = std::function<void(std::size_t first, std::span<std::uint32_t> out)>;
+    Compose composerOf(int index) const;
     void drawPanel(int index, std::span<std::uint32_t> pixels, int width, int height) const;
 
     image::ImageFile* file;

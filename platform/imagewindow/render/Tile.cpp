@@ -98,6 +98,28 @@ std::optional<std::vector<float>> readReduced(image::ImageFile& file, const imag
     return values;
 }
 
+// Row by row of the image itself: its reduced copies may have been averaged.
+std::optional<std::vector<float>> readNearest(image::ImageFile& file, const image::SectionIndex& section,
+                                              const TileFrame& frame)
+{
+    const image::ImageInfo& info = file.info();
+    const auto middle = [&](double origin, int i, int side) {
+        return std::clamp(static_cast<int>(std::floor(origin + (i + 0.5) / frame.zoom)), 0, side - 1);
+    };
+    const int xFirst = middle(frame.originX, 0, info.width);
+    const int xLast = middle(frame.originX, frame.width - 1, info.width);
+    std::vector<float> values, row(static_cast<std::size_t>(xLast - xFirst + 1));
+    values.reserve(static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height));
+    for (int j = 0; j < frame.height; ++j) {
+        const int y = middle(frame.originY, j, info.height);
+        if (!file.read(section, {xFirst, y, xLast, y}, row))
+            return std::nullopt;
+        for (int i = 0; i < frame.width; ++i)
+            values.push_back(row[static_cast<std::size_t>(middle(frame.originX, i, info.width) - xFirst)]);
+    }
+    return values;
+}
+
 std::vector<int> sources(int panelSide, double zoom, double origin, bool magnified, int first, int count)
 {
     std::vector<int> list(static_cast<std::size_t>(panelSide));
@@ -109,13 +131,14 @@ std::vector<int> sources(int panelSide, double zoom, double origin, bool magnifi
 
 } // namespace
 
-TileFrame tileFrame(const protocol::Geometry& geometry)
+TileFrame tileFrame(const protocol::Geometry& geometry, bool nearest)
 {
     TileFrame frame;
     frame.zoom = geometry.zoom;
     frame.originX = geometry.originX;
     frame.originY = geometry.originY;
     frame.magnified = geometry.zoom >= 1.0;
+    frame.nearest = nearest && !frame.magnified;
     frame.width = geometry.panelWidth;
     frame.height = geometry.panelHeight;
     if (frame.magnified) {
@@ -145,7 +168,8 @@ std::optional<std::vector<float>> readTile(image::ImageFile& file, const image::
     error.clear();
     if (!file.hasSection(section))
         return std::nullopt;
-    auto values = frame.magnified ? readMagnified(file, section, frame) : readReduced(file, section, frame);
+    const auto read = frame.magnified ? readMagnified : frame.nearest ? readNearest : readReduced;
+    auto values = read(file, section, frame);
     if (!values)
         error = file.lastError();
     return values;

@@ -2,6 +2,7 @@
 #include "platform/imagewindow/state/Actions.h"
 
 #include "platform/imagewindow/render/Enlarged.h"
+#include "platform/imagewindow/state/LabelProposal.h"
 #include "platform/imagewindow/state/Memory.h"
 
 #include <string>
@@ -147,6 +148,19 @@ void Actions::setGrey(bool grey)
     shown.changed();
 }
 
+void Actions::setLabels(bool labels)
+{
+    const bool whole = canBeLabels(shown.info());
+    const bool single =
+        shown.view.style == protocol::WavelengthPanels || displayedWavelengths(shown.view).size() == 1;
+    shown.view.labels = labels && whole && single;
+    shown.changed();
+    if (labels && !whole)
+        shown.answer("Labels are whole numbers: the values of this image have fractions.");
+    else if (labels && !single)
+        shown.answer("Labels are shown for one wavelength: hide the others, or show wavelength panels.");
+}
+
 void Actions::setAutomaticContrast()
 {
     shown.renderer.setAutomatic();
@@ -183,6 +197,7 @@ void Actions::resetView()
     for (int w = 0; w < shown.info().sizeW; ++w)
         shown.renderer.setGamma(w, 1);
     shown.linkedContrast = false;
+    proposeLabels(shown);
     view.zoom = usefulZoom(shown.info(), view);
     shown.renderer.setAutomatic();
     shown.scaleBar = shown.life.scale().known;

@@ -50,6 +50,8 @@ public:
     void note(const std::string& sentence) { shown.log.add(sentence, std::time(nullptr)); }
     void setContrastLinked(bool linked);
     void setGrey(bool grey);
+    // Each number of a label image in another colour; refused, with a sentence, where that means nothing.
+    void setLabels(bool labels);
     void toggleScaleBar();
     // Shows the bar as well, where there is a scale. The next window begins with the style.
     void setBarStyle(const BarStyle& style);

@@ -73,6 +73,11 @@ bool recallGrey(std::istream& values, Shown& shown)
     return static_cast<bool>(values >> shown.view.grey);
 }
 
+bool recallLabels(std::istream& values, Shown& shown)
+{
+    return static_cast<bool>(values >> shown.view.labels);
+}
+
 bool recallPanels(std::istream& values, Shown& shown)
 {
     int style = 0;
@@ -117,7 +122,7 @@ constexpr struct {
     {"colors", recallColors},     {"limits", recallLimits},
     {"panels", recallPanels},     {zoomName, recallZoom},
     {"scaleBar", recallScaleBar}, {"gamma", recallGamma},
-    {"grey", recallGrey},
+    {"grey", recallGrey},         {"labels", recallLabels},
 };
 
 std::optional<base::Rectangle> placeOf(std::istream& values)
@@ -150,7 +155,7 @@ Memory memoryOf(const Shown& shown)
     for (int w = 0; w < shown.info().sizeW; ++w)
         if (const float gamma = shown.renderer.gamma(w); gamma != 1)
             text << "\ngamma " << w << ' ' << gamma;
-    text << "\ngrey " << view.grey;
+    text << "\ngrey " << view.grey << "\nlabels " << view.labels;
     text << "\npanels " << view.style << ' ' << shown.singlePlace[0] << ' ' << shown.singlePlace[1];
     text << '\n'
          << zoomName << ' ' << view.fit << ' ' << (view.fit ? 1 : view.zoom) << ' '

@@ -26,9 +26,10 @@ std::optional<PointedPixel> pixelAt(const Shown& shown, const CanvasPlace& point
         return std::nullopt;
     PointedPixel pointed{shown.panels[static_cast<std::size_t>(place->panel)], place->x, place->y, {}};
     for (int w : pointed.panel.wavelengths)
-        pointed.values.push_back({wavelengthName(shown.info(), w),
-                                  shown.renderer.valueAt(place->panel, w, static_cast<int>(place->x),
-                                                         static_cast<int>(place->y))});
+        pointed.values.push_back(
+            {valueName(shown.info(), pointed.panel, w),
+             shown.renderer.valueAt(place->panel, w, static_cast<int>(place->x), static_cast<int>(place->y)),
+             pointed.panel.labels});
     return pointed;
 }
 

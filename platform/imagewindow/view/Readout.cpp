@@ -28,6 +28,11 @@ std::string wavelengthName(const image::ImageInfo& info, int wavelength)
                                : format("w %d", wavelength + 1);
 }
 
+std::string valueName(const image::ImageInfo& info, const PanelContent& panel, int wavelength)
+{
+    return panel.labels && info.sizeW == 1 ? "" : wavelengthName(info, wavelength);
+}
+
 std::vector<std::string> pixelItems(const std::string& caption, int x, int y,
                                     const std::vector<WavelengthValue>& values)
 {
@@ -35,9 +40,12 @@ std::vector<std::string> pixelItems(const std::string& caption, int x, int y,
     if (!caption.empty())
         items.push_back(text::shortened(caption, maxNameLength));
     items.push_back(format("x %d  y %d", x, y));
-    for (const WavelengthValue& entry : values)
-        items.push_back(text::shortened(entry.name, maxNameLength) + " " +
-                        (entry.value ? format("%.7g", static_cast<double>(*entry.value)) : "-"));
+    for (const WavelengthValue& entry : values) {
+        std::string item = text::shortened(entry.name, maxNameLength);
+        item += entry.label ? (item.empty() ? "label " : " label ") : " ";
+        const char* const pattern = entry.label ? "%.0f" : "%.7g";
+        items.push_back(item + (entry.value ? format(pattern, static_cast<double>(*entry.value)) : "-"));
+    }
     return items;
 }
 

@@ -4,6 +4,7 @@
 
 #include "platform/image/ImageFile.h"
 #include "platform/imagewindow/files/Scale.h"
+#include "platform/imagewindow/view/View.h"
 
 #include <optional>
 #include <string>
@@ -14,13 +15,17 @@ namespace viewer {
 struct WavelengthValue {
     std::string name;
     std::optional<float> value; // nothing: could not be read
+    bool label = false;         // it is the number of an object
 };
 
 // "AF647", else "525 nm", else "w 2".
 std::string wavelengthName(const image::ImageInfo& info, int wavelength);
 
-// "x 120  y 85", "AF647 1450", "DAPI 87"; caption (of a panel) goes in front. Long names are shortened,
-// values never.
+// The name before a value: none before the labels of the only wavelength.
+std::string valueName(const image::ImageInfo& info, const PanelContent& panel, int wavelength);
+
+// "x 120  y 85", "AF647 1450", "DAPI 87", "label 12"; caption (of a panel) goes in front. Long names are
+// shortened, values never.
 std::vector<std::string> pixelItems(const std::string& caption, int x, int y,
                                     const std::vector<WavelengthValue>& values);
 

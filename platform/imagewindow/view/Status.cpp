@@ -78,7 +78,7 @@ std::vector<std::string> widestPixel(const image::ImageInfo& info, const PanelCo
 {
     std::vector<WavelengthValue> values;
     for (int w : panel.wavelengths)
-        values.push_back({wavelengthName(info, w), widestValue(info.pixelType)});
+        values.push_back({valueName(info, panel, w), widestValue(info.pixelType), panel.labels});
     return pixelItems(panel.caption, info.width, info.height, values);
 }
 

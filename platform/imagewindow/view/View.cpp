@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 
@@ -63,6 +64,24 @@ std::string captionOf(const image::ImageInfo& info, int style, const PanelConten
     return name.empty() ? "w " + std::to_string(w + 1) : name;
 }
 
+// A word of its own: "cells_labels.tif", "Label image"; not "labelled" or "unlabeled".
+bool hasLabelWord(const std::string& name)
+{
+    std::string word;
+    for (const char c : name + " ") {
+        const auto byte = static_cast<unsigned char>(c);
+        if (std::isalpha(byte)) {
+            word += static_cast<char>(std::tolower(byte));
+            continue;
+        }
+        for (const char* wanted : {"label", "labels", "mask", "masks", "seg", "segmentation"})
+            if (word == wanted)
+                return true;
+        word.clear();
+    }
+    return false;
+}
+
 } // namespace
 
 View initialView(const image::ImageInfo& info)
@@ -99,6 +118,17 @@ bool showWavelength(View& view, int wavelength, bool shown)
     return true;
 }
 
+bool canBeLabels(const image::ImageInfo& info)
+{
+    return info.pixelType != image::PixelType::Float32 && info.pixelType != image::PixelType::Float64;
+}
+
+bool saysLabels(const image::ImageInfo& info)
+{
+    return info.sizeW == 1 && canBeLabels(info) &&
+           (hasLabelWord(info.path.filename().string()) || hasLabelWord(info.wavelengths[0].name));
+}
+
 int panelCount(const image::ImageInfo& info, const View& view)
 {
     switch (view.style) {
@@ -130,6 +160,7 @@ std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View
         for (int w : content.wavelengths)
             content.colors.push_back(view.grey ? static_cast<int>(base::White)
                                                : view.colors[static_cast<std::size_t>(w)]);
+        content.labels = view.labels && canBeLabels(info) && content.wavelengths.size() == 1;
         contents.push_back(content);
     }
     return contents;

@@ -29,6 +29,7 @@ struct View {
     std::vector<bool> displayed; // one per wavelength, at most maxDisplayed true
     std::vector<int> colors;     // palette index of each wavelength
     bool grey = false;           // all are shown in white instead
+    bool labels = false;         // a panel of one wavelength shows each of its numbers in another colour
     int style = protocol::SinglePanel;
     double zoom = 1.0;
     double originX = 0, originY = 0;
@@ -44,6 +45,11 @@ std::vector<int> displayedWavelengths(const View& view);
 // Shows or hides a wavelength. False (and no change) when it would be one too many or the last one to go.
 bool showWavelength(View& view, int wavelength, bool shown);
 
+// Whether the values can be labels, numbers of objects: whole ones.
+bool canBeLabels(const image::ImageInfo& info);
+// Whether the file's name, or the name of its only wavelength, says that they are.
+bool saysLabels(const image::ImageInfo& info);
+
 // How many panels the style gives: sections, wavelengths or time points, at most maxPanels.
 int panelCount(const image::ImageInfo& info, const View& view);
 
@@ -53,6 +59,7 @@ struct PanelContent {
     std::vector<int> wavelengths;
     std::string caption;       // empty for a single panel
     std::vector<int> colors{}; // palette index of each of the wavelengths
+    bool labels = false;       // the values of its only wavelength are numbers of objects
     friend bool operator==(const PanelContent&, const PanelContent&) = default;
 };
 std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View& view);

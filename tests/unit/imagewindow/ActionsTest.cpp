@@ -2,14 +2,21 @@
 // What each action of the user leaves to be drawn and told, and where a section that is followed stays.
 #include "platform/imagewindow/state/Actions.h"
 
+#include "platform/imagewindow/state/LabelProposal.h"
 #include "tests/unit/image/TempFolder.h"
 #include "tests/unit/image/TestFiles.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstdlib>
+#include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
+#include <tiffio.h>
 #include <vector>
 
 using namespace viewer;
@@ -87,6 +94,7 @@ INSTANTIATE_TEST_SUITE_P(
                          },
                          "LIPRC"},
                     Case{"Grey", [](Shown&, Actions& a) { a.setGrey(true); }, "LIPRC"},
+                    Case{"Labels", [](Shown&, Actions& a) { a.setLabels(true); }, "LIPRC"},
                     Case{"SidePanel", [](Shown&, Actions& a) { a.toggleSidePanel(); }, "LIPRC"},
                     Case{"ScaleBar", [](Shown&, Actions& a) { a.toggleScaleBar(); }, "LIPRC"},
                     Case{"BarStyle", [](Shown&, Actions& a) { a.setBarStyle({20}); }, "LIPRC"},
@@ -191,4 +199,77 @@ TEST(Actions, MessagesAreKeptInTheirOrderUpToALimit)
     EXPECT_EQ(shown.log.messages().size(), maxMessages);
     EXPECT_LE(shown.log.messages().back().text.size(), maxMessageLength + 8);
     EXPECT_EQ(shown.log.version(), 2004U);
+}
+
+TEST(Actions, LabelsAreWholeNumbersOfOneWavelength)
+{
+    const struct {
+        const char* name;
+        PixelKind kind;
+        int samples;
+        const char* refusal;
+    } rows[] = {
+        {"whole", wordKind, 1, ""},
+        {"fractions", floatKind, 1, "Labels are whole numbers: the values of this image have fractions."},
+        {"several", byteKind, 3,
+         "Labels are shown for one wavelength: hide the others, or show wavelength panels."},
+    };
+    for (const auto& row : rows) {
+        const TempFolder folder;
+        setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1);
+        writeTiff(folder / "a.tif", {.kind = row.kind, .samples = row.samples});
+        Shown shown(openImage((folder / "a.tif").string()));
+        Actions(shown).setLabels(true);
+        EXPECT_EQ(shown.notice.sentence(), row.refusal) << row.name;
+        EXPECT_EQ(shown.view.labels, *row.refusal == '\0') << row.name;
+        if (row.samples > 1) {
+            shown.view.style = protocol::WavelengthPanels;
+            Actions(shown).setLabels(true);
+            for (const PanelContent& panel : panelContents(shown.info(), shown.view))
+                EXPECT_TRUE(panel.labels);
+        }
+    }
+}
+
+namespace {
+
+// 8 bit, 12 x 2; a digit for each pixel.
+void writeDigits(const std::filesystem::path& path, const char* digits)
+{
+    constexpr std::uint32_t width = 12, height = 2;
+    const std::unique_ptr<TIFF, decltype(&TIFFClose)> file(TIFFOpen(path.c_str(), "w"), TIFFClose);
+    TIFFSetField(file.get(), TIFFTAG_IMAGEWIDTH, width);
+    TIFFSetField(file.get(), TIFFTAG_IMAGELENGTH, height);
+    TIFFSetField(file.get(), TIFFTAG_BITSPERSAMPLE, 8);
+    TIFFSetField(file.get(), TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+    for (std::uint32_t y = 0; y < height; ++y) {
+        std::array<std::uint8_t, width> row{};
+        std::transform(digits + y * width, digits + (y + 1) * width, row.begin(),
+                       [](char digit) { return static_cast<std::uint8_t>(digit - '0'); });
+        TIFFWriteScanline(file.get(), row.data(), y, 0);
+    }
+}
+
+} // namespace
+
+// Both have to say so, the name and the values.
+TEST(Actions, LabelsAreProposedWhereTheyAreCertain)
+{
+    const struct {
+        const char *file, *pixels;
+        bool labels;
+    } rows[] = {
+        {"cells_labels.tif", "111111000222111111000222", true},
+        {"cells.tif", "111111000222111111000222", false},
+        {"one_label.tif", "111111000111111111000111", false},
+        {"labels.tif", "123456789876543212345678", false},
+    };
+    for (const auto& row : rows) {
+        const TempFolder folder;
+        writeDigits(folder / row.file, row.pixels);
+        Shown shown(openImage((folder / row.file).string()));
+        proposeLabels(shown);
+        EXPECT_EQ(shown.view.labels, row.labels) << row.file;
+        EXPECT_NE(shown.notice.sentence().empty(), row.labels) << row.file;
+    }
 }

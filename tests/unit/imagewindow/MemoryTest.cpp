@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 using namespace viewer;
@@ -42,6 +43,9 @@ protected:
         shown.view.zoom = 2.0 / 3;
         shown.view.originX = 7.25;
         shown.scaleBar = false;
+        shown.view.grey = shown.view.labels = true;
+        shown.renderer.setGamma(0, 0.45F);
+        shown.renderer.setGamma(2, 2.5F);
         Memory memory = memoryOf(shown);
         memory.place = base::Rectangle{-20, 30, 640, 480};
         return memory;
@@ -66,6 +70,9 @@ TEST_F(MemoryTest, ComesBackForTheSameFileUntilItIsForgotten)
     EXPECT_EQ(memoryOf(shown).view, memory.view);
     EXPECT_EQ(shown.renderer.limitsByHand(1), (ContrastLimits{0.1F, 1234.5F}));
     EXPECT_FALSE(shown.renderer.limitsByHand(0));
+    EXPECT_TRUE(shown.view.grey && shown.view.labels);
+    for (const auto& [wavelength, gamma] : {std::pair(0, 0.45F), std::pair(1, 1.0F), std::pair(2, 2.5F)})
+        EXPECT_EQ(shown.renderer.gamma(wavelength), gamma) << wavelength;
     Actions(shown).resetView();
     EXPECT_FALSE(loadMemory(image));
     EXPECT_FALSE(shown.renderer.limitsByHand(1));
@@ -99,10 +106,28 @@ TEST_F(MemoryTest, OptionsGoBeforeIt)
 
 TEST_F(MemoryTest, WhatDoesNotFitIsLeftOut)
 {
-    for (const char* text : {"section 99 -5 7", "wavelengths 7 -1", "wavelengths", "colors 99 -1 7",
-                             "limits 9 0 1", "limits -1 0 1", "limits 0 5 1", "limits 0 nan inf",
-                             "panels 7 0 0", "panels -1 99 99", "zoom 0 1e300 0 0", "zoom 0 -1 0 0",
-                             "zoom 0 1 nan 0", "zoom", "nonsense 1", "\n\n", "scaleBar x"}) {
+    for (const char* text : {"section 99 -5 7",
+                             "wavelengths 7 -1",
+                             "wavelengths",
+                             "colors 99 -1 7",
+                             "limits 9 0 1",
+                             "limits -1 0 1",
+                             "limits 0 5 1",
+                             "limits 0 nan inf",
+                             "panels 7 0 0",
+                             "panels -1 99 99",
+                             "zoom 0 1e300 0 0",
+                             "zoom 0 -1 0 0",
+                             "zoom 0 1 nan 0",
+                             "zoom",
+                             "nonsense 1",
+                             "\n\n",
+                             "scaleBar x",
+                             "gamma 9 1",
+                             "gamma 0 nan",
+                             "gamma 0",
+                             "grey",
+                             "labels"}) {
         Shown shown(openImage(image.string()));
         recall({text, std::nullopt}, shown);
         const View& view = shown.view;
@@ -111,6 +136,7 @@ TEST_F(MemoryTest, WhatDoesNotFitIsLeftOut)
         EXPECT_TRUE(view.zoom >= minZoom && view.zoom <= maxZoom) << text;
         EXPECT_EQ(view.style, protocol::SinglePanel) << text;
         EXPECT_FALSE(shown.renderer.limitsByHand(0)) << text;
+        EXPECT_EQ(shown.renderer.gamma(0), 1) << text;
         shown.area = {300, 300};
         shown.arrangeNow();
     }

@@ -19,6 +19,9 @@ TEST(Readout, PixelAndValues)
     EXPECT_EQ(pixelItems("z 3", 1, 2, {{"DAPI", std::nullopt}}), (Items{"z 3", "x 1  y 2", "DAPI -"}));
     EXPECT_EQ(pixelItems("", 0, 0, {{"a", 16777215.0F}, {"b", -3.0F}}),
               (Items{"x 0  y 0", "a 1.677722e+07", "b -3"}));
+    EXPECT_EQ(
+        pixelItems("", 0, 0, {{"", 16777215.0F, true}, {"nuclei", 3.0F, true}, {"", std::nullopt, true}}),
+        (Items{"x 0  y 0", "label 16777215", "nuclei label 3", "label -"}));
     EXPECT_EQ(pixelItems("", 0, 0, {{std::string(270000, 'n'), 65535.0F}}).back(),
               "nnnnnnnnnnnnnnnnnnnnn... 65535");
 }

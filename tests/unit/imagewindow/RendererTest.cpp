@@ -2,6 +2,7 @@
 #include "platform/imagewindow/render/Renderer.h"
 
 #include "platform/imagewindow/render/Enlarged.h"
+#include "platform/imagewindow/render/LabelColors.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>
@@ -102,6 +103,52 @@ TEST(Renderer, ASampleFollowsTheSectionAndIsReadOnce)
     scene.view.z = 1;
     scene.render({16, 16});
     EXPECT_EQ(scene.renderer.sample(0)->values.at(0), 1);
+}
+
+// Each pixel of the canvas is the label of a pixel that it covers, at all zooms and from the image itself.
+TEST(Renderer, LabelsAreNeverMixed)
+{
+    const auto labelAt = [](int x, int y) { return 1 + (x / 3 + 5 * (y / 3)) % 40; };
+    for (const double zoom : {0.2, 1.0 / 3, 0.5, 2.0 / 3, 1.0, 1.5, 4.0}) {
+        Scene scene(90, 60);
+        scene.file.levels = 3;
+        scene.file.value = [&](const auto&, int x, int y) { return static_cast<float>(labelAt(x, y)); };
+        scene.view.labels = true;
+        scene.view.zoom = zoom;
+        scene.view.originX = 7;
+        scene.render({40, 30});
+        for (int y = 0; y < scene.canvas.height; ++y)
+            for (int x = 0; x < scene.canvas.width; ++x) {
+                const auto data = protocol::dataFromWindow(scene.geometry, x, y);
+                const double reach = zoom < 1 ? 0.5 / zoom : 0;
+                const auto pixel = [&](double at, int side) {
+                    return std::min(static_cast<int>(at + reach), side - 1);
+                };
+                const base::Rgb color = labelColor(labelAt(pixel(data->x, 90), pixel(data->y, 60)));
+                ASSERT_EQ(scene.at(x, y),
+                          static_cast<std::uint32_t>(color.red << 16 | color.green << 8 | color.blue))
+                    << zoom << ": " << x << ", " << y;
+            }
+    }
+}
+
+TEST(Renderer, LabelsComeAndGoWithTheView)
+{
+    Scene scene(8, 8, 2);
+    scene.file.value = [](const auto& section, int, int) { return section.w == 0 ? 7.0F : 0.0F; };
+    scene.view.colors = {0, 0};
+    scene.render({8, 8});
+    EXPECT_EQ(scene.at(2, 2), grey(7));
+    scene.view.labels = true; // of a composite they mean nothing
+    scene.render({8, 8});
+    EXPECT_EQ(scene.at(2, 2), grey(7));
+    scene.view.displayed = {true, false};
+    scene.render({8, 8});
+    EXPECT_NE(scene.at(2, 2), grey(7));
+    EXPECT_EQ(scene.renderer.valueAt(0, 0, 2, 2), 7.0F);
+    scene.view.labels = false;
+    scene.render({8, 8});
+    EXPECT_EQ(scene.at(2, 2), grey(7));
 }
 
 TEST(Renderer, ZoomedOutPixelsAreMeans)

@@ -37,6 +37,34 @@ TEST(View, ShowsAtMostFiveWavelengthsAndAtLeastOne)
     EXPECT_FALSE(showWavelength(view, 6, false));
 }
 
+TEST(View, LabelImagesAreKnownByAWordOfTheirNames)
+{
+    const struct {
+        const char *file, *wavelength;
+        bool labels;
+        image::PixelType type = image::PixelType::UInt16;
+        int wavelengths = 1;
+    } rows[] = {
+        {"cells_labels.tif", "", true},
+        {"Label image 3.tif", "", true},
+        {"img_cp_masks.png", "", true},
+        {"a.ome.tif", "Segmentation", true},
+        {"cells.tif", "", false},
+        {"labelled cells.tif", "", false},
+        {"unlabeled.tif", "GFP", false},
+        {"segment.tif", "masked", false},
+        {"labels.tif", "", false, image::PixelType::Float32},
+        {"labels.tif", "", false, image::PixelType::UInt8, 3},
+    };
+    for (const auto& row : rows) {
+        image::ImageInfo info = imageOf(10, 10, 1, row.wavelengths);
+        info.path = std::string("/data/labels/") + row.file; // the folder says nothing
+        info.wavelengths[0].name = row.wavelength;
+        info.pixelType = row.type;
+        EXPECT_EQ(saysLabels(info), row.labels) << row.file << ' ' << row.wavelength;
+    }
+}
+
 TEST(View, CanvasNeverExceedsTheImage)
 {
     const struct {

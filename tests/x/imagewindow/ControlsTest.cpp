@@ -117,6 +117,55 @@ TEST(Controls, TheScaleBarIsShownAndHidden)
     }
 }
 
+TEST(Controls, TheScaleBarTakesTheLengthThatIsTyped)
+{
+    Viewer viewer({"--zoom", "8", stackImage()});
+    const auto barWidth = [&] {
+        const drive::Picture picture = viewer.screen.capture(viewer.canvas);
+        int width = 0;
+        for (int x = 0; x < picture.width; ++x)
+            width += picture.at(x, picture.height - 14) == white;
+        return width;
+    };
+    viewer.focus();
+    viewer.screen.keyDown(XK_Alt_L);
+    viewer.screen.key(XK_v);
+    viewer.screen.keyUp(XK_Alt_L);
+    ASSERT_NE(waitForUsableMenu(viewer), Window{None});
+    viewer.screen.key(XK_y);
+    const Window dialogue = viewer.screen.findTitle("Scale bar of image window");
+    ASSERT_TRUE(support::waitForFocus(viewer.screen, dialogue));
+    drive::waitUntilCalm(viewer.screen);
+    const auto type = [&](const char* length) {
+        viewer.screen.replaceText(length);
+        viewer.screen.key(XK_Return);
+        drive::waitUntilCalm(viewer.screen);
+        return barWidth();
+    };
+    const int one = type("1"), two = type("2000 nm");
+    EXPECT_GT(one, 20);
+    EXPECT_NEAR(two, 2 * one, 1);
+    EXPECT_EQ(type("nonsense"), two);
+    type(""); // automatic for the tests that follow
+    viewer.screen.key(XK_Escape);
+    EXPECT_TRUE(drive::waitUntil([&] { return !viewer.screen.viewable(dialogue); }));
+}
+
+TEST(Controls, LabelsHaveColoursOfTheirOwn)
+{
+    Viewer viewer({"--wavelengths", "1", "--colors", "white", "--zoom", "8", stackImage()});
+    const auto isGrey = [&] {
+        const drive::Pixel pixel = viewer.pixelAt(200, 200);
+        return pixel.red == pixel.green && pixel.green == pixel.blue;
+    };
+    EXPECT_TRUE(isGrey());
+    for (const bool grey : {false, true}) {
+        viewer.focus();
+        viewer.screen.key(XK_l);
+        EXPECT_TRUE(drive::waitUntil([&] { return isGrey() == grey; })) << grey;
+    }
+}
+
 TEST(Controls, TheScaleBarFollowsTheResolution)
 {
     drive::Screen screen;
