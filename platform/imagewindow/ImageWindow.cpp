@@ -6,6 +6,8 @@
 #include "platform/imagewindow/view/Readout.h"
 #include "widgets/Scale.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <string>
@@ -40,6 +42,7 @@ ImageWindow::ImageWindow(Application& application, ImageSource opened, const Opt
             "A scale was set for an earlier version of this file: View, Set scale... to use it again.");
     shown.parts = loadParts();
     shown.barStyle = loadBarStyle();
+    shown.play = loadPlay();
     for (const std::string& remark : shown.info().remarks)
         shown.log.add(remark, std::time(nullptr));
     const std::optional<Memory> memory = rememberedOf(shown);
@@ -53,7 +56,7 @@ ImageWindow::ImageWindow(Application& application, ImageSource opened, const Opt
 ImageWindow::~ImageWindow()
 {
     remember();
-    for (XtIntervalId timer : {rangesTimer, fileTimer})
+    for (XtIntervalId timer : {rangesTimer, fileTimer, playTimer})
         if (timer)
             XtRemoveTimeOut(timer);
 }
@@ -126,6 +129,25 @@ void ImageWindow::update()
         publish();
     if (canvasSeen && !std::exchange(announced, true))
         announce();
+    if (shown.playback.running() && !playTimer)
+        awaitStep();
+}
+
+// After a picture, so that events that wait have their turn before the next one.
+void ImageWindow::awaitStep()
+{
+    const auto due = [](XtPointer window, XtIntervalId*) { static_cast<ImageWindow*>(window)->step(); };
+    const auto wait =
+        std::chrono::ceil<std::chrono::milliseconds>(shown.playback.due() - Playback::Clock::now());
+    playTimer =
+        XtAppAddTimeOut(context, static_cast<unsigned long>(std::max<long>(0, wait.count())), due, this);
+}
+
+void ImageWindow::step()
+{
+    playTimer = 0;
+    if (shown.playback.running())
+        actions.playOn(Playback::Clock::now());
 }
 
 void ImageWindow::drawStale()

@@ -70,6 +70,8 @@ private:
     void announce();
     void pollRanges();
     void pollFile();
+    void awaitStep();
+    void step();
     void remember();
     Memory memoryNow() const;
     void takeFile(const image::SectionIndex& newestBefore);
@@ -84,7 +86,7 @@ private:
     Picture picture;
     protocol::DisplayRecord record;     // as published
     std::optional<CanvasPlace> pointer; // nothing: not on the canvas
-    XtIntervalId rangesTimer = 0, fileTimer = 0;
+    XtIntervalId rangesTimer = 0, fileTimer = 0, playTimer = 0;
     LinkState settled;
     std::optional<Memory> firstSeen; // nothing: not yet
     bool closeAsked = false, canvasSeen = false, announced = false;

@@ -25,6 +25,12 @@ bool canStepTime(const Desk& d, int step)
     return wanted >= 0 && wanted <= lastSection(d.shown.info(), d.shown.view).t;
 }
 
+bool canPlay(const Desk& d)
+{
+    const PlayAxis axis = playedAxis(d.shown.info(), d.shown.view, d.shown.play.axis);
+    return lastAlong(d.shown.info(), d.shown.view, axis) > 0;
+}
+
 bool canZoom(const Desk& d, int step)
 {
     return steppedZoom(d.shown.view.zoom, step) != d.shown.view.zoom;
@@ -159,27 +165,6 @@ const Command table[] = {
      .enabled = [](const Desk& d) { return needsScale(d.shown.info()); },
      .action = [](Desk& d) { d.dialogues.askScale(); }},
 
-    {.name = "nextSection", .menu = Menu::View, .label = "Next section", .mnemonic = 'N',
-     .tip = "Show the next z section",
-     .accelerator = "<Key>osfPageDown", .keys = "Page Down", .newGroup = true,
-     .enabled = [](const Desk& d) { return canStepZ(d, 1); },
-     .action = [](Desk& d) { d.actions.stepZ(1); }},
-    {.name = "previousSection", .menu = Menu::View, .label = "Previous section", .mnemonic = 'P',
-     .tip = "Show the previous z section",
-     .accelerator = "<Key>osfPageUp", .keys = "Page Up",
-     .enabled = [](const Desk& d) { return canStepZ(d, -1); },
-     .action = [](Desk& d) { d.actions.stepZ(-1); }},
-    {.name = "nextTimePoint", .menu = Menu::View, .label = "Next time point", .mnemonic = 'x',
-     .tip = "Show the next time point",
-     .accelerator = "Ctrl<Key>osfPageDown", .keys = "Ctrl+Page Down",
-     .enabled = [](const Desk& d) { return canStepTime(d, 1); },
-     .action = [](Desk& d) { d.actions.stepTime(1); }},
-    {.name = "previousTimePoint", .menu = Menu::View, .label = "Previous time point", .mnemonic = 'v',
-     .tip = "Show the previous time point",
-     .accelerator = "Ctrl<Key>osfPageUp", .keys = "Ctrl+Page Up",
-     .enabled = [](const Desk& d) { return canStepTime(d, -1); },
-     .action = [](Desk& d) { d.actions.stepTime(-1); }},
-
     {.name = "contrast", .menu = Menu::View, .label = "Contrast and colours...", .mnemonic = 'C',
      .tip = "Show the wavelengths with their histograms: contrast, gamma and colour by hand",
      .accelerator = "<Key>c", .keys = "C", .newGroup = true, .inPopup = true,
@@ -199,6 +184,38 @@ const Command table[] = {
      .tip = "Show the image as if for the first time, and forget how it was seen",
      .newGroup = true,
      .action = [](Desk& d) { d.actions.resetView(); }},
+
+    {.name = "play", .menu = Menu::Stack, .label = "Play", .mnemonic = 'P',
+     .tip = "Show one section or time point after the other, until a step by hand",
+     .accelerator = "<Key>p", .keys = "P", .icon = "play", .newGroup = true, .kind = EntryKind::Switch,
+     .enabled = canPlay,
+     .on = [](const Desk& d) { return d.shown.playback.running(); },
+     .action = [](Desk& d) { d.actions.togglePlay(); }},
+    {.name = "playing", .menu = Menu::Stack, .label = "What to play...", .mnemonic = 'W',
+     .tip = "Choose what is played, how fast, and what happens at the end",
+     .enabled = canPlay,
+     .action = [](Desk& d) { d.dialogues.askWhatToPlay(); }},
+
+    {.name = "nextSection", .menu = Menu::Stack, .label = "Next section", .mnemonic = 'N',
+     .tip = "Show the next z section",
+     .accelerator = "<Key>osfPageDown", .keys = "Page Down", .newGroup = true,
+     .enabled = [](const Desk& d) { return canStepZ(d, 1); },
+     .action = [](Desk& d) { d.actions.stepZ(1); }},
+    {.name = "previousSection", .menu = Menu::Stack, .label = "Previous section", .mnemonic = 'r',
+     .tip = "Show the previous z section",
+     .accelerator = "<Key>osfPageUp", .keys = "Page Up",
+     .enabled = [](const Desk& d) { return canStepZ(d, -1); },
+     .action = [](Desk& d) { d.actions.stepZ(-1); }},
+    {.name = "nextTimePoint", .menu = Menu::Stack, .label = "Next time point", .mnemonic = 'x',
+     .tip = "Show the next time point",
+     .accelerator = "Ctrl<Key>osfPageDown", .keys = "Ctrl+Page Down",
+     .enabled = [](const Desk& d) { return canStepTime(d, 1); },
+     .action = [](Desk& d) { d.actions.stepTime(1); }},
+    {.name = "previousTimePoint", .menu = Menu::Stack, .label = "Previous time point", .mnemonic = 'v',
+     .tip = "Show the previous time point",
+     .accelerator = "Ctrl<Key>osfPageUp", .keys = "Ctrl+Page Up",
+     .enabled = [](const Desk& d) { return canStepTime(d, -1); },
+     .action = [](Desk& d) { d.actions.stepTime(-1); }},
 
     {.name = "lineProfile", .menu = Menu::Tools, .label = "Line profile", .mnemonic = 'L',
      .tip = "Start the line profile tool, or bring it to the front",
@@ -269,6 +286,8 @@ const char* titleOf(Menu menu)
         return "File";
     case Menu::View:
         return "View";
+    case Menu::Stack:
+        return "Stack";
     case Menu::Tools:
         return "Tools";
     case Menu::Window:

@@ -13,7 +13,7 @@ namespace viewer {
 
 struct Desk;
 
-enum class Menu { File, View, Tools, Window, Help };
+enum class Menu { File, View, Stack, Tools, Window, Help };
 
 // What the entry in the menu looks like. A list is a menu of its own, made anew each time it opens.
 enum class EntryKind { Push, OneOfSeveral, Switch, List };

@@ -32,6 +32,13 @@ void Dialogues::askBarStyle()
     bar->show();
 }
 
+void Dialogues::askWhatToPlay()
+{
+    if (!play)
+        play = std::make_unique<PlayDialogue>(desk.shell, desk);
+    play->show();
+}
+
 void Dialogues::showHelp()
 {
     showHelpPage(desk.shell);

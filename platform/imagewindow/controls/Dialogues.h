@@ -2,6 +2,7 @@
 // The dialogues of one window, each made when it is first asked for. Goes before the window's widgets do.
 #pragma once
 
+#include "platform/imagewindow/controls/PlayDialogue.h"
 #include "platform/imagewindow/controls/SaveDialogue.h"
 #include "platform/imagewindow/controls/ScaleBarDialogue.h"
 #include "platform/imagewindow/controls/ScaleDialogue.h"
@@ -19,6 +20,8 @@ public:
     // Asks for the scale of an image whose file does not tell it.
     void askScale();
     void askBarStyle();
+    // Asks what is played, and how fast.
+    void askWhatToPlay();
     void showHelp();
     void showAbout();
     // Asks where to save something; see SaveDialogue.
@@ -31,6 +34,7 @@ private:
     Desk& desk;
     std::unique_ptr<ScaleDialogue> scale;
     std::unique_ptr<ScaleBarDialogue> bar;
+    std::unique_ptr<PlayDialogue> play;
     std::unique_ptr<SaveDialogue> saving;
 };
 

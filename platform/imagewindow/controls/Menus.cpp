@@ -194,7 +194,7 @@ void stepWithArrows(Widget menu)
 void makeMenuBar(Menus& menus, Widget parent, Desk& desk)
 {
     menus.bar = XmCreateMenuBar(parent, const_cast<char*>("menuBar"), nullptr, 0);
-    for (const Menu menu : {Menu::File, Menu::View, Menu::Tools, Menu::Window, Menu::Help}) {
+    for (const Menu menu : {Menu::File, Menu::View, Menu::Stack, Menu::Tools, Menu::Window, Menu::Help}) {
         Widget made = addMenu(menus, menu, desk);
         if (menu == Menu::Tools)
             XtAddCallback(made, XmNmapCallback, listTools, &desk);

@@ -11,10 +11,48 @@ namespace viewer {
 
 void Actions::showSection(int z, int t, int p)
 {
+    shown.playback.stop();
     shown.view.z = z;
     shown.view.t = t;
     shown.view.p = p;
     clampSection(shown.info(), shown.view);
+    shown.changed();
+}
+
+void Actions::togglePlay()
+{
+    if (shown.playback.running())
+        shown.playback.stop();
+    else
+        startPlaying();
+    shown.changed();
+}
+
+void Actions::startPlaying()
+{
+    const PlayAxis axis = playedAxis(shown.info(), shown.view, shown.play.axis);
+    if (lastAlong(shown.info(), shown.view, axis) > 0)
+        shown.playback.start(shown.play, indexAlong(shown.view, axis), Playback::Clock::now());
+}
+
+void Actions::setPlay(const PlaySettings& play)
+{
+    shown.play = play;
+    shown.changed();
+    if (shown.playback.running())
+        startPlaying();
+    if (const std::string problem = keepPlay(play); !problem.empty())
+        shown.tell(problem);
+}
+
+void Actions::playOn(Playback::Clock::time_point now)
+{
+    const PlayAxis axis = playedAxis(shown.info(), shown.view, shown.play.axis);
+    const int last = lastAlong(shown.info(), shown.view, axis);
+    if (last == 0)
+        shown.playback.stop();
+    else
+        indexAlong(shown.view, axis) = shown.playback.indexAt(now, last);
     shown.changed();
 }
 
@@ -29,6 +67,7 @@ void Actions::setWavelengthShown(int wavelength, bool on)
 void Actions::setPanels(int style)
 {
     View& view = shown.view;
+    shown.playback.stop();
     leavePanels();
     shown.singlePlace = {view.z, view.t};
     view.style = style;
@@ -194,6 +233,8 @@ void Actions::resetView()
 {
     View& view = shown.view;
     view = initialView(shown.info());
+    shown.playback.stop();
+    shown.play = loadPlay();
     for (int w = 0; w < shown.info().sizeW; ++w)
         shown.renderer.setGamma(w, 1);
     shown.linkedContrast = false;

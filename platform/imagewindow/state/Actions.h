@@ -23,6 +23,12 @@ public:
     void showSection(int z, int t, int p);
     void stepZ(int steps) { showSection(shown.view.z + steps, shown.view.t, shown.view.p); }
     void stepTime(int steps) { showSection(shown.view.z, shown.view.t + steps, shown.view.p); }
+    // Playing ends with the next step by hand.
+    void togglePlay();
+    // For this window and those to come; playing goes on with it.
+    void setPlay(const PlaySettings& play);
+    // Shows what is due.
+    void playOn(Playback::Clock::time_point now);
     void setWavelengthShown(int wavelength, bool on);
     // style: of protocol::Geometry.
     void setPanels(int style);
@@ -80,6 +86,7 @@ public:
 
 private:
     void leavePanels();
+    void startPlaying();
     void rescaled(bool toolsRun);
     void setParts(const WindowParts& parts);
 

@@ -21,6 +21,8 @@ void follow(Shown& shown, const LinkChange& change)
 {
     View& view = shown.view;
     const auto& [before, now] = change;
+    if (now.z != before.z || now.t != before.t)
+        shown.playback.stop();
     if (now.z != before.z)
         view.z = now.z;
     if (now.t != before.t)

@@ -112,6 +112,14 @@ bool recallScaleBar(std::istream& values, Shown& shown)
     return true;
 }
 
+bool recallPlay(std::istream& values, Shown& shown)
+{
+    std::string text;
+    std::getline(values, text);
+    shown.play = playOf(text);
+    return true;
+}
+
 constexpr const char *zoomName = "zoom", *windowName = "window";
 
 constexpr struct {
@@ -123,6 +131,7 @@ constexpr struct {
     {"panels", recallPanels},     {zoomName, recallZoom},
     {"scaleBar", recallScaleBar}, {"gamma", recallGamma},
     {"grey", recallGrey},         {"labels", recallLabels},
+    {"play", recallPlay},
 };
 
 std::optional<base::Rectangle> placeOf(std::istream& values)
@@ -160,7 +169,7 @@ Memory memoryOf(const Shown& shown)
     text << '\n'
          << zoomName << ' ' << view.fit << ' ' << (view.fit ? 1 : view.zoom) << ' '
          << (view.fit ? 0 : view.originX) << ' ' << (view.fit ? 0 : view.originY);
-    text << "\nscaleBar " << shown.scaleBar;
+    text << "\nscaleBar " << shown.scaleBar << "\nplay " << playText(shown.play);
     return {text.str(), std::nullopt};
 }
 

@@ -5,11 +5,13 @@
 
 #include "platform/imagewindow/files/BarStyle.h"
 #include "platform/imagewindow/files/ImageLife.h"
+#include "platform/imagewindow/files/PlaySettings.h"
 #include "platform/imagewindow/files/WindowParts.h"
 #include "platform/imagewindow/render/Look.h"
 #include "platform/imagewindow/render/Renderer.h"
 #include "platform/imagewindow/state/Stale.h"
 #include "platform/imagewindow/view/MessageLog.h"
+#include "platform/imagewindow/view/Playback.h"
 #include "platform/imagewindow/view/Status.h"
 #include "platform/imagewindow/view/View.h"
 
@@ -42,6 +44,8 @@ struct Shown {
     BarStyle barStyle;
     bool linked = false;         // section and place follow those of other linked windows
     bool linkedContrast = false; // the limits of one wavelength are those of all
+    PlaySettings play;
+    Playback playback;
     WindowParts parts;
     int windowNumber = 0; // 0: none was free, tools cannot attach
     std::string problem;  // why a section is not shown, empty when all is well

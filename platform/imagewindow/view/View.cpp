@@ -175,6 +175,23 @@ View lastSection(const image::ImageInfo& info, View view)
     return view;
 }
 
+int lastAlong(const image::ImageInfo& info, const View& view, PlayAxis axis)
+{
+    View last = lastSection(info, view);
+    return indexAlong(last, axis);
+}
+
+int& indexAlong(View& view, PlayAxis axis)
+{
+    return axis == PlayAxis::Z ? view.z : view.t;
+}
+
+PlayAxis playedAxis(const image::ImageInfo& info, const View& view, PlayAxis wanted)
+{
+    const PlayAxis other = wanted == PlayAxis::Z ? PlayAxis::Time : PlayAxis::Z;
+    return lastAlong(info, view, wanted) == 0 && lastAlong(info, view, other) > 0 ? other : wanted;
+}
+
 void followNewest(View& view, const image::SectionIndex& before, const image::SectionIndex& now)
 {
     if (view.style != protocol::SinglePanel || view.z != before.z || view.t != before.t)

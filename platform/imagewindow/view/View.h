@@ -6,6 +6,7 @@
 #pragma once
 
 #include "platform/image/ImageFile.h"
+#include "platform/imagewindow/files/PlaySettings.h"
 #include "platform/protocol/Geometry.h"
 
 #include <string>
@@ -66,6 +67,12 @@ std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View
 
 // The view with the last section, time point and position that its first panel can show.
 View lastSection(const image::ImageInfo& info, View view);
+
+// Which of the two is played, the other one where an image or its panels have no run of it.
+PlayAxis playedAxis(const image::ImageInfo& info, const View& view, PlayAxis wanted);
+// The last index of the first panel along the axis; 0: there is nothing to play.
+int lastAlong(const image::ImageInfo& info, const View& view, PlayAxis axis);
+int& indexAlong(View& view, PlayAxis axis);
 
 // A view of the section that was the newest goes along to the one that is now; panels stay.
 void followNewest(View& view, const image::SectionIndex& before, const image::SectionIndex& now);

@@ -145,6 +145,58 @@ TEST(Actions, WhatIsRefusedIsSaidUntilTheNextAction)
     EXPECT_FALSE(shown.scaleBar);
 }
 
+TEST(Actions, PlayingEndsWithAStepByHand)
+{
+    struct {
+        const char* name;
+        void (*act)(Shown&, Actions&);
+        bool goesOn;
+    } const rows[] = {
+        {"Step", [](Shown&, Actions& a) { a.stepZ(1); }, false},
+        {"Panels", [](Shown&, Actions& a) { a.setPanels(protocol::ZPanels); }, false},
+        {"Reset", [](Shown&, Actions& a) { a.resetView(); }, false},
+        {"Toggle", [](Shown&, Actions& a) { a.togglePlay(); }, false},
+        {"Due", [](Shown& s, Actions& a) { a.playOn(s.playback.due()); }, true},
+        {"Zoom", [](Shown&, Actions& a) { a.zoomSteps(1); }, true},
+        {"Contrast", [](Shown&, Actions& a) { a.setAutomaticContrast(); }, true},
+        {"Rate",
+         [](Shown&, Actions& a) {
+             a.setPlay({PlayAxis::Z, PlayEnd::Bounce, 25});
+         },
+         true},
+    };
+    const TempFolder folder;
+    Shown shown(stackOf(folder, 5));
+    Actions actions(shown);
+    shown.area = {400, 300};
+    shown.arrangeNow();
+    for (const auto& row : rows) {
+        actions.setPanels(protocol::SinglePanel);
+        actions.togglePlay();
+        ASSERT_TRUE(shown.playback.running()) << row.name;
+        row.act(shown, actions);
+        EXPECT_EQ(shown.playback.running(), row.goesOn) << row.name;
+    }
+    EXPECT_EQ(loadPlay(), (PlaySettings{PlayAxis::Z, PlayEnd::Bounce, 25}));
+}
+
+TEST(Actions, WhatIsPlayedIsWhatThereIs)
+{
+    const TempFolder folder;
+    Shown stack(stackOf(folder, 5)); // over z
+    Actions actions(stack);
+    actions.setPlay({PlayAxis::Time, PlayEnd::Loop, 10});
+    actions.showSection(3, 0, 0);
+    actions.togglePlay();
+    actions.playOn(stack.playback.due());
+    EXPECT_EQ(stack.view.z, 4);
+    actions.playOn(stack.playback.due());
+    EXPECT_EQ(stack.view.z, 0);
+    Shown single(stackOf(folder, 1));
+    Actions(single).togglePlay();
+    EXPECT_FALSE(single.playback.running());
+}
+
 TEST(Actions, ALookIsReadAsItWasSet)
 {
     const TempFolder folder;

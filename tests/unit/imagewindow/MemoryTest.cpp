@@ -46,6 +46,7 @@ protected:
         shown.view.grey = shown.view.labels = true;
         shown.renderer.setGamma(0, 0.45F);
         shown.renderer.setGamma(2, 2.5F);
+        shown.play = {PlayAxis::Time, PlayEnd::Bounce, 12.5};
         Memory memory = memoryOf(shown);
         memory.place = base::Rectangle{-20, 30, 640, 480};
         return memory;

@@ -12,10 +12,10 @@ using namespace viewertest;
 
 namespace {
 
-// By its letter in the View menu: the menu stays up for an entry that cannot be chosen.
+// By its letter in the Stack menu: the menu stays up for an entry that cannot be chosen.
 bool canChoose(Viewer& viewer, KeySym letter)
 {
-    viewer.screen.click(viewer.screen.findTitle("Image window"), 85, 14);
+    viewer.screen.click(viewer.screen.findTitle("Image window"), 105, 14);
     const Window menu = viewer.waitForMenu();
     drive::waitUntilCalm(viewer.screen);
     viewer.screen.key(letter);

@@ -21,7 +21,7 @@ enum Button { Open, Save, Copy, ZoomIn, ZoomOut, OneToOne, Fit, SinglePanel, ZPa
 // The controls right under the menu bar.
 std::vector<Window> rowUnderMenus(Viewer& viewer)
 {
-    constexpr std::size_t menuCount = 5;
+    constexpr std::size_t menuCount = 6;
     std::vector<Window> leaves =
         viewer.screen.leaves(viewer.screen.findTitle("Image window " + std::to_string(viewer.number)));
     leaves.erase(leaves.begin(), leaves.begin() + menuCount);
@@ -32,7 +32,7 @@ std::vector<Window> rowUnderMenus(Viewer& viewer)
 
 void chooseToolBar(Viewer& viewer)
 {
-    viewer.screen.clickCentre(viewer.screen.leaves(viewer.screen.findTitle("Image window")).at(3)); // Window
+    viewer.screen.clickCentre(viewer.screen.leaves(viewer.screen.findTitle("Image window")).at(4)); // Window
     ASSERT_NE(viewer.waitForMenu(), Window{None});
     drive::waitUntilCalm(viewer.screen);
     viewer.screen.key(XK_r);

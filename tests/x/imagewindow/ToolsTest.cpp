@@ -15,7 +15,7 @@ TEST(Tools, AListedToolIsAskedToEnd)
     const Window shell = XCreateSimpleWindow(display, viewer.screen.root(), 0, 0, 1, 1, 0, 0, 0);
     protocol::announceTool(display, viewer.canvas, shell, "Arbitrary Profile");
     XSync(display, False);
-    viewer.screen.click(viewer.screen.findTitle("Image window"), 105, 14); // Tools in the menu bar
+    viewer.screen.click(viewer.screen.findTitle("Image window"), 155, 14); // Tools in the menu bar
     const Window menu = viewer.waitForMenu();
     ASSERT_NE(menu, Window{None});
     // The last entry: its middle is half an entry above the menu's end.

@@ -6,6 +6,7 @@
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/render/Contrast.h"
 #include "platform/imagewindow/view/Readout.h"
+#include "platform/imagewindow/view/TypedNumber.h"
 #include "platform/text/Utf8.h"
 #include "widgets/KvComboBox.h"
 #include "widgets/KvPushButton.h"
@@ -20,7 +21,6 @@
 #include <Xm/ToggleB.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <optional>
@@ -53,19 +53,6 @@ void put(Widget widget, int x, int y, int width, int height)
     XtConfigureWidget(widget, static_cast<Position>(x), static_cast<Position>(y),
                       static_cast<Dimension>(std::max(1, width)), static_cast<Dimension>(std::max(1, height)),
                       0);
-}
-
-// With a point or a comma.
-std::optional<float> numberOf(std::string text)
-{
-    std::replace(text.begin(), text.end(), ',', '.');
-    const auto first = text.find_first_not_of(" +"), last = text.find_last_not_of(' ');
-    if (first == std::string::npos)
-        return std::nullopt;
-    float value = 0;
-    const char* const end = text.data() + last + 1;
-    const auto [stop, error] = std::from_chars(text.data() + first, end, value);
-    return error == std::errc() && stop == end && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
 std::string colorItems()
@@ -347,7 +334,7 @@ void ChannelCard::typed(Field& field)
     if (text == field.shown || wavelength < 0)
         return;
     field.shown = text;
-    if (const std::optional<float> value = numberOf(text))
+    if (const std::optional<float> value = typedNumber(text))
         takeNumber(field, *value);
     else
         desk.actions.refuse("\"" + text::shortened(text, 20) + "\" is no number.");
