@@ -289,7 +289,9 @@ void Screen::drag(Window window, int x0, int y0, int x1, int y1, int steps, unsi
 
 void Screen::keyDown(KeySym key)
 {
-    XTestFakeKeyEvent(display, XKeysymToKeycode(display, key), True, CurrentTime);
+    // Motif takes a press with the time of the one before for that one come twice.
+    constexpr unsigned long milliseconds = 2;
+    XTestFakeKeyEvent(display, XKeysymToKeycode(display, key), True, milliseconds);
     XSync(display, False);
 }
 
