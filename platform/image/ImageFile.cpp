@@ -19,7 +19,10 @@ ImageError openError(const std::filesystem::path& path, const char* reason)
 std::unique_ptr<ImageFile> ImageFile::open(const std::filesystem::path& path)
 {
     try {
-        return openByFormat(path);
+        const base::FileStamp before = base::stampOf(path);
+        std::unique_ptr<ImageFile> file = openByFormat(path);
+        file->stamp = before;
+        return file;
     } catch (const std::bad_alloc&) {
         throw openError(path, "there is not enough memory");
     } catch (const std::exception& error) {

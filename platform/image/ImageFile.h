@@ -7,6 +7,8 @@
 // An ImageFile is owned by its opener; it may be used by several threads at once.
 #pragma once
 
+#include "platform/base/FileStamp.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -106,6 +108,9 @@ public:
     // has no finite value; min and max are then unspecified.
     virtual bool valueRange(const SectionIndex& section, const std::stop_token& stop, float& min, float& max);
 
+    // The opened file as it was just before; all zero for an image that open() has not made.
+    const base::FileStamp& openedStamp() const { return stamp; }
+
     // Every file that the image consists of and that is there, the opened one among them.
     virtual std::vector<std::filesystem::path> files() const { return {info().path}; }
 
@@ -114,6 +119,9 @@ public:
 
     // Why the last read of the calling thread failed: one sentence.
     virtual std::string lastError() const = 0;
+
+private:
+    base::FileStamp stamp;
 };
 
 // Limits the memory (bytes) that decoded blocks of all open images may take together; 128 MiB at the start.

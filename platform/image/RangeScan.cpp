@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/image/RangeScan.h"
 
+#include "platform/base/FileStamp.h"
 #include "platform/image/RangeStore.h"
 
 #include <algorithm>
@@ -76,7 +77,7 @@ std::optional<SectionIndex> RangeScan::State::takePreferred()
 
 void RangeScan::State::scan(const std::stop_token& stop)
 {
-    const std::string identity = rangeIdentity(image);
+    const std::string identity = rangeIdentity(image, image.openedStamp());
     if (auto stored = loadRanges(identity, ranges.size())) {
         const std::lock_guard lock(mutex);
         ranges = std::move(*stored);
@@ -93,8 +94,8 @@ void RangeScan::State::scan(const std::stop_token& stop)
         done[static_cast<std::size_t>(number)] = true;
         complete &= see(sectionAt(number), stop);
     }
-    const bool unchanged = !stop.stop_requested() && complete && rangeIdentity(image) == identity;
-    if (unchanged)
+    const bool unchanged = rangeIdentity(image, base::stampOf(image.info().path)) == identity;
+    if (!stop.stop_requested() && complete && unchanged)
         storeRanges(identity, ranges);
 }
 

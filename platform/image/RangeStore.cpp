@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/image/RangeStore.h"
 
-#include "platform/base/FileStamp.h"
 #include "platform/base/HashName.h"
 #include "platform/base/UserFolders.h"
 
@@ -26,12 +25,12 @@ constexpr char versionLine[] = "kelvora-ranges 1";
 
 } // namespace
 
-std::string rangeIdentity(const ImageFile& image)
+std::string rangeIdentity(const ImageFile& image, const base::FileStamp& opened)
 {
     std::ostringstream all;
     std::error_code error;
     for (const fs::path& path : image.files()) {
-        const base::FileStamp stamp = base::stampOf(path);
+        const base::FileStamp stamp = path == image.info().path ? opened : base::stampOf(path);
         all << fs::weakly_canonical(path, error).string() << '\t' << stamp.size << '\t' << stamp.modified
             << '\t';
     }

@@ -2,6 +2,7 @@
 // Ranges of wavelengths kept between runs, one small file per image in the user's cache directory.
 #pragma once
 
+#include "platform/base/FileStamp.h"
 #include "platform/image/RangeScan.h"
 
 #include <optional>
@@ -10,8 +11,9 @@
 
 namespace image {
 
-// Names the image's files as they are now: path, size and modification time of each.
-std::string rangeIdentity(const ImageFile& image);
+// Names the image's files by path, size and modification time: the opened one in the given state, the others
+// as they are now.
+std::string rangeIdentity(const ImageFile& image, const base::FileStamp& opened);
 
 // The ranges that were kept for this identity; nothing when there are none, or not `count` of them.
 std::optional<std::vector<ValueRange>> loadRanges(const std::string& identity, std::size_t count);

@@ -69,6 +69,18 @@ TEST_F(Ranges, CoverAllSectionsAndAreKeptUntilTheFileChanges)
     writeBytes(entry(), "kelvora-ranges 1\n3\n1 5 6\n1 5 7\n1 5 8\n");
     EXPECT_EQ(scanned(*image)[2].max, 8) << "not from the cache";
     fs::last_write_time(folder / "r.tif", fs::file_time_type::clock::now() + std::chrono::seconds(5));
+    image = ImageFile::open(folder / "r.tif");
+    expectTrueRanges();
+}
+
+// The one that is open still has what was read of the file before.
+TEST_F(Ranges, AScanOfWhatTheFileWasIsNotKeptForWhatItIs)
+{
+    writeTiff(folder / "next.tif", {.width = 41, .samples = 3, .pages = 4});
+    fs::rename(folder / "next.tif", folder / "r.tif");
+    scanned(*image);
+    EXPECT_FALSE(fs::exists(folder / "cache/kelvora/ranges"));
+    image = ImageFile::open(folder / "r.tif");
     expectTrueRanges();
 }
 

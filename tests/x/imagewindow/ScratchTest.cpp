@@ -87,6 +87,7 @@ TEST(Scratch, FollowsAGrowingFile)
     const auto ranged =
         viewer.waitForRecord([](const DisplayRecord& r) { return r.wavelengths.at(0).rangeMax == 90; });
     EXPECT_EQ(ranged.wavelengths.at(0).rangeMin, 10);
+    EXPECT_EQ(ranged.wavelengths.at(0).rangeMax, 90);
     EXPECT_EQ(viewer.process.errors(), "");
 }
 
