@@ -107,14 +107,15 @@ std::string Pair::savedCount()
     return screen.textIn(button(SavedCount));
 }
 
+// Below the menus and the tool bar.
 Window Pair::wavelengthToggle(int w)
 {
-    constexpr size_t menuCount = 4;
     std::vector<Window> leaves = screen.leaves(viewerWindow);
-    require(leaves.size() > menuCount, "the image window has no tool bar");
-    const int toolBar = screen.geometry(leaves[menuCount]).y;
-    std::erase_if(leaves, [&](Window leaf) { return screen.geometry(leaf).y == toolBar; });
-    const size_t toggle = menuCount + static_cast<size_t>(w);
+    for (int row = 0; row < 2 && !leaves.empty(); ++row) {
+        const int top = screen.geometry(leaves.front()).y;
+        std::erase_if(leaves, [&](Window leaf) { return screen.geometry(leaf).y == top; });
+    }
+    const auto toggle = static_cast<size_t>(w);
     require(leaves.size() > toggle, "the image window has no such toggle");
     return leaves[toggle];
 }

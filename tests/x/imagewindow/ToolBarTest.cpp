@@ -21,12 +21,11 @@ enum Button { Open, Save, Copy, ZoomIn, ZoomOut, OneToOne, Fit, SinglePanel, ZPa
 // The controls right under the menu bar.
 std::vector<Window> rowUnderMenus(Viewer& viewer)
 {
-    constexpr std::size_t menuCount = 6;
     std::vector<Window> leaves =
         viewer.screen.leaves(viewer.screen.findTitle("Image window " + std::to_string(viewer.number)));
-    leaves.erase(leaves.begin(), leaves.begin() + menuCount);
-    const int top = viewer.screen.geometry(leaves.front()).y;
-    std::erase_if(leaves, [&](Window leaf) { return viewer.screen.geometry(leaf).y != top; });
+    const auto top = [&](Window leaf) { return viewer.screen.geometry(leaf).y; };
+    std::erase_if(leaves, [&, menus = top(leaves.front())](Window leaf) { return top(leaf) == menus; });
+    std::erase_if(leaves, [&, bar = top(leaves.front())](Window leaf) { return top(leaf) != bar; });
     return leaves;
 }
 
