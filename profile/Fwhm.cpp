@@ -14,16 +14,9 @@ float sampleStep(float x0, float y0, float x1, float y1, float pixelSize, int32_
     return length * pixelSize / static_cast<float>(sampleCount);
 }
 
-namespace {
-
-struct Peak {
-    float lowest, highest;
-    int32_t index;
-};
-
-Peak findPeak(const float* samples, int32_t n)
+ProfilePeak findPeak(const float* samples, int32_t n)
 {
-    Peak peak = {FLT_MAX, -FLT_MAX, 0};
+    ProfilePeak peak = {FLT_MAX, -FLT_MAX, 0};
     for (int32_t i = 0; i < n; i++) {
         if (peak.lowest > samples[i]) {
             peak.lowest = samples[i];
@@ -34,6 +27,8 @@ Peak findPeak(const float* samples, int32_t n)
     }
     return peak;
 }
+
+namespace {
 
 // Where the straight line between the samples i and i + 1 has the value level.
 float crossing(const float* samples, int32_t i, float level, float step)
@@ -46,7 +41,7 @@ float crossing(const float* samples, int32_t i, float level, float step)
 
 float peakFwhm(const float* samples, int32_t n, float step)
 {
-    Peak peak = findPeak(samples, n);
+    ProfilePeak peak = findPeak(samples, n);
     float height = peak.highest - peak.lowest;
     float half = static_cast<float>(peak.lowest + height * 0.5);
     int32_t left = peak.index - 1;

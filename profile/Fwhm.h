@@ -11,10 +11,17 @@ constexpr int32_t fwhmMinSamples = 11;
 // pixels. It is the length divided by the number of samples, not of gaps, as everywhere in the profile.
 float sampleStep(float x0, float y0, float x1, float y1, float pixelSize, int32_t sampleCount);
 
+// The largest peak of a curve and the level from which its height counts. A sample that is a new minimum when
+// it is met from the left is never the peak; the first one always is.
+struct ProfilePeak {
+    float lowest, highest;
+    int32_t index; // of the highest sample; 0 when there is none
+};
+ProfilePeak findPeak(const float* samples, int32_t n);
+
 // Width in microns of the largest peak of n samples that stand `step` microns apart, or 0 when there is none.
 // The half level lies halfway between the lowest and the highest sample; where the curve passes through it is
-// interpolated linearly. A sample that is a new minimum when it is met from the left is never the peak; the
-// first one always is.
+// interpolated linearly.
 float peakFwhm(const float* samples, int32_t n, float step);
 
 // Size of a FWHM text with its end; what is longer is cut.

@@ -56,16 +56,6 @@ int floatCells(FILE* file, int column, int row, std::initializer_list<float> val
     return column;
 }
 
-void writeBounds(FILE* file, SavedProfile* const* profiles, int count)
-{
-    int rows = 0, channels = -1;
-    for (int i = 0; i < count; i++) {
-        rows += profiles[i]->sampleCount + blockRows;
-        channels = std::max(channels, profiles[i]->channelCount);
-    }
-    std::fprintf(file, "B;Y%d;X%d\n", rows, std::max(channels + coordinateColumns, valueColumns));
-}
-
 void writeContext(FILE* file, const SavedProfile& saved, int ordinal, int row, int showFwhm)
 {
     if (saved.imageName)
@@ -107,18 +97,42 @@ void writeSample(FILE* file, const SavedProfile& saved, int j, int row)
 
 } // namespace
 
-void writeSylk(FILE* file, SavedProfile* const* profiles, int count, int showFwhm)
+int sylkRows(int32_t sampleCount)
+{
+    return sampleCount + blockRows;
+}
+
+void beginSylk(FILE* file, int rows, int channels)
 {
     std::fprintf(file, "ID;PKelvora Line Profile\n");
-    writeBounds(file, profiles, count);
+    std::fprintf(file, "B;Y%d;X%d\n", rows, std::max(channels + coordinateColumns, valueColumns));
+}
+
+void writeSylkBlock(FILE* file, const SavedProfile& saved, int ordinal, int row, int showFwhm)
+{
+    writeContext(file, saved, ordinal, row, showFwhm);
+    writeChannelHeaders(file, saved, row + 5);
+    for (int j = 0; j < saved.sampleCount; j++)
+        writeSample(file, saved, j, row + 6 + j);
+}
+
+void endSylk(FILE* file)
+{
+    std::fprintf(file, "E\n");
+}
+
+void writeSylk(FILE* file, SavedProfile* const* profiles, int count, int showFwhm)
+{
+    int rows = 0, channels = -1;
+    for (int i = 0; i < count; i++) {
+        rows += sylkRows(profiles[i]->sampleCount);
+        channels = std::max(channels, profiles[i]->channelCount);
+    }
+    beginSylk(file, rows, channels);
     int row = 1;
     for (int k = 0; k < count; k++) {
-        const SavedProfile& saved = *profiles[k];
-        writeContext(file, saved, k + 1, row, showFwhm);
-        writeChannelHeaders(file, saved, row + 5);
-        for (int j = 0; j < saved.sampleCount; j++)
-            writeSample(file, saved, j, row + 6 + j);
-        row += saved.sampleCount + blockRows;
+        writeSylkBlock(file, *profiles[k], k + 1, row, showFwhm);
+        row += sylkRows(profiles[k]->sampleCount);
     }
-    std::fprintf(file, "E\n");
+    endSylk(file);
 }

@@ -30,6 +30,11 @@ std::unique_ptr<ImageFile> ImageFile::open(const std::filesystem::path& path)
     }
 }
 
+ImageFile::BlockSize ImageFile::blockSize(const SectionIndex& /*section*/)
+{
+    return {info().width, info().height};
+}
+
 bool ImageFile::valueRange(const SectionIndex& section, const std::stop_token& stop, float& min, float& max)
 {
     std::vector<float> row(static_cast<std::size_t>(info().width));

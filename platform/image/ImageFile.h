@@ -93,6 +93,13 @@ public:
     // decoded (lastError says why); out is then unspecified.
     virtual bool read(const SectionIndex& section, const PixelRect& rect, std::span<float> out) = 0;
 
+    // In which rectangles the section is decoded: asking for one pixel costs all of its block. Blocks tile
+    // the section from (0, 0). The whole section where it cannot be told.
+    struct BlockSize {
+        int width, height; // pixels
+    };
+    virtual BlockSize blockSize(const SectionIndex& section);
+
     // Reduced copies for zoomed-out views. Level 0 is the full image; level k is smaller by about
     // levelScale(k).
     virtual int levelCount() const { return 1; }

@@ -34,6 +34,8 @@ public:
     // Throws FormatError when blocks lie outside the file, StalePlane when the file has changed.
     void requireComplete() const { file->requireComplete(*plane); }
 
+    const Plane& page() const { return *plane; }
+
     // Fills out (rect.width() * rect.height() values, row by row). The rectangle must lie inside the page.
     // Throws FormatError or StalePlane.
     void read(const PixelRect& rect, std::span<float> out);

@@ -46,6 +46,7 @@ public:
     bool hasSection(const SectionIndex& section) const override { return place(section).has_value(); }
     bool isComplete(const SectionIndex& section) override;
     bool read(const SectionIndex& section, const PixelRect& rect, std::span<float> out) override;
+    BlockSize blockSize(const SectionIndex& section) override;
     int levelCount() const override { return static_cast<int>(levels.size()); }
     double levelScale(int level) const override;
     int levelWidth(int level) const override { return validLevel(level) ? levels[level].width : 0; }
@@ -248,6 +249,17 @@ bool TiffImage::isComplete(const SectionIndex& section)
         readerOf(section, 0).requireComplete();
         return true;
     });
+}
+
+ImageFile::BlockSize TiffImage::blockSize(const SectionIndex& section)
+{
+    BlockSize size = ImageFile::blockSize(section);
+    attempt(section, [&] {
+        const Plane& page = readerOf(section, 0).page();
+        size = {std::min(size.width, page.blockWidth), std::min(size.height, page.blockHeight)};
+        return true;
+    });
+    return size;
 }
 
 bool TiffImage::read(const SectionIndex& section, const PixelRect& rect, std::span<float> out)
