@@ -84,6 +84,9 @@ ROOMS = "platform/imagewindow/"
 PURE = ["platform/base", "platform/text/Utf8.h"]
 # What the rooms of the viewer share.
 VIEWER = ["platform/base", "platform/text", "platform/image", "platform/protocol", "widgets"]
+# What the rooms of batchprofile share.
+BATCH = [*PURE, "segment/Geometry.h", "profile", "saved/Sylk.h", "saved/SavedProfile.h", "gauge/TickLayout.h",
+         "platform/image", "widgets/picture"]
 MAY_INCLUDE = {
     "segment": [HEADERS, "gauge/XrtGauge.h", "shell/Message.h"],
     "profile": [HEADERS, "segment", "gauge/XrtGauge.h"],
@@ -112,8 +115,11 @@ MAY_INCLUDE = {
     "platform/imagewindow": [*VIEWER, ROOMS],
     "widgets": ["gauge", "platform/base", "platform/text"],
     "widgets/picture": PURE,
-    "batch": [HEADERS, *PURE, "segment/Geometry.h", "profile", "saved/Sylk.h", "gauge/GaugeLayout.h", "platform/image",
-              "widgets/picture"],
+    "batch/lines": BATCH,
+    "batch/measure": [*BATCH, "batch/lines"],
+    "batch/results": [*BATCH, "batch/lines", "batch/measure", "batch/run/Settings.h"],
+    "batch/run": [*BATCH, "batch/lines", "batch/measure", "batch/results"],
+    "batch": [*BATCH, "batch/lines", "batch/measure", "batch/results", "batch/run"],
     "samples": [*PURE, "platform/image"],
     "drive": ["platform/base", "platform/protocol"],
     "bench": ["*"],
