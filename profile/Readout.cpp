@@ -7,33 +7,33 @@
 
 namespace {
 
-bool insidePlot(int x, int y, Dimension W, Dimension H)
+bool insidePlot(int x, int y, Dimension width, Dimension height)
 {
-    return x >= 0 && x < W && y >= 0 && y < H;
+    return x >= 0 && x < width && y >= 0 && y < height;
 }
 
 // Draws the readout for row y straight onto the window: the next redraw of the plot wipes it.
-void drawReadout(Widget area, int x, int y, Dimension W, Dimension H, const char* text)
+void drawReadout(Widget area, int x, int y, Dimension width, Dimension height, const char* text)
 {
     Display* display = XtDisplay(area);
     XSetForeground(display, plot.plotGC, plot.plotColors[colorYellow]);
     XSetLineAttributes(display, plot.plotGC, 1, LineOnOffDash, CapButt, JoinMiter);
-    XDrawLine(display, XtWindow(area), plot.plotGC, 0, y, W - 1, y);
-    TextPosition at = placeReadout(x, y, W, H, plot.lineHeight);
+    XDrawLine(display, XtWindow(area), plot.plotGC, 0, y, width - 1, y);
+    TextPosition at = placeReadout(x, y, width, height, plot.lineHeight);
     drawPlotText(XtWindow(area), at.x, at.y, text);
 }
 
 void readOutAt(Widget area, int x, int y)
 {
-    Dimension W = 0, H = 0;
-    XtVaGetValues(area, XmNwidth, &W, XmNheight, &H, nullptr);
+    Dimension width = 0, height = 0;
+    XtVaGetValues(area, XmNwidth, &width, XmNheight, &height, nullptr);
     float range = profile.scaleMax - profile.scaleMin;
-    if (!insidePlot(x, y, W, H) || profile.sampleCount <= 0 || !(range > 0.0f))
+    if (!insidePlot(x, y, width, height) || profile.sampleCount <= 0 || !(range > 0.0f))
         return;
     char text[64];
-    formatReadout(valueAtRow(profile.scaleMin, profile.scaleMax, H, y), range, text, sizeof text);
+    formatReadout(valueAtRow(profile.scaleMin, profile.scaleMax, height, y), range, text, sizeof text);
     drawProfile(1);
-    drawReadout(area, x, y, W, H, text);
+    drawReadout(area, x, y, width, height, text);
 }
 
 } // namespace

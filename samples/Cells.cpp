@@ -167,12 +167,13 @@ void Specimen::mapOutlines()
             sum += w.microns * sineOfTurns(w.kx * u + w.ky * v + w.phase);
         return sum;
     };
-    outlines.reserve(fieldPixels * fieldPixels);
-    for (int i = 0; i < fieldPixels * fieldPixels; ++i) {
-        const double u = (i % fieldPixels) / double{fieldPixels}, v = (i / fieldPixels) / double{fieldPixels};
-        outlines.push_back(
-            placeAmongCells(u * fieldPeriod + shift(0, u, v), v * fieldPeriod + shift(1, u, v)));
-    }
+    outlines.reserve(std::size_t{fieldPixels} * fieldPixels);
+    for (int row = 0; row < fieldPixels; ++row)
+        for (int column = 0; column < fieldPixels; ++column) {
+            const double u = column / double{fieldPixels}, v = row / double{fieldPixels};
+            outlines.push_back(
+                placeAmongCells(u * fieldPeriod + shift(0, u, v), v * fieldPeriod + shift(1, u, v)));
+        }
 }
 
 Specimen::Place Specimen::placeAmongCells(double x, double y) const
@@ -279,7 +280,7 @@ Specimen::Path Specimen::grow(Random& random, int cell, PathPoint start) const
     double alongEdge = random.uniform(0, 5);        // how far it then goes on
     double curvature = random.normal() * 0.006;
     Path path;
-    for (double done = 0; done < length; done += stepMicrons) {
+    for (int step = 0; step * stepMicrons < length; ++step) {
         curvature += random.normal() * 0.0016 - curvature * stepMicrons / 8;
         turns += curvature * stepMicrons + random.normal() * 0.0008;
         const double c = cosineOfTurns(turns), s = sineOfTurns(turns);
@@ -459,7 +460,8 @@ std::vector<Emitter> Specimen::stressFibres() const
             Vec3 at{all[cell].x + random.normal() * 6, all[cell].y + random.normal() * 6,
                     random.uniform(0.2, 0.5)};
             const double length = random.uniform(5, 22);
-            for (double done = 0; done < length; done += stepMicrons) {
+            for (int step = 0; step * stepMicrons < length; ++step) {
+                const double done = step * stepMicrons;
                 at.x += c * stepMicrons;
                 at.y += s * stepMicrons;
                 if (depthInCell(cell, at.x, at.y) < 0.1)

@@ -86,9 +86,9 @@ FileSet planFiles(const Options& o)
     }
     const char letter = o.split == Split::Count ? 'F' : splitTable[static_cast<int>(o.split)].letter;
     for (std::size_t i = 0; i < pagesIn.size(); ++i) {
-        const bool alone = o.split == Split::None;
-        set.files.push_back(
-            fileAt(alone ? output.filename().string() : stem + '_' + letter + std::to_string(i) + extension));
+        std::string name = stem + '_' + letter;
+        name.append(std::to_string(i)).append(extension);
+        set.files.push_back(fileAt(o.split == Split::None ? output.filename().string() : name));
     }
     if (o.companion)
         set.companion = fileAt(stem + ".companion.ome");

@@ -13,15 +13,15 @@ namespace sample {
 namespace {
 
 struct TypeRow {
-    PixelType type;
     const char* name; // as OME and --pixel-type write it
+    PixelType type;
     int bits;
 };
 
 constexpr TypeRow typeTable[] = {
-    {PixelType::Bit, "bit", 1},        {PixelType::UInt8, "uint8", 8},  {PixelType::Int8, "int8", 8},
-    {PixelType::UInt16, "uint16", 16}, {PixelType::Int16, "int16", 16}, {PixelType::UInt32, "uint32", 32},
-    {PixelType::Int32, "int32", 32},   {PixelType::Float, "float", 32}, {PixelType::Double, "double", 64},
+    {"bit", PixelType::Bit, 1},        {"uint8", PixelType::UInt8, 8},  {"int8", PixelType::Int8, 8},
+    {"uint16", PixelType::UInt16, 16}, {"int16", PixelType::Int16, 16}, {"uint32", PixelType::UInt32, 32},
+    {"int32", PixelType::Int32, 32},   {"float", PixelType::Float, 32}, {"double", PixelType::Double, 64},
 };
 
 constexpr Compression compressionTable[] = {

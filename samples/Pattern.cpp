@@ -84,7 +84,7 @@ std::vector<double> Pattern::values(const Plane& plane)
         return out;
     }
     const RampRow& row = rampTable[static_cast<int>(options.pixelType)];
-    const int slope = options.pattern == PatternKind::Ramp ? 1 : 0;
+    const std::int64_t slope = options.pattern == PatternKind::Ramp ? 1 : 0;
     std::size_t i = 0;
     for (int y = 0; y < size.height; ++y) {
         for (int x = 0; x < size.width; ++x) {
@@ -106,8 +106,9 @@ std::vector<double> Pattern::reduced(const std::vector<double>& full, int level)
         for (int x = 0; x < width; ++x) {
             double sum = 0;
             for (int dy = 0; dy < block; ++dy) {
-                const double* from =
-                    full.data() + static_cast<std::size_t>(y * step + dy) * options.size.width + x * step;
+                const double* from = full.data() +
+                                     static_cast<std::size_t>(y * step + dy) * options.size.width +
+                                     std::ptrdiff_t{x} * step;
                 for (int dx = 0; dx < block; ++dx)
                     sum += from[dx];
             }

@@ -37,6 +37,7 @@ template<typename T> T* allocate(int32_t count)
 
 SavedProfile* appendRecord()
 {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers
     size_t size = (static_cast<size_t>(savedCount) + 1) * sizeof *savedProfiles;
     savedProfiles = static_cast<SavedProfile**>(std::realloc(savedProfiles, size));
     savedProfiles[savedCount] = allocate<SavedProfile>(1);

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Runs clang-tidy over the sources that a compilation database lists, on all processors, and remembers what it found
-nothing in: a source is judged again only when it, a header of ours that it includes, its flags, .clang-tidy or a
-package has changed. Prints the findings; ends with 1 when there is any.
+"""Runs clang-tidy over the sources that a compilation database lists, on all processors that it may use (taskset
+confines it), and remembers what it found nothing in: a source is judged again only when it, a header of ours that it
+includes, its flags, .clang-tidy or a package has changed. Prints the findings; ends with 1 when there is any.
 
 Usage: tidy.py DATABASE_FOLDER [--since REVISION] [PATH...]
 Paths are folders or sources, from the root; without one it is the whole tree. --since judges only what a change after
@@ -102,7 +102,7 @@ def main():
     waiting = [source for source, mark in marks.items() if not os.path.exists(mark)]
     print(f"{len(waiting)} of {len(marks)} sources to judge", flush=True)
     failed = False
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+    with concurrent.futures.ThreadPoolExecutor(len(os.sched_getaffinity(0))) as pool:
         for found in pool.map(lambda source: judge(source, marks[source], asked.database), waiting):
             failed = failed or found != ""
             print(found, end="", flush=True)

@@ -202,10 +202,10 @@ void setDistanceGauge(float segmentLength)
 
 void reportGeometry()
 {
-    float E[3] = {}, S[3] = {};
-    IWDataToTSPos(segment.end.x, segment.end.y, segment.end.z, imageSlot, E);
-    IWDataToTSPos(segment.start.x, segment.start.y, segment.start.z, imageSlot, S);
-    float dx = E[0] - S[0], dy = E[1] - S[1];
+    float endStage[3] = {}, startStage[3] = {};
+    IWDataToTSPos(segment.end.x, segment.end.y, segment.end.z, imageSlot, endStage);
+    IWDataToTSPos(segment.start.x, segment.start.y, segment.start.z, imageSlot, startStage);
+    float dx = endStage[0] - startStage[0], dy = endStage[1] - startStage[1];
     float segmentLength = stageLength(dx, dy), segmentAngle = stageAngle(dx, dy);
     setDistanceGauge(segmentLength);
     showMessage("Line length %.3f %cm, angle %.2f degrees", double{segmentLength}, microSign,

@@ -84,7 +84,7 @@ std::optional<double> number(Value text)
 // Whole numbers beyond any image become a value that every check refuses.
 template<class Int = std::int64_t> std::optional<Int> integer(Value text)
 {
-    constexpr double limit = std::min<double>(std::numeric_limits<Int>::max(), 1e15);
+    constexpr double limit = std::min(static_cast<double>(std::numeric_limits<Int>::max()), 1e15);
     const std::optional<double> value = number(text);
     if (!value)
         return std::nullopt;

@@ -187,6 +187,7 @@ void TiffFile::decodeRows(TiffDecoder& decoder, const Plane& plane, int block, s
 
 void TiffFile::decode(const Plane& plane, int block, std::span<std::byte> out)
 {
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): given back below, or freed with the lease
     Lease lease = takeDecoder(plane, block);
     TiffDecoder& decoder = *lease.decoder;
     const int inSample = block % (plane.across * plane.down);

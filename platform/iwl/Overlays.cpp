@@ -122,6 +122,7 @@ int IWGrAddPt2D(int slot, int width, int color, float x, float y)
     return IWGrAddPt5D(slot, -1, -1, width, color, x, y, -1);
 }
 
+// NOLINTNEXTLINE(readability-function-size): IWL.h has that many parameters
 int IWGrAddLn5D(int slot, int timePoint, int panel, int width, int dash, int color, float x0, float y0,
                 float z0, float x1, float y1, float z1)
 {

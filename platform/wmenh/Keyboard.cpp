@@ -115,12 +115,11 @@ bool rimShown(Widget area)
 
 void areaEvent(Widget area, XtPointer, XEvent* event, Boolean*)
 {
-    if (event->type == FocusIn && event->xfocus.detail != NotifyPointer)
+    const bool resized = event->type == ConfigureNotify && rimShown(area);
+    if (resized || (event->type == FocusIn && event->xfocus.detail != NotifyPointer))
         showRim(area);
     else if (event->type == FocusOut)
         hideRim(area);
-    else if (event->type == ConfigureNotify && rimShown(area))
-        showRim(area);
 }
 
 // Motif binds Tab in an area's own translations, which its program may have replaced.
