@@ -17,7 +17,8 @@ namespace viewer {
 
 namespace {
 
-constexpr unsigned long rangesMilliseconds = 300, growingMilliseconds = 200, finishedMilliseconds = 1000;
+constexpr unsigned long rangesMilliseconds = 300, growingMilliseconds = 200, finishedMilliseconds = 1000,
+                        projectMilliseconds = 50;
 
 Size screenOf(Display* display)
 {
@@ -56,7 +57,7 @@ ImageWindow::ImageWindow(Application& application, ImageSource opened, const Opt
 ImageWindow::~ImageWindow()
 {
     remember();
-    for (XtIntervalId timer : {rangesTimer, fileTimer, playTimer})
+    for (XtIntervalId timer : {rangesTimer, fileTimer, playTimer, projectTimer})
         if (timer)
             XtRemoveTimeOut(timer);
 }
@@ -129,8 +130,18 @@ void ImageWindow::update()
         publish();
     if (canvasSeen && !std::exchange(announced, true))
         announce();
-    if (shown.playback.running() && !playTimer)
+    // A picture that is still being made is waited for.
+    if (shown.renderer.projecting() && !projectTimer)
+        projectTimer = XtAppAddTimeOut(context, projectMilliseconds, projectionDue, this);
+    else if (shown.playback.running() && !playTimer && !projectTimer)
         awaitStep();
+}
+
+void ImageWindow::projectionDue(XtPointer window, XtIntervalId*)
+{
+    auto* self = static_cast<ImageWindow*>(window);
+    self->projectTimer = 0;
+    self->shown.stale.mark(self->shown.renderer.projectingEnded() ? Part::Layout : Part::Readout);
 }
 
 // After a picture, so that events that wait have their turn before the next one.
@@ -179,6 +190,7 @@ void ImageWindow::drawImage()
     shown.stale.take(Part::Overlays);
     shown.panels = panelContents(shown.info(), shown.view);
     shown.problem = shown.renderer.load(shown.arrangement.geometry, shown.panels);
+    shown.panels = panelContents(shown.info(), shown.drawnView());
     picture.drawImage(shown.renderer, scene(), overlays.store());
     for (const PanelContent& panel : shown.panels)
         for (int w : panel.wavelengths)

@@ -71,6 +71,7 @@ private:
     void pollRanges();
     void pollFile();
     void awaitStep();
+    static void projectionDue(XtPointer window, XtIntervalId*);
     void step();
     void remember();
     Memory memoryNow() const;
@@ -86,7 +87,7 @@ private:
     Picture picture;
     protocol::DisplayRecord record;     // as published
     std::optional<CanvasPlace> pointer; // nothing: not on the canvas
-    XtIntervalId rangesTimer = 0, fileTimer = 0, playTimer = 0;
+    XtIntervalId rangesTimer = 0, fileTimer = 0, playTimer = 0, projectTimer = 0;
     LinkState settled;
     std::optional<Memory> firstSeen; // nothing: not yet
     bool closeAsked = false, canvasSeen = false, announced = false;

@@ -50,6 +50,8 @@ void chooseSection(Shown& shown, const Options& options)
     if (newPanels || view.style == protocol::SinglePanel)
         shown.singlePlace = {options.z.value_or(view.z), view.t};
     view.style = options.panels.value_or(view.style);
+    if (newPanels)
+        view.grid = {};
     if (shown.life.growing())
         view.z = shown.info().sizeZ - 1; // the newest
     else if (newPanels && options.panels == protocol::ZPanels)

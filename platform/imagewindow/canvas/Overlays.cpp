@@ -23,7 +23,7 @@ GraphicBinding bindingOf(int panel, const protocol::Geometry& geometry,
 {
     GraphicBinding binding{geometry.style, -1};
     if (panel >= 0 && panel < static_cast<int>(panels.size()))
-        binding.wavelength = panels[static_cast<std::size_t>(panel)].wavelengths.front();
+        binding.wavelength = boundWavelength(panels[static_cast<std::size_t>(panel)]);
     return binding;
 }
 

@@ -31,6 +31,16 @@ bool canPlay(const Desk& d)
     return lastAlong(d.shown.info(), d.shown.view, axis) > 0;
 }
 
+bool stackToProject(const Desk& d)
+{
+    return canProject(d.shown);
+}
+
+bool shows(const Desk& d, Projection projection)
+{
+    return d.shown.view.projection == projection;
+}
+
 bool canZoom(const Desk& d, int step)
 {
     return steppedZoom(d.shown.view.zoom, step) != d.shown.view.zoom;
@@ -151,6 +161,17 @@ const Command table[] = {
      .on = [](const Desk& d) { return showsPanels(d, protocol::TimePanels); },
      .action = [](Desk& d) { d.actions.setPanels(protocol::TimePanels); }},
 
+    {.name = "montage", .menu = Menu::View, .label = "Montage...", .mnemonic = 'n',
+     .tip = "Choose the rows and columns in which sections, wavelengths or time points are shown",
+     .enabled = [](const Desk& d) { return d.shown.info().sizeZ > 1 || d.shown.info().sizeW > 1 || d.shown.info().sizeT > 1; },
+     .action = [](Desk& d) { d.dialogues.askForMontage(); }},
+    {.name = "merge", .menu = Menu::View, .label = "Merge beside the wavelengths", .mnemonic = 'g',
+     .tip = "Show all wavelengths together beside the panels of each",
+     .kind = EntryKind::Switch,
+     .enabled = [](const Desk& d) { return d.shown.info().sizeW > 1; },
+     .on = [](const Desk& d) { return showsPanels(d, protocol::WavelengthPanels) && d.shown.view.merge; },
+     .action = [](Desk& d) { d.actions.toggleMerge(); }},
+
     {.name = "scaleBar", .menu = Menu::View, .label = "Scale bar", .mnemonic = 'b',
      .tip = "Show or hide the scale bar",
      .accelerator = "<Key>s", .keys = "S", .icon = "scaleBar", .newGroup = true, .kind = EntryKind::Switch,
@@ -216,6 +237,30 @@ const Command table[] = {
      .accelerator = "Ctrl<Key>osfPageUp", .keys = "Ctrl+Page Up",
      .enabled = [](const Desk& d) { return canStepTime(d, -1); },
      .action = [](Desk& d) { d.actions.stepTime(-1); }},
+
+    {.name = "section", .menu = Menu::Stack, .label = "Section", .mnemonic = 'i',
+     .tip = "Show the section",
+     .newGroup = true, .kind = EntryKind::OneOfSeveral,
+     .on = [](const Desk& d) { return shows(d, Projection::Section); },
+     .action = [](Desk& d) { d.actions.setProjection(Projection::Section); }},
+    {.name = "maximum", .menu = Menu::Stack, .label = "Maximum over z", .mnemonic = 'M',
+     .tip = "Show for each pixel the largest value of all sections; tools sample the section",
+     .kind = EntryKind::OneOfSeveral,
+     .enabled = stackToProject,
+     .on = [](const Desk& d) { return shows(d, Projection::Maximum); },
+     .action = [](Desk& d) { d.actions.setProjection(Projection::Maximum); }},
+    {.name = "mean", .menu = Menu::Stack, .label = "Mean over z", .mnemonic = 'e',
+     .tip = "Show for each pixel the mean of all sections; tools sample the section",
+     .kind = EntryKind::OneOfSeveral,
+     .enabled = stackToProject,
+     .on = [](const Desk& d) { return shows(d, Projection::Mean); },
+     .action = [](Desk& d) { d.actions.setProjection(Projection::Mean); }},
+    {.name = "sum", .menu = Menu::Stack, .label = "Sum over z", .mnemonic = 'o',
+     .tip = "Show for each pixel the sum of all sections; tools sample the section",
+     .kind = EntryKind::OneOfSeveral,
+     .enabled = stackToProject,
+     .on = [](const Desk& d) { return shows(d, Projection::Sum); },
+     .action = [](Desk& d) { d.actions.setProjection(Projection::Sum); }},
 
     {.name = "lineProfile", .menu = Menu::Tools, .label = "Line profile", .mnemonic = 'L',
      .tip = "Start the line profile tool, or bring it to the front",

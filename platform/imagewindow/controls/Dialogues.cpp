@@ -32,6 +32,13 @@ void Dialogues::askBarStyle()
     bar->show();
 }
 
+void Dialogues::askForMontage()
+{
+    if (!montage)
+        montage = std::make_unique<MontageDialogue>(desk.shell, desk);
+    montage->show();
+}
+
 void Dialogues::askWhatToPlay()
 {
     if (!play)

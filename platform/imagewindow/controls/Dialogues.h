@@ -2,6 +2,7 @@
 // The dialogues of one window, each made when it is first asked for. Goes before the window's widgets do.
 #pragma once
 
+#include "platform/imagewindow/controls/MontageDialogue.h"
 #include "platform/imagewindow/controls/PlayDialogue.h"
 #include "platform/imagewindow/controls/SaveDialogue.h"
 #include "platform/imagewindow/controls/ScaleBarDialogue.h"
@@ -20,6 +21,8 @@ public:
     // Asks for the scale of an image whose file does not tell it.
     void askScale();
     void askBarStyle();
+    // Asks for the rows and columns of panels.
+    void askForMontage();
     // Asks what is played, and how fast.
     void askWhatToPlay();
     void showHelp();
@@ -34,6 +37,7 @@ private:
     Desk& desk;
     std::unique_ptr<ScaleDialogue> scale;
     std::unique_ptr<ScaleBarDialogue> bar;
+    std::unique_ptr<MontageDialogue> montage;
     std::unique_ptr<PlayDialogue> play;
     std::unique_ptr<SaveDialogue> saving;
 };

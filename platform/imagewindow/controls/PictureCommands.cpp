@@ -12,6 +12,7 @@
 #include "widgets/Scale.h"
 #include "widgets/picture/OutputFile.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <span>
@@ -81,7 +82,9 @@ std::optional<PanelContent> panelOf(const Shown& shown, const Graphic& segment)
         if (!showsIn(segment, style, panel, content))
             continue;
         for (const PanelContent& other : shown.panels)
-            if (style == protocol::WavelengthPanels && other.wavelengths != content.wavelengths) {
+            if (style == protocol::WavelengthPanels && boundWavelength(other) >= 0 &&
+                std::find(content.wavelengths.begin(), content.wavelengths.end(),
+                          other.wavelengths.front()) == content.wavelengths.end()) {
                 content.wavelengths.push_back(other.wavelengths.front());
                 content.colors.push_back(other.colors.front());
             }
@@ -93,8 +96,9 @@ std::optional<PanelContent> panelOf(const Shown& shown, const Graphic& segment)
 std::string titleOf(const Shown& shown, const PanelContent& panel)
 {
     std::string title = onOneLine(shown.life.path().filename().string());
+    const char* const sampled = panel.projection == Projection::Section ? "   z " : "   profile of z ";
     if (shown.info().sizeZ > 1)
-        title += "   z " + std::to_string(panel.z + 1);
+        title += sampled + std::to_string(panel.z + 1);
     if (shown.info().sizeT > 1)
         title += "   t " + std::to_string(panel.t + 1);
     return title;

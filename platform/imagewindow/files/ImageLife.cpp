@@ -73,6 +73,8 @@ image::SectionIndex ImageLife::adopt(std::unique_ptr<image::ImageFile> fresh)
     if (!source.growing)
         seen.clear();
     scan.reset();
+    if (leave)
+        leave();
     source.file = std::move(fresh);
     ++openings;
     chosenScale.follow(info(), source.growing);

@@ -11,9 +11,11 @@
 #include "platform/imagewindow/files/Scratch.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace viewer {
@@ -50,6 +52,8 @@ public:
 
     // Takes what has arrived on standard input, and opens the file again when it has changed on disk.
     FileNews poll();
+    // Called in poll() before the file goes: who reads from it in a thread of its own has to end that.
+    void beforeReplacing(std::function<void()> letGo) { leave = std::move(letGo); }
     // What has become of the file, one sentence; empty when all is well.
     const std::string& problem() const { return trouble; }
     // What is going on: "receiving", "ranges 40 %"; empty when nothing is.
@@ -80,6 +84,7 @@ private:
     ChosenScale chosenScale;
     std::unique_ptr<image::RangeScan> scan; // after source: it must stop first
     std::vector<image::ValueRange> seen;
+    std::function<void()> leave;
     std::string trouble;
     int openings = 0;
     bool receiving;

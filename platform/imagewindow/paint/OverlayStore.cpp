@@ -105,13 +105,18 @@ std::optional<std::vector<Graphic>> OverlayStore::takeTouched()
     return list;
 }
 
+int boundWavelength(const PanelContent& content)
+{
+    return content.wavelengths.size() == 1 ? content.wavelengths.front() : -1;
+}
+
 namespace {
 
 bool boundElsewhere(const Graphic& graphic, int style, int panel, const PanelContent& content)
 {
     if (graphic.command.panel < 0 || graphic.binding.style != style)
         return false;
-    return style == protocol::WavelengthPanels ? content.wavelengths.front() != graphic.binding.wavelength
+    return style == protocol::WavelengthPanels ? boundWavelength(content) != graphic.binding.wavelength
                                                : graphic.command.panel != panel;
 }
 

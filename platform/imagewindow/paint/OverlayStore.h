@@ -22,7 +22,7 @@ constexpr std::size_t maxGraphicsPerClient = 10000, maxGraphics = 20000;
 // differs in something else a graphic shows in every panel.
 struct GraphicBinding {
     int style = protocol::SinglePanel;
-    int wavelength = -1; // of wavelength panels
+    int wavelength = -1; // of wavelength panels; -1: that of all together
 };
 
 struct Graphic {
@@ -71,6 +71,9 @@ private:
     std::vector<Graphic> touched;
     bool touchedAll = false;
 };
+
+// The wavelength of one of the wavelength panels as a binding has it.
+int boundWavelength(const PanelContent& content);
 
 // Whether a graphic shows in a panel of a display of that style.
 bool showsIn(const Graphic& graphic, int style, int panel, const PanelContent& content);

@@ -35,21 +35,64 @@ void expandRow(const std::uint32_t* row, const std::vector<int>& columns, std::u
 
 } // namespace
 
+Renderer::Renderer(image::ImageFile& file) : file(&file), projections(std::make_unique<Projections>(file)) {}
+
 void Renderer::setFile(image::ImageFile& newFile)
 {
     file = &newFile;
+    projections = std::make_unique<Projections>(newFile);
+    mode = Projection::Section;
+    awaited = false;
     samples.clear();
     tiles.clear();
-    fitted.clear();
+    for (LimitSet& set : limitSets)
+        set.fitted.clear();
+}
+
+Renderer::Source Renderer::sourceOf(const PanelContent& panel, int wavelength) const
+{
+    const image::SectionIndex section = sectionOf(panel, wavelength);
+    if (panel.projection == Projection::Section)
+        return {file, section, keyOf(section)};
+    image::ImageFile* const made =
+        projections ? projections->find({panel.projection, wavelength, panel.t, panel.p}) : nullptr;
+    return {made, {}, {-1 - static_cast<int>(panel.projection), wavelength, panel.t, panel.p}};
+}
+
+bool Renderer::chooseProjection(const std::vector<PanelContent>& newPanels, bool sameGeometry,
+                                std::string& problem)
+{
+    const Projection wanted = newPanels.empty() ? Projection::Section : newPanels.front().projection;
+    std::vector<ProjectionKey> keys;
+    for (const PanelContent& panel : newPanels)
+        for (const int w : panel.wavelengths)
+            if (const ProjectionKey key{wanted, w, panel.t, panel.p};
+                wanted != Projection::Section && std::find(keys.begin(), keys.end(), key) == keys.end())
+                keys.push_back(key);
+    problem = projections->want(keys);
+    const bool there =
+        std::all_of(keys.begin(), keys.end(), [&](auto& key) { return projections->find(key); });
+    if (problem.empty())
+        problem = projections->problem();
+    awaited = !there && problem.empty();
+    if (awaited && mode == wanted && sameGeometry && panels.size() == newPanels.size())
+        return false;
+    mode = there ? wanted : Projection::Section;
+    return true;
 }
 
 std::string Renderer::load(const protocol::Geometry& newGeometry, const std::vector<PanelContent>& newPanels)
 {
+    std::string problem;
+    if (!chooseProjection(newPanels, newGeometry == geometry, problem))
+        return problem;
     // Limits of the one section shown so far may suit none of the others.
     if (newGeometry.style != geometry.style && newPanels.size() > 1)
-        fitted.clear();
+        limitSet().fitted.clear();
     geometry = newGeometry;
     panels = newPanels;
+    for (PanelContent& panel : panels)
+        panel.projection = mode;
     const bool labels = std::any_of(panels.begin(), panels.end(), [](auto& panel) { return panel.labels; });
     const TileFrame newFrame = tileFrame(geometry, labels);
     if (newFrame != frame)
@@ -57,9 +100,9 @@ std::string Renderer::load(const protocol::Geometry& newGeometry, const std::vec
     if (newFrame != frame || panels.size() != sums.size())
         sums = std::vector<PanelSum>(panels.size());
     frame = newFrame;
-    std::string error = loadTiles();
+    const std::string error = loadTiles();
     fitMissingLimits();
-    return error;
+    return error.empty() ? problem : error;
 }
 
 std::string Renderer::loadTiles()
@@ -68,16 +111,18 @@ std::string Renderer::loadTiles()
     std::map<SectionKey, std::vector<float>> kept;
     for (const PanelContent& panel : panels)
         for (int w : panel.wavelengths) {
-            const image::SectionIndex section = sectionOf(panel, w);
-            if (const auto found = tiles.find(keyOf(section)); found != tiles.end()) {
-                kept[keyOf(section)] = std::move(found->second);
+            const Source source = sourceOf(panel, w);
+            if (kept.contains(source.key))
+                continue;
+            if (const auto found = tiles.find(source.key); found != tiles.end()) {
+                kept[source.key] = std::move(found->second);
                 continue;
             }
             std::string error;
             for (PanelSum& sum : sums)
                 sum.forget();
-            if (auto values = readTile(*file, section, frame, error))
-                kept[keyOf(section)] = std::move(*values);
+            if (auto values = readTile(*source.file, source.section, frame, error))
+                kept[source.key] = std::move(*values);
             else if (firstError.empty())
                 firstError = error;
         }
@@ -92,7 +137,7 @@ void Renderer::fitMissingLimits()
         wavelengths.insert(panel.wavelengths.begin(), panel.wavelengths.end());
     std::vector<int> missing;
     std::copy_if(wavelengths.begin(), wavelengths.end(), std::back_inserter(missing),
-                 [&](int w) { return !fitted.contains(w); });
+                 [&](int w) { return !limitSet().fitted.contains(w); });
     std::vector<std::optional<Fitted>> found(missing.size());
     image::parallelFor(static_cast<int>(missing.size()), [&](int i) {
         const auto index = static_cast<std::size_t>(i);
@@ -100,17 +145,18 @@ void Renderer::fitMissingLimits()
     });
     for (std::size_t i = 0; i < missing.size(); ++i)
         if (found[i])
-            fitted[missing[i]] = *found[i];
+            limitSet().fitted[missing[i]] = *found[i];
 }
 
-void Renderer::setLimits(int wavelength, const ContrastLimits& limits)
+void Renderer::setLimits(int wavelength, const ContrastLimits& limits, Projection projection)
 {
-    manual[wavelength] = limits;
+    limitSets[static_cast<std::size_t>(projection)].manual[wavelength] = limits;
     lastSet = wavelength;
 }
 
-std::optional<ContrastLimits> Renderer::limitsByHand(int wavelength) const
+std::optional<ContrastLimits> Renderer::limitsByHand(int wavelength, Projection projection) const
 {
+    const auto& manual = limitSets[static_cast<std::size_t>(projection)].manual;
     const auto found = manual.find(wavelength);
     return found == manual.end() ? std::nullopt : std::optional(found->second);
 }
@@ -136,24 +182,31 @@ SampleStore::Sample Renderer::sample(int wavelength) const
     for (const PanelContent& panel : panels)
         if (std::find(panel.wavelengths.begin(), panel.wavelengths.end(), wavelength) !=
             panel.wavelengths.end()) {
-            const image::SectionIndex section = sectionOf(panel, wavelength);
-            return samples.get({section.z, section.w, section.t, section.p},
-                               [&] { return readSample(*file, section, histogramValues); });
+            const Source source = sourceOf(panel, wavelength);
+            const SectionKey& key = source.key;
+            if (source.file)
+                return samples.get({key[0], key[1], key[2], key[3]},
+                                   [&] { return readSample(*source.file, source.section, histogramValues); });
         }
     return std::make_shared<const SectionSample>();
 }
 
 void Renderer::setAutomatic(int wavelength)
 {
-    manual.erase(wavelength);
-    fitted.erase(wavelength);
+    limitSet().manual.erase(wavelength);
+    limitSet().fitted.erase(wavelength);
     fitMissingLimits();
 }
 
 void Renderer::setAutomatic()
 {
-    manual.clear();
-    fitted.clear();
+    limitSet() = {};
+    fitMissingLimits();
+}
+
+void Renderer::forgetLimits()
+{
+    limitSets = {};
     fitMissingLimits();
 }
 
@@ -162,15 +215,17 @@ void Renderer::setAutomatic()
 std::optional<Renderer::Fitted> Renderer::limitsOfSections(int wavelength) const
 {
     const image::ImageInfo& info = file->info();
-    if (const auto fixed = fixedLimits(info, wavelength))
+    const auto fixed = mode == Projection::Section ? fixedLimits(info, wavelength) : std::nullopt;
+    if (fixed)
         return Fitted{*fixed, *fixed};
     std::vector<float> values;
     std::set<SectionKey> seen;
     for (const PanelContent& panel : panels) {
-        const image::SectionIndex section = sectionOf(panel, wavelength);
-        if (!seen.insert(keyOf(section)).second)
+        const Source source = sourceOf(panel, wavelength);
+        if (!source.file || !seen.insert(source.key).second)
             continue;
-        const auto sample = sampleSection(*file, section, contrastSamples / static_cast<long>(panels.size()));
+        const auto sample =
+            sampleSection(*source.file, source.section, contrastSamples / static_cast<long>(panels.size()));
         values.insert(values.end(), sample.begin(), sample.end());
     }
     if (values.empty())
@@ -191,12 +246,18 @@ bool Renderer::shownAmongOthers(int wavelength) const
 
 ContrastLimits Renderer::limits(int wavelength) const
 {
-    if (const auto found = manual.find(wavelength); found != manual.end())
+    return limitsAmong(wavelength, shownAmongOthers(wavelength));
+}
+
+ContrastLimits Renderer::limitsAmong(int wavelength, bool others) const
+{
+    const LimitSet& set = limitSet();
+    if (const auto found = set.manual.find(wavelength); found != set.manual.end())
         return found->second;
-    const auto found = fitted.find(wavelength);
-    if (found == fitted.end())
+    const auto found = set.fitted.find(wavelength);
+    if (found == set.fitted.end())
         return {0, 1};
-    return shownAmongOthers(wavelength) ? found->second.amongOthers : found->second.alone;
+    return others ? found->second.amongOthers : found->second.alone;
 }
 
 std::vector<CompositeChannel> Renderer::channelsOf(const PanelContent& panel) const
@@ -204,10 +265,11 @@ std::vector<CompositeChannel> Renderer::channelsOf(const PanelContent& panel) co
     std::vector<CompositeChannel> channels;
     for (std::size_t i = 0; i < panel.wavelengths.size(); ++i) {
         const int w = panel.wavelengths[i];
-        const auto tile = tiles.find(keyOf(sectionOf(panel, w)));
+        const auto tile = tiles.find(sourceOf(panel, w).key);
         const auto bent = gammas.find(w);
         if (tile != tiles.end())
-            channels.push_back({tile->second, limits(w), palette[static_cast<std::size_t>(panel.colors[i])],
+            channels.push_back({tile->second, limitsAmong(w, panel.wavelengths.size() > 1),
+                                palette[static_cast<std::size_t>(panel.colors[i])],
                                 bent == gammas.end() ? nullptr : bent->second.table});
     }
     return channels;
@@ -231,7 +293,7 @@ Renderer::Compose Renderer::composerOf(int index) const
         return [&sum](std::size_t first, std::span<std::uint32_t> out) { sum.compose(first, out); };
     }
     sum.forget();
-    const auto tile = tiles.find(keyOf(sectionOf(panel, panel.wavelengths.front())));
+    const auto tile = tiles.find(sourceOf(panel, panel.wavelengths.front()).key);
     return [tile, this](std::size_t first, std::span<std::uint32_t> out) {
         if (tile == tiles.end())
             std::fill(out.begin(), out.end(), 0U);
@@ -287,15 +349,16 @@ std::optional<float> Renderer::valueAt(int panel, int wavelength, int x, int y) 
 {
     if (panel < 0 || panel >= static_cast<int>(panels.size()))
         return std::nullopt;
-    const image::SectionIndex section = sectionOf(panels[static_cast<std::size_t>(panel)], wavelength);
-    const auto tile = tiles.find(keyOf(section));
+    const Source source = sourceOf(panels[static_cast<std::size_t>(panel)], wavelength);
+    const auto tile = tiles.find(source.key);
     const int column = x - frame.xFirst, row = y - frame.yFirst;
     if (frame.magnified && tile != tiles.end() && column >= 0 && row >= 0 && column < frame.width &&
         row < frame.height)
         return tile->second[static_cast<std::size_t>(row) * static_cast<std::size_t>(frame.width) +
                             static_cast<std::size_t>(column)];
     float value = 0;
-    if (!file->hasSection(section) || !file->read(section, {x, y, x, y}, std::span(&value, 1)))
+    if (!source.file || !source.file->hasSection(source.section) ||
+        !source.file->read(source.section, {x, y, x, y}, std::span(&value, 1)))
         return std::nullopt;
     return value;
 }

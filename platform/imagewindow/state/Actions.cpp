@@ -64,15 +64,43 @@ void Actions::setWavelengthShown(int wavelength, bool on)
                         : "One wavelength has to stay.");
 }
 
-void Actions::setPanels(int style)
+void Actions::setPanels(int style, const PanelGrid& grid)
 {
     View& view = shown.view;
     shown.playback.stop();
     leavePanels();
     shown.singlePlace = {view.z, view.t};
     view.style = style;
+    view.grid = grid;
     view.fit = true;
     clampSection(shown.info(), view);
+    shown.changed();
+}
+
+std::string Actions::setMontage(int style, const PanelGrid& grid)
+{
+    View wanted = shown.view;
+    wanted.style = style;
+    if (std::string problem = gridProblem(shown.info(), wanted, grid, shown.area); !problem.empty())
+        return problem;
+    setPanels(style, grid);
+    return "";
+}
+
+void Actions::toggleMerge()
+{
+    const bool panels = shown.view.style == protocol::WavelengthPanels;
+    if (!panels)
+        setPanels(protocol::WavelengthPanels);
+    shown.view.merge = !panels || !shown.view.merge;
+    shown.changed();
+}
+
+void Actions::setProjection(Projection projection)
+{
+    if (shown.view.style == protocol::ZPanels && projection != Projection::Section)
+        setPanels(protocol::SinglePanel);
+    shown.view.projection = projection;
     shown.changed();
 }
 
@@ -156,7 +184,8 @@ void Actions::setAutomaticContrast(int wavelength)
 
 void Actions::setFullRange(int wavelength)
 {
-    const image::ValueRange range = shown.life.range(wavelength);
+    const bool sections = shown.renderer.projection() == Projection::Section;
+    const image::ValueRange range = sections ? shown.life.range(wavelength) : image::ValueRange{};
     const ContrastLimits seen = shown.renderer.sample(wavelength)->range;
     ContrastLimits limits = range.known ? ContrastLimits{range.min, range.max} : seen;
     if (!(limits.low < limits.high))
@@ -240,7 +269,7 @@ void Actions::resetView()
     shown.linkedContrast = false;
     proposeLabels(shown);
     view.zoom = usefulZoom(shown.info(), view);
-    shown.renderer.setAutomatic();
+    shown.renderer.forgetLimits();
     shown.scaleBar = shown.life.scale().known;
     shown.arrangeNow();
     view.fit = shown.arrangement.horizontalBar || shown.arrangement.verticalBar;

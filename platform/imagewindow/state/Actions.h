@@ -31,7 +31,13 @@ public:
     void playOn(Playback::Clock::time_point now);
     void setWavelengthShown(int wavelength, bool on);
     // style: of protocol::Geometry.
-    void setPanels(int style);
+    void setPanels(int style, const PanelGrid& grid = {});
+    // The same in a grid of the user's choice; a sentence when that cannot be, else empty.
+    std::string setMontage(int style, const PanelGrid& grid);
+    // Shows all wavelengths together beside the panels of each, or no longer.
+    void toggleMerge();
+    // Projections are shown in all panels but those of z, which give way to a single one.
+    void setProjection(Projection projection);
     // Zoom around a position in the visible area, in steps as steppedZoom(), or around its middle.
     void zoomStepsAt(int steps, int x, int y) { zoomAt(steppedZoom(shown.view.zoom, steps), x, y); }
     void zoomAt(double zoom, int x, int y);

@@ -47,6 +47,23 @@ bool recallColors(std::istream& values, Shown& shown)
     return true;
 }
 
+std::optional<Projection> projectionOf(int kind)
+{
+    return kind >= 0 && kind <= static_cast<int>(Projection::Sum)
+               ? std::optional(static_cast<Projection>(kind))
+               : std::nullopt;
+}
+
+bool recallProjection(std::istream& values, Shown& shown)
+{
+    int kind = 0;
+    values >> kind;
+    const auto projection = projectionOf(kind);
+    if (projection && canProject(shown))
+        shown.view.projection = *projection;
+    return true;
+}
+
 bool recallLimits(std::istream& values, Shown& shown)
 {
     int wavelength = 0;
@@ -54,7 +71,10 @@ bool recallLimits(std::istream& values, Shown& shown)
     if (!(values >> wavelength >> limits.low >> limits.high) || wavelength < 0 ||
         wavelength >= shown.info().sizeW || !(limits.low <= limits.high))
         return false;
-    shown.renderer.setLimits(wavelength, limits);
+    int kind = 0; // missing: of the section
+    values >> kind;
+    if (const auto projection = projectionOf(kind))
+        shown.renderer.setLimits(wavelength, limits, *projection);
     return true;
 }
 
@@ -89,6 +109,22 @@ bool recallPanels(std::istream& values, Shown& shown)
     shown.singlePlace = {std::clamp(place[0], 0, shown.info().sizeZ - 1),
                          std::clamp(place[1], 0, shown.info().sizeT - 1)};
     return true;
+}
+
+bool recallGrid(std::istream& values, Shown& shown)
+{
+    PanelGrid grid;
+    const auto side = [](int cells) { return cells > 0 && cells <= maxCells; };
+    if (!(values >> grid.columns >> grid.rows) || !side(grid.columns) || !side(grid.rows) ||
+        grid.columns * grid.rows > maxCells)
+        return false;
+    shown.view.grid = grid;
+    return true;
+}
+
+bool recallMerge(std::istream& values, Shown& shown)
+{
+    return static_cast<bool>(values >> shown.view.merge);
 }
 
 bool recallZoom(std::istream& values, Shown& shown)
@@ -131,7 +167,8 @@ constexpr struct {
     {"panels", recallPanels},     {zoomName, recallZoom},
     {"scaleBar", recallScaleBar}, {"gamma", recallGamma},
     {"grey", recallGrey},         {"labels", recallLabels},
-    {"play", recallPlay},
+    {"play", recallPlay},         {"projection", recallProjection},
+    {"grid", recallGrid},         {"merge", recallMerge},
 };
 
 std::optional<base::Rectangle> placeOf(std::istream& values)
@@ -158,9 +195,14 @@ Memory memoryOf(const Shown& shown)
     text << "\ncolors";
     for (const int color : view.colors)
         text << ' ' << color;
-    for (int w = 0; w < shown.info().sizeW; ++w)
-        if (const auto limits = shown.renderer.limitsByHand(w))
-            text << "\nlimits " << w << ' ' << limits->low << ' ' << limits->high;
+    for (const Projection each :
+         {Projection::Section, Projection::Maximum, Projection::Mean, Projection::Sum})
+        for (int w = 0; w < shown.info().sizeW; ++w)
+            if (const auto limits = shown.renderer.limitsByHand(w, each))
+                text << "\nlimits " << w << ' ' << limits->low << ' ' << limits->high << ' '
+                     << static_cast<int>(each);
+    text << "\ngrid " << view.grid.columns << ' ' << view.grid.rows << "\nmerge " << view.merge;
+    text << "\nprojection " << static_cast<int>(view.projection);
     for (int w = 0; w < shown.info().sizeW; ++w)
         if (const float gamma = shown.renderer.gamma(w); gamma != 1)
             text << "\ngamma " << w << ' ' << gamma;

@@ -7,10 +7,19 @@ namespace viewer {
 
 namespace {
 
-StatusFacts factsOf(const Shown& shown)
+// Of the user's own wish first.
+std::string activityOf(const Shown& shown)
+{
+    if (!shown.renderer.projecting())
+        return shown.life.activity();
+    return projectionName(shown.view.projection) + ": " +
+           std::to_string(static_cast<int>(shown.renderer.projected() * 100)) + " %";
+}
+
+StatusFacts factsOf(const Shown& shown, const View& view)
 {
     const ImageLife& life = shown.life;
-    return {life.file(), shown.view, life.scale(), life.path(), life.activity()};
+    return {life.file(), view, life.scale(), life.path(), activityOf(shown)};
 }
 
 const std::string& sentenceOf(const Shown& shown)
@@ -57,12 +66,13 @@ const std::string& problemOf(const Shown& shown)
 
 StatusTexts statusOf(const Shown& shown, const std::optional<CanvasPlace>& pointer)
 {
-    return statusTexts(factsOf(shown), sentenceOf(shown), pointer ? pixelAt(shown, *pointer) : std::nullopt);
+    return statusTexts(factsOf(shown, shown.drawnView()), sentenceOf(shown),
+                       pointer ? pixelAt(shown, *pointer) : std::nullopt);
 }
 
 StatusTexts widestStatus(const Shown& shown)
 {
-    return widestTexts(factsOf(shown));
+    return widestTexts(factsOf(shown, shown.view)); // with what is to come
 }
 
 protocol::DisplayRecord recordOf(const Shown& shown)

@@ -28,6 +28,7 @@ struct Shown {
         : life(std::move(opened)), view(initialView(life.info())), renderer(life.file())
     {
         stale.mark(Part::Layout);
+        life.beforeReplacing([this] { renderer.letGo(); });
     }
     Shown(const Shown&) = delete;
     Shown& operator=(const Shown&) = delete;
@@ -78,7 +79,20 @@ struct Shown {
         notice.tell(sentence, Notice::Clock::now());
         stale.mark(Part::Readout);
     }
+    // As drawn: until a projection is there, the sections.
+    View drawnView() const
+    {
+        View drawn = view;
+        drawn.projection = renderer.projection();
+        return drawn;
+    }
     void arrangeNow() { arrangement = arrange(info(), view, area, barThickness); }
 };
+
+// Whether there is a stack to project; not while sections still come.
+inline bool canProject(const Shown& shown)
+{
+    return shown.info().sizeZ > 1 && !shown.life.growing();
+}
 
 } // namespace viewer

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/view/Status.h"
 
+#include <string_view>
 #include <utility>
 
 namespace viewer {
@@ -42,12 +43,22 @@ std::vector<std::string> imageItems(const image::ImageInfo& info)
     return {text, info.format};
 }
 
+// What tools sample, where it is not what all panels show.
+std::string sampledText(const View& view)
+{
+    if (view.projection != Projection::Section)
+        return "tools sample z " + std::to_string(view.z + 1);
+    return view.style == protocol::TimePanels ? "tools sample t " + std::to_string(view.t + 1) : "";
+}
+
 std::vector<std::string> stateItems(const StatusFacts& facts, const std::string& activity)
 {
     std::vector<std::string> items;
     for (const std::string& text : {activity, uncalibratedText(facts.file.info(), facts.scale)})
         if (!text.empty())
             items.push_back(text);
+    if (const std::string sampled = sampledText(facts.view); !sampled.empty())
+        items.push_back(sampled);
     items.push_back(zoomText(facts.view.zoom));
     return items;
 }
@@ -121,12 +132,13 @@ StatusTexts statusTexts(const StatusFacts& facts, const std::string& sentence,
 
 StatusTexts widestTexts(const StatusFacts& facts)
 {
+    const bool longer = facts.activity.size() > std::string_view(longestActivity).size();
     const image::ImageInfo& info = facts.file.info();
     StatusTexts widest{.remark = remarkOf(facts),
                        .sentence = {},
                        .pixel = {},
                        .stage = {},
-                       .state = stateItems(facts, longestActivity)};
+                       .state = stateItems(facts, longer ? facts.activity : longestActivity)};
     for (const PanelContent& panel : panelContents(info, facts.view)) {
         keepLonger(widest.pixel, widestPixel(info, panel));
         for (const int end : {0, 1})

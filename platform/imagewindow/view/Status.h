@@ -27,7 +27,7 @@ struct StatusTexts {
 // What they tell of.
 struct StatusFacts {
     const image::ImageFile& file;
-    const View& view;
+    View view; // as drawn
     Scale scale;
     std::filesystem::path path; // of the file: its folder is left out of sentences
     std::string activity;       // what is going on with the file, empty: nothing

@@ -47,6 +47,13 @@ Grid bestGrid(const image::ImageInfo& info, int count, Size visible)
     return best;
 }
 
+Grid gridFor(const image::ImageInfo& info, const View& view, Size visible)
+{
+    const int count = panelCount(info, view);
+    return view.grid.chosen() && count > 1 ? gridOf(std::min(view.grid.columns, count), count, visible)
+                                           : bestGrid(info, count, visible);
+}
+
 double clampedOrigin(double origin, int imageSide, int panelSide, double zoom)
 {
     const double last = scaledSide(imageSide, zoom) - panelSide;
@@ -59,6 +66,8 @@ std::string captionOf(const image::ImageInfo& info, int style, const PanelConten
         return "z " + std::to_string(content.z + 1);
     if (style == protocol::TimePanels)
         return "t " + std::to_string(content.t + 1);
+    if (content.wavelengths.size() > 1)
+        return "merge";
     const int w = content.wavelengths.front();
     const std::string& name = info.wavelengths[static_cast<std::size_t>(w)].name;
     return name.empty() ? "w " + std::to_string(w + 1) : name;
@@ -83,6 +92,21 @@ bool hasLabelWord(const std::string& name)
 }
 
 } // namespace
+
+std::string projectionName(Projection projection)
+{
+    switch (projection) {
+    case Projection::Maximum:
+        return "maximum over z";
+    case Projection::Mean:
+        return "mean over z";
+    case Projection::Sum:
+        return "sum over z";
+    case Projection::Section:
+        break;
+    }
+    return "";
+}
 
 View initialView(const image::ImageInfo& info)
 {
@@ -131,16 +155,43 @@ bool saysLabels(const image::ImageInfo& info)
 
 int panelCount(const image::ImageInfo& info, const View& view)
 {
+    const int most = view.grid.chosen() ? view.grid.columns * view.grid.rows : maxPanels;
+    const auto waves = static_cast<int>(displayedWavelengths(view).size());
     switch (view.style) {
     case protocol::ZPanels:
-        return std::min(info.sizeZ, maxPanels);
+        return std::min(info.sizeZ, most);
     case protocol::TimePanels:
-        return std::min(info.sizeT, maxPanels);
+        return std::min(info.sizeT, most);
     case protocol::WavelengthPanels:
-        return static_cast<int>(displayedWavelengths(view).size());
+        return view.merge && waves > 1 ? waves + 1 : waves;
     default:
         return 1;
     }
+}
+
+std::string gridProblem(const image::ImageInfo& info, const View& view, const PanelGrid& grid, Size visible)
+{
+    constexpr int leastSide = 8; // canvas pixels
+    const std::string size = std::to_string(grid.columns) + " x " + std::to_string(grid.rows);
+    if (grid.columns < 1 || grid.rows < 1)
+        return "Columns and rows are whole numbers from 1 on.";
+    if (grid.columns > maxCells || grid.rows > maxCells || grid.columns * grid.rows > maxCells)
+        return "At most " + std::to_string(maxCells) + " panels are shown at a time: " + size + " are more.";
+    const int count = panelCount(info, view);
+    if (view.style == protocol::WavelengthPanels && count > grid.columns * grid.rows)
+        return std::to_string(count) + " panels do not fit into " + size + ".";
+    const Size room = gridOf(grid.columns, grid.columns * grid.rows, visible).panel;
+    if (room.width < leastSide || room.height < leastSide)
+        return "The window has no room for " + size + " panels.";
+    return "";
+}
+
+PanelGrid squareGrid(const image::ImageInfo& info, View view)
+{
+    view.grid = {maxCells, 1};
+    const int count = panelCount(info, view);
+    const int columns = static_cast<int>(std::ceil(std::sqrt(count)));
+    return {columns, (count + columns - 1) / columns};
 }
 
 std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View& view)
@@ -154,13 +205,18 @@ std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View
         if (view.style == protocol::TimePanels)
             content.t += i;
         if (view.style == protocol::WavelengthPanels)
-            content.wavelengths = {waves[static_cast<std::size_t>(i)]};
+            content.wavelengths =
+                i < static_cast<int>(waves.size()) ? std::vector{waves[static_cast<std::size_t>(i)]} : waves;
         if (view.style != protocol::SinglePanel)
             content.caption = captionOf(info, view.style, content);
+        content.projection = view.projection;
+        if (const std::string name = projectionName(view.projection); !name.empty())
+            content.caption += (content.caption.empty() ? "" : ", ") + name;
         for (int w : content.wavelengths)
             content.colors.push_back(view.grey ? static_cast<int>(base::White)
                                                : view.colors[static_cast<std::size_t>(w)]);
-        content.labels = view.labels && canBeLabels(info) && content.wavelengths.size() == 1;
+        const bool named = view.projection == Projection::Section || view.projection == Projection::Maximum;
+        content.labels = view.labels && named && canBeLabels(info) && content.wavelengths.size() == 1;
         contents.push_back(content);
     }
     return contents;
@@ -202,6 +258,8 @@ void followNewest(View& view, const image::SectionIndex& before, const image::Se
 
 void clampSection(const image::ImageInfo& info, View& view)
 {
+    if (view.style == protocol::ZPanels || info.sizeZ < 2)
+        view.projection = Projection::Section;
     const View last = lastSection(info, view);
     view.z = std::clamp(view.z, 0, last.z);
     view.t = std::clamp(view.t, 0, last.t);
@@ -211,7 +269,7 @@ void clampSection(const image::ImageInfo& info, View& view)
 protocol::Geometry layOut(const image::ImageInfo& info, View& view, Size visible)
 {
     const int count = panelCount(info, view);
-    const Grid grid = bestGrid(info, count, visible);
+    const Grid grid = gridFor(info, view, visible);
     if (view.fit)
         view.zoom = fitZoom(info, view, visible);
     protocol::Geometry geometry;
@@ -259,7 +317,7 @@ int scaledSide(int pixels, double zoom)
 
 double fitZoom(const image::ImageInfo& info, const View& view, Size visible)
 {
-    const Grid grid = bestGrid(info, panelCount(info, view), visible);
+    const Grid grid = gridFor(info, view, visible);
     const double scale = std::min(grid.panel.width / static_cast<double>(info.width),
                                   grid.panel.height / static_cast<double>(info.height));
     return std::min(scale, maxZoom);

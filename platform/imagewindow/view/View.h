@@ -16,6 +16,7 @@ namespace viewer {
 
 constexpr int maxDisplayed = 5;        // wavelengths shown at a time
 constexpr int maxPanels = 20;          // panels shown at a time
+constexpr int maxCells = 100;          // panels in a grid of the user's choice
 constexpr int panelGap = 4;            // canvas pixels between panels
 constexpr int scrollBarThickness = 15; // screen pixels at 96 dots per inch
 constexpr double maxZoom = 32.0, minZoom = 1.0 / 16;
@@ -25,13 +26,30 @@ struct Size {
     friend bool operator==(const Size&, const Size&) = default;
 };
 
+// What of a stack is shown: the section, or for each pixel one value over all sections.
+enum class Projection { Section, Maximum, Mean, Sum };
+
+// "maximum over z"; empty for the section.
+std::string projectionName(Projection projection);
+
+// The panels' columns and rows as the user wants them. 0: maxPanels at most, in the grid that shows them
+// largest. Rows and columns that would stay empty are left out.
+struct PanelGrid {
+    int columns = 0, rows = 0;
+    bool chosen() const { return columns > 0; }
+    friend bool operator==(const PanelGrid&, const PanelGrid&) = default;
+};
+
 struct View {
-    int z = 0, t = 0, p = 0;     // of the first panel
-    std::vector<bool> displayed; // one per wavelength, at most maxDisplayed true
-    std::vector<int> colors;     // palette index of each wavelength
-    bool grey = false;           // all are shown in white instead
-    bool labels = false;         // a panel of one wavelength shows each of its numbers in another colour
+    int z = 0, t = 0, p = 0;                     // of the first panel
+    std::vector<bool> displayed;                 // one per wavelength, at most maxDisplayed true
+    std::vector<int> colors;                     // palette index of each wavelength
+    bool grey = false;                           // all are shown in white instead
+    Projection projection = Projection::Section; // never where panels are of z
+    bool labels = false; // a panel of one wavelength shows each of its numbers in another colour
     int style = protocol::SinglePanel;
+    PanelGrid grid;     // of several panels
+    bool merge = false; // one more panel shows the wavelengths together, after those of wavelengths
     double zoom = 1.0;
     double originX = 0, originY = 0;
     bool fit = false; // the zoom follows the window's size
@@ -51,16 +69,23 @@ bool canBeLabels(const image::ImageInfo& info);
 // Whether the file's name, or the name of its only wavelength, says that they are.
 bool saysLabels(const image::ImageInfo& info);
 
-// How many panels the style gives: sections, wavelengths or time points, at most maxPanels.
+// How many panels the style gives: sections, wavelengths or time points, as many as the grid holds.
 int panelCount(const image::ImageInfo& info, const View& view);
+
+// Why panels of the view's style cannot be in such a grid in a visible area of that size, one sentence; empty
+// when they can.
+std::string gridProblem(const image::ImageInfo& info, const View& view, const PanelGrid& grid, Size visible);
+// The grid of nearly as many columns as rows that shows all of the style, as far as there may be cells.
+PanelGrid squareGrid(const image::ImageInfo& info, View view);
 
 // What one panel shows.
 struct PanelContent {
     int z = 0, t = 0, p = 0;
     std::vector<int> wavelengths;
-    std::string caption;       // empty for a single panel
+    std::string caption;       // empty for a single panel of a section
     std::vector<int> colors{}; // palette index of each of the wavelengths
     bool labels = false;       // the values of its only wavelength are numbers of objects
+    Projection projection = Projection::Section;
     friend bool operator==(const PanelContent&, const PanelContent&) = default;
 };
 std::vector<PanelContent> panelContents(const image::ImageInfo& info, const View& view);

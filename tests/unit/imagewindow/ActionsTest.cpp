@@ -180,6 +180,38 @@ TEST(Actions, PlayingEndsWithAStepByHand)
     EXPECT_EQ(loadPlay(), (PlaySettings{PlayAxis::Z, PlayEnd::Bounce, 25}));
 }
 
+TEST(Actions, ProjectionsAndPanelsOfZGiveWayToEachOther)
+{
+    const TempFolder folder;
+    Shown shown(stackOf(folder, 5));
+    Actions actions(shown);
+    actions.setPanels(protocol::ZPanels);
+    actions.setProjection(Projection::Maximum);
+    EXPECT_EQ(shown.view.style, protocol::SinglePanel);
+    EXPECT_EQ(shown.view.projection, Projection::Maximum);
+    actions.setPanels(protocol::ZPanels);
+    EXPECT_EQ(shown.view.projection, Projection::Section);
+    actions.setProjection(Projection::Sum);
+    actions.resetView();
+    EXPECT_EQ(shown.view.projection, Projection::Section);
+}
+
+TEST(Actions, AMontageStaysUntilOtherPanelsAreChosen)
+{
+    const TempFolder folder;
+    Shown shown(stackOf(folder, 7));
+    Actions actions(shown);
+    shown.area = {400, 300};
+    shown.arrangeNow();
+    EXPECT_NE(actions.setMontage(protocol::ZPanels, {0, 2}), "");
+    EXPECT_EQ(shown.view.style, protocol::SinglePanel);
+    EXPECT_EQ(actions.setMontage(protocol::ZPanels, {2, 2}), "");
+    EXPECT_EQ(shown.view.style, protocol::ZPanels);
+    EXPECT_EQ(panelCount(shown.info(), shown.view), 4);
+    actions.setPanels(protocol::ZPanels);
+    EXPECT_EQ(panelCount(shown.info(), shown.view), 7);
+}
+
 TEST(Actions, WhatIsPlayedIsWhatThereIs)
 {
     const TempFolder folder;

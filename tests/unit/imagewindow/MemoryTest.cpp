@@ -46,6 +46,10 @@ protected:
         shown.view.grey = shown.view.labels = true;
         shown.renderer.setGamma(0, 0.45F);
         shown.renderer.setGamma(2, 2.5F);
+        shown.view.projection = Projection::Sum;
+        shown.renderer.setLimits(2, {10, 9e5F}, Projection::Sum);
+        shown.view.grid = {2, 3};
+        shown.view.merge = true;
         shown.play = {PlayAxis::Time, PlayEnd::Bounce, 12.5};
         Memory memory = memoryOf(shown);
         memory.place = base::Rectangle{-20, 30, 640, 480};
@@ -107,28 +111,13 @@ TEST_F(MemoryTest, OptionsGoBeforeIt)
 
 TEST_F(MemoryTest, WhatDoesNotFitIsLeftOut)
 {
-    for (const char* text : {"section 99 -5 7",
-                             "wavelengths 7 -1",
-                             "wavelengths",
-                             "colors 99 -1 7",
-                             "limits 9 0 1",
-                             "limits -1 0 1",
-                             "limits 0 5 1",
-                             "limits 0 nan inf",
-                             "panels 7 0 0",
-                             "panels -1 99 99",
-                             "zoom 0 1e300 0 0",
-                             "zoom 0 -1 0 0",
-                             "zoom 0 1 nan 0",
-                             "zoom",
-                             "nonsense 1",
-                             "\n\n",
-                             "scaleBar x",
-                             "gamma 9 1",
-                             "gamma 0 nan",
-                             "gamma 0",
-                             "grey",
-                             "labels"}) {
+    for (const char* text :
+         {"section 99 -5 7",  "wavelengths 7 -1", "wavelengths",      "colors 99 -1 7", "limits 9 0 1",
+          "limits -1 0 1",    "limits 0 5 1",     "limits 0 nan inf", "panels 7 0 0",   "panels -1 99 99",
+          "zoom 0 1e300 0 0", "zoom 0 -1 0 0",    "zoom 0 1 nan 0",   "zoom",           "grid 0 0",
+          "grid 11 10",       "grid -1 -1",       "grid 99999 99999", "projection 9",   "projection -1",
+          "merge x",          "limits 0 1 2 9",   "nonsense 1",       "\n\n",           "scaleBar x",
+          "gamma 9 1",        "gamma 0 nan",      "gamma 0",          "grey",           "labels"}) {
         Shown shown(openImage(image.string()));
         recall({text, std::nullopt}, shown);
         const View& view = shown.view;
@@ -136,6 +125,8 @@ TEST_F(MemoryTest, WhatDoesNotFitIsLeftOut)
         EXPECT_FALSE(displayedWavelengths(view).empty()) << text;
         EXPECT_TRUE(view.zoom >= minZoom && view.zoom <= maxZoom) << text;
         EXPECT_EQ(view.style, protocol::SinglePanel) << text;
+        EXPECT_FALSE(view.grid.chosen() || view.merge) << text;
+        EXPECT_EQ(view.projection, Projection::Section) << text;
         EXPECT_FALSE(shown.renderer.limitsByHand(0)) << text;
         EXPECT_EQ(shown.renderer.gamma(0), 1) << text;
         shown.area = {300, 300};

@@ -132,6 +132,18 @@ TEST(OverlayStore, APanelOfTheDisplayThatItWasDrawnIn)
     }
 }
 
+TEST(OverlayStore, TheMergeIsAPanelOfItsOwn)
+{
+    const PanelContent one{.wavelengths = {1}, .caption = ""}, merge{.wavelengths = {0, 1}, .caption = ""};
+    const OverlayCommand point{.kind = OverlayKind::AddPoint, .client = 1, .id = 1, .panel = 2};
+    const Graphic onMerge{point, {protocol::WavelengthPanels, boundWavelength(merge)}};
+    const Graphic onOne{point, {protocol::WavelengthPanels, boundWavelength(one)}};
+    EXPECT_TRUE(showsIn(onMerge, protocol::WavelengthPanels, 1, merge));
+    EXPECT_FALSE(showsIn(onMerge, protocol::WavelengthPanels, 2, one));
+    EXPECT_TRUE(showsIn(onOne, protocol::WavelengthPanels, 0, one));
+    EXPECT_FALSE(showsIn(onOne, protocol::WavelengthPanels, 2, merge));
+}
+
 TEST(OverlayStore, SegmentsAreCutToTheRectangle)
 {
     const struct {

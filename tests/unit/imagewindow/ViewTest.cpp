@@ -247,3 +247,96 @@ TEST(View, PanelsShowConsecutiveSectionsOrWavelengths)
     EXPECT_EQ(panels[0].caption, "w 2");
     EXPECT_EQ(panels[1].caption, "DAPI");
 }
+
+TEST(View, AMontageHasTheChosenGrid)
+{
+    const struct {
+        const char* name;
+        int style;
+        PanelGrid grid;
+        int columns, rows, panels;
+    } rows[] = {
+        {"all sections", protocol::ZPanels, {3, 3}, 3, 3, 9},
+        {"a run of sections", protocol::ZPanels, {2, 3}, 2, 3, 6},
+        {"a row that stays empty", protocol::ZPanels, {4, 5}, 4, 3, 9},
+        {"columns that stay empty", protocol::ZPanels, {30, 1}, 9, 1, 9},
+        {"more than panels without a grid", protocol::TimePanels, {8, 5}, 8, 5, 40},
+        {"wavelengths", protocol::WavelengthPanels, {1, 3}, 1, 3, 3},
+        {"a single panel", protocol::SinglePanel, {3, 3}, 1, 1, 1},
+    };
+    const image::ImageInfo info = imageOf(100, 80, 9, 3, 40);
+    for (const auto& row : rows) {
+        View view = initialView(info);
+        view.style = row.style;
+        view.grid = row.grid;
+        view.fit = true;
+        const protocol::Geometry g = arrange(info, view, {700, 500}, 15).geometry;
+        EXPECT_EQ(g.columns, row.columns) << row.name;
+        EXPECT_EQ(g.rows, row.rows) << row.name;
+        EXPECT_EQ(g.panelCount, row.panels) << row.name;
+        EXPECT_EQ(panelContents(info, view).size(), static_cast<std::size_t>(row.panels)) << row.name;
+        EXPECT_LE(g.columns * (g.panelWidth + g.gap), 700 + g.gap) << row.name;
+        EXPECT_LE(g.rows * (g.panelHeight + g.gap), 500 + g.gap) << row.name;
+    }
+}
+
+TEST(View, ImpossibleGridsGetASentence)
+{
+    const struct {
+        int style;
+        PanelGrid grid;
+        const char* problem; // a part of it, empty: none
+    } rows[] = {
+        {protocol::ZPanels, {3, 3}, ""},
+        {protocol::ZPanels, {10, 10}, ""},
+        {protocol::ZPanels, {0, 3}, "whole numbers"},
+        {protocol::ZPanels, {3, -1}, "whole numbers"},
+        {protocol::ZPanels, {11, 10}, "At most 100"},
+        {protocol::ZPanels, {999999, 999999}, "At most 100"},
+        {protocol::ZPanels, {60, 1}, "no room"},
+        {protocol::WavelengthPanels, {2, 1}, "3 panels do not fit into 2 x 1"},
+        {protocol::WavelengthPanels, {2, 2}, ""},
+    };
+    const image::ImageInfo info = imageOf(100, 80, 9, 3);
+    for (const auto& row : rows) {
+        View view = initialView(info);
+        view.style = row.style;
+        const std::string problem = gridProblem(info, view, row.grid, {600, 500});
+        EXPECT_EQ(problem.empty(), *row.problem == '\0') << problem;
+        EXPECT_NE(problem.find(row.problem), std::string::npos) << problem;
+        const PanelGrid square = squareGrid(info, view);
+        EXPECT_EQ(gridProblem(info, view, square, {600, 500}), "");
+        EXPECT_GE(square.columns * square.rows, row.style == protocol::ZPanels ? 9 : 3);
+    }
+}
+
+TEST(View, TheMergeIsOneMoreOfTheWavelengthPanels)
+{
+    const image::ImageInfo info = imageOf(10, 10, 2, 3);
+    View view = initialView(info);
+    view.merge = true;
+    EXPECT_EQ(panelContents(info, view).size(), 1U); // none in a single panel
+    view.style = protocol::WavelengthPanels;
+    const auto panels = panelContents(info, view);
+    ASSERT_EQ(panels.size(), 4U);
+    EXPECT_EQ(panels[2].wavelengths, std::vector{2});
+    EXPECT_EQ(panels[3].wavelengths, (std::vector{0, 1, 2}));
+    EXPECT_EQ(panels[3].colors, view.colors);
+    EXPECT_EQ(panels[3].caption, "merge");
+    showWavelength(view, 0, false);
+    showWavelength(view, 1, false);
+    EXPECT_EQ(panelContents(info, view).size(), 1U); // it would be the same once more
+}
+
+TEST(View, ProjectionsAreNamedWhereTheyAreShown)
+{
+    const image::ImageInfo info = imageOf(10, 10, 4, 2, 3);
+    View view = initialView(info);
+    view.projection = Projection::Maximum;
+    EXPECT_EQ(panelContents(info, view).front().caption, "maximum over z");
+    view.style = protocol::TimePanels;
+    EXPECT_EQ(panelContents(info, view).back().caption, "t 3, maximum over z");
+    view.style = protocol::ZPanels;
+    clampSection(info, view);
+    EXPECT_EQ(panelContents(info, view).back().caption, "z 4"); // sections side by side
+}

@@ -315,7 +315,9 @@ void ChannelCard::showHistogram(bool logarithmic, bool sampleNow)
 // Room to move the limits, but not where there are no values.
 ContrastLimits ChannelCard::wantedSpan(const ContrastLimits& limits) const
 {
-    const image::ValueRange range = desk.shown.life.range(wavelength);
+    // The ranges of the file are of its sections.
+    const bool sections = desk.shown.renderer.projection() == Projection::Section;
+    const image::ValueRange range = sections ? desk.shown.life.range(wavelength) : image::ValueRange{};
     ContrastLimits wanted =
         contrastSpan(limits, range.known ? ContrastLimits{range.min, range.max} : ContrastLimits{0, 0});
     if (!sample || sample->values.empty())
