@@ -83,7 +83,7 @@ ROOMS = "platform/imagewindow/"
 # Free of X and of every other folder of ours.
 PURE = ["platform/base", "platform/text/Utf8.h"]
 # What the rooms of the viewer share.
-VIEWER = ["platform/base", "platform/text", "platform/image", "platform/protocol", "widgets"]
+VIEWER = ["platform/base", "platform/plot", "platform/text", "platform/image", "platform/protocol", "widgets"]
 # What the rooms of batchprofile share.
 BATCH = [*PURE, "segment/Geometry.h", "profile", "saved/Sylk.h", "saved/SavedProfile.h", "gauge/TickLayout.h",
          "platform/image", "widgets/picture"]
@@ -98,6 +98,7 @@ MAY_INCLUDE = {
     "platform/text": ["platform/base"],
     "platform/protocol": PURE,
     "platform/image": [*PURE, "widgets/picture/Samples.h"],
+    "platform/plot": [*PURE, "gauge/TickLayout.h"],
     "platform/iwl": [HEADERS, *PURE, "platform/protocol", "platform/image"],
     "platform/wmenh": [HEADERS, "platform/base", "platform/text", "platform/protocol", "platform/iwl", "widgets"],
     "platform/suite": [HEADERS, *PURE, "platform/wmenh", "platform/protocol", "platform/iwl"],
@@ -119,6 +120,7 @@ MAY_INCLUDE = {
     "batch/measure": [*BATCH, "batch/lines"],
     "batch/results": [*BATCH, "batch/lines", "batch/measure", "batch/run/Settings.h"],
     "batch/run": [*BATCH, "batch/lines", "batch/measure", "batch/results"],
+    "batch/modules": [*BATCH, "batch/results", "platform/plot"],
     "batch": [*BATCH, "batch/lines", "batch/measure", "batch/results", "batch/run"],
     "samples": [*PURE, "platform/image"],
     "drive": ["platform/base", "platform/protocol"],
@@ -126,7 +128,7 @@ MAY_INCLUDE = {
     "tests": ["*"],
 }
 # Folders and files that must work where there is no X.
-WITHOUT_X = ["platform/base/", "platform/text/Utf8.", "platform/image/", "batch/", ROOMS + "files/", ROOMS + "view/", ROOMS + "render/",
+WITHOUT_X = ["platform/base/", "platform/text/Utf8.", "platform/image/", "platform/plot/", "batch/", ROOMS + "files/", ROOMS + "view/", ROOMS + "render/",
              ROOMS + "paint/", ROOMS + "figure/", ROOMS + "state/", "samples/",
              "platform/protocol/Geometry.", "platform/protocol/ByteStream.", "platform/protocol/DisplayRecord.",
              "platform/protocol/OverlayRecord.", "segment/Geometry.", "profile/Walk.", "profile/Patch.", "profile/Fwhm.",

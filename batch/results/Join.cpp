@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "batch/results/Join.h"
 
+#include "batch/results/Kymographs.h"
+#include "batch/results/Modules.h"
+#include "batch/results/Plots.h"
 #include "batch/results/Sheet.h"
 #include "batch/results/Tables.h"
 
@@ -15,6 +18,7 @@
 #include <deque>
 #include <string_view>
 #include <system_error>
+#include <tuple>
 
 namespace batch {
 
@@ -112,56 +116,59 @@ void joinText(const std::filesystem::path& path, const TextPart& text, const std
 
 } // namespace
 
-namespace {
-
-struct Stage {
-    RecordCursor cursor;
-    std::uint32_t image;
-    bool isSectionOf(const Stage& other) const
-    {
-        const Record::Facts &a = cursor.present()->facts, &b = other.cursor.present()->facts;
-        return image == other.image && a.z == b.z && a.t == b.t && a.p == b.p;
-    }
-};
-
-// The lines of one section, over its channels.
-void takeLines(std::vector<Stage>& channels, const std::function<void(const LineRecords&)>& take)
+void forEachLineOf(std::span<const FinishedUnit> sections, const std::function<void(const LineRecords&)>& take)
 {
+    std::vector<RecordCursor> cursors;
+    for (const FinishedUnit& section : sections)
+        cursors.emplace_back((*section.files)[RecordsPart], section.ranges[RecordsPart]).next();
     LineRecords records;
     while (true) {
         std::uint32_t line = UINT32_MAX;
-        for (const Stage& channel : channels)
-            if (const Record* record = channel.cursor.present())
+        for (const RecordCursor& cursor : cursors)
+            if (const Record* record = cursor.present())
                 line = std::min(line, record->facts.line);
         records.clear();
-        for (const Stage& channel : channels)
-            if (const Record* record = channel.cursor.present(); record && record->facts.line == line)
+        for (const RecordCursor& cursor : cursors)
+            if (const Record* record = cursor.present(); record && record->facts.line == line)
                 records.push_back(record);
         if (records.empty())
             return;
         take(records);
-        for (Stage& channel : channels)
-            if (const Record* record = channel.cursor.present(); record && record->facts.line == line)
-                channel.cursor.next();
+        for (RecordCursor& cursor : cursors)
+            if (const Record* record = cursor.present(); record && record->facts.line == line)
+                cursor.next();
     }
 }
 
-} // namespace
-
-void forEachLine(std::span<const FinishedUnit> units, const std::function<void(const LineRecords&)>& take)
+void forEachLine(std::span<const FinishedUnit> units,
+                 const std::function<void(std::uint32_t image, const LineRecords&)>& take)
 {
-    std::vector<Stage> channels;
+    std::vector<FinishedUnit> channels;
+    std::tuple<std::uint32_t, int, int, int> section;
+    const auto takeChannels = [&] {
+        forEachLineOf(channels, [&](const LineRecords& records) { take(std::get<0>(section), records); });
+        channels.clear();
+    };
     for (const FinishedUnit& unit : units) {
-        Stage stage{RecordCursor((*unit.files)[RecordsPart], unit.ranges[RecordsPart]), unit.key.image};
-        if (!stage.cursor.next())
+        RecordCursor cursor((*unit.files)[RecordsPart], unit.ranges[RecordsPart]);
+        const Record* const record = cursor.next();
+        if (!record)
             continue;
-        if (!channels.empty() && !stage.isSectionOf(channels.front())) {
-            takeLines(channels, take);
-            channels.clear();
-        }
-        channels.push_back(std::move(stage));
+        const std::tuple its(unit.key.image, record->facts.p, record->facts.t, record->facts.z);
+        if (its != section)
+            takeChannels();
+        section = its;
+        channels.push_back(unit);
     }
-    takeLines(channels, take);
+    takeChannels();
+}
+
+void makeFolder(const std::filesystem::path& folder)
+{
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error)
+        throw RunError(folder.string() + " cannot be made: " + error.message() + ".");
 }
 
 std::vector<std::filesystem::path> resultFiles(const std::filesystem::path& out, const Settings& settings)
@@ -171,16 +178,39 @@ std::vector<std::filesystem::path> resultFiles(const std::filesystem::path& out,
         files.push_back(named(out, text.ending));
     if (settings.samples == SampleFormat::Slk)
         files.push_back(named(out, ".samples.slk"));
+    if (settings.samples == SampleFormat::Hdf5)
+        files.push_back(named(out, ".samples.h5"));
+    if (settings.plots != PlotFormat::None)
+        files.push_back(named(out, ".plots"));
+    if (settings.kymograph != KymographAxis::None)
+        files.push_back(named(out, ".kymographs"));
     return files;
 }
+
+namespace {
+
+// The results that are made of the records.
+void joinRecords(const std::filesystem::path& out, const std::vector<FinishedUnit>& units, const Settings& settings)
+{
+    if (settings.samples == SampleFormat::Slk)
+        writeSheet(named(out, ".samples.slk"), units);
+    if (settings.samples == SampleFormat::Hdf5)
+        if (const std::string problem = hdf5Module()(named(out, ".samples.h5"), units); !problem.empty())
+            throw RunError(problem);
+    if (settings.plots != PlotFormat::None)
+        writePlots(named(out, ".plots"), units, settings);
+    if (settings.kymograph != KymographAxis::None)
+        writeKymographs(named(out, ".kymographs"), units, settings.kymograph);
+}
+
+} // namespace
 
 JoinOutcome joinResults(const std::filesystem::path& out, const std::vector<StorePaths>& stores,
                         const Settings& settings, bool consume)
 {
     const Sources sources(stores);
     consume = consume && stores.size() == 1 && sources.totals().problems == 0;
-    if (settings.samples == SampleFormat::Slk)
-        writeSheet(named(out, ".samples.slk"), sources.units());
+    joinRecords(out, sources.units(), settings);
     for (const TextPart& text : textParts(settings)) {
         const std::filesystem::path path = named(out, text.ending), part = stores.front().part(text.part);
         if (consume && isInOrder(sources.units(), text.part, text.head.size(), part))

@@ -21,11 +21,14 @@ struct FinishedUnit {
     const std::array<int, partCount>* files = nullptr; // descriptors
 };
 
-// The sections that are stages of the same profiles: their image, position, time and z are the same, the
-// channel is not. Calls take(records) for each line that they have, in the order of the lines, with the
-// line's record of each channel. `units` are in order.
+// Calls take for each line of some sections, in the order of the lines, with the records of the line in those sections
+// that have one, in their order.
 using LineRecords = std::vector<const Record*>;
-void forEachLine(std::span<const FinishedUnit> units, const std::function<void(const LineRecords&)>& take);
+void forEachLineOf(std::span<const FinishedUnit> sections, const std::function<void(const LineRecords&)>& take);
+
+// The same for each image, position, time and z, of which the channels are taken together. `units` are in order.
+void forEachLine(std::span<const FinishedUnit> units,
+                 const std::function<void(std::uint32_t image, const LineRecords&)>& take);
 
 // Joins what the stores of these paths hold to the results of `out`, in the order of the images and sections.
 // consume: the stores are not needed any more when nothing in them has problems. Throws RunError; results
@@ -35,6 +38,9 @@ struct JoinOutcome {
 };
 JoinOutcome joinResults(const std::filesystem::path& out, const std::vector<StorePaths>& stores,
                         const Settings& settings, bool consume);
+
+// Makes a folder for results. Throws RunError.
+void makeFolder(const std::filesystem::path& folder);
 
 // The names of the results that a run of these settings makes as files.
 std::vector<std::filesystem::path> resultFiles(const std::filesystem::path& out, const Settings& settings);

@@ -35,9 +35,7 @@ Record::Facts factsOf(const Measured& measured, std::uint32_t line)
         return static_cast<float>(measured.section.file->extendedHeader(section, field).value_or(0));
     };
     Record::Facts facts{section.z, section.t, section.p, section.w, info.sizeT, wavelength.nanometres};
-    facts.red = wavelength.red;
-    facts.green = wavelength.green;
-    facts.blue = wavelength.blue;
+    facts.colorIndex = wavelength.colorIndex;
     facts.calibrated = info.calibrated;
     facts.length = measured.extent.length;
     facts.angle = measured.extent.angle;
@@ -73,6 +71,7 @@ void appendRecord(std::string& bytes, const Measured& measured, std::uint32_t li
     putAll(bytes, measured.line);
     putAll(bytes, measured.info().wavelengths[static_cast<std::size_t>(facts.w)].name);
     putAll(bytes, profile.values);
+    putAll(bytes, profile.exact);
     putAll(bytes, profile.counts);
     for (const std::vector<float>& column : columns)
         putAll(bytes, column);
@@ -116,6 +115,7 @@ const Record* RecordCursor::next()
     for (std::string* text : {&record.image, &record.line, &record.channel})
         takeAll(*text);
     takeAll(record.values);
+    takeAll(record.exact);
     takeAll(record.counts);
     for (std::vector<float>* column : {&record.xPixels, &record.yPixels, &record.xStage, &record.yStage})
         takeAll(*column);

@@ -19,7 +19,8 @@ struct Record {
         std::int32_t z = 0, t = 0, p = 0, w = 0; // from 0 on
         std::int32_t timePoints = 1;             // of the image
         float wavelength = 0;                    // nanometres
-        std::uint8_t red = 255, green = 255, blue = 255, calibrated = 0;
+        std::int32_t colorIndex = 0;             // of the channel, in base::displayColors
+        std::int32_t calibrated = 0;             // flag
         float length = 0, angle = 0, fwhm = 0; // microns, degrees
         float timeSeconds = 0, zSpacing = 1, bias = 0, pixelSize = 1;
         double pixelLength = 0;
@@ -29,6 +30,7 @@ struct Record {
     } facts;
     std::string image, line, channel; // names
     std::vector<float> values;
+    std::vector<double> exact;        // of a band: the values in double precision
     std::vector<std::int32_t> counts; // of a band
     std::vector<float> xPixels, yPixels, xStage, yStage;
 };

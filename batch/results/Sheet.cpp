@@ -75,7 +75,7 @@ private:
 // Calls take(channels) for each block of the sheet.
 template<class Take> void forEachBlock(const std::vector<FinishedUnit>& units, Take take)
 {
-    forEachLine(units, [&](const LineRecords& records) {
+    forEachLine(units, [&](std::uint32_t, const LineRecords& records) {
         for (std::size_t first = 0; first < records.size(); first += maxChannels)
             take(std::span(records).subspan(first,
                                             std::min<std::size_t>(maxChannels, records.size() - first)));
@@ -93,7 +93,7 @@ void writeSheet(const std::filesystem::path& path, const std::vector<FinishedUni
         channels = std::max(channels, static_cast<int>(block.size()));
     });
     if (rows > std::numeric_limits<int>::max())
-        throw RunError("The samples have more rows than a spreadsheet: choose --samples csv.");
+        throw RunError("The samples have more rows than a spreadsheet: choose --samples csv or hdf5.");
     StagedFile file(path);
     beginSylk(file.stream(), static_cast<int>(rows), channels);
     int ordinal = 0, row = 1;

@@ -18,13 +18,15 @@ namespace batch {
 
 const char* const methodNames[2] = {"digital", "band"};
 const char* const reduceNames[4] = {"mean", "median", "max", "sum"};
-const char* const sampleFormatNames[3] = {"none", "csv", "slk"};
+const char* const sampleFormatNames[4] = {"none", "csv", "slk", "hdf5"};
+const char* const plotFormatNames[4] = {"none", "svg", "pdf", "png"};
+const char* const kymographAxisNames[3] = {"none", "t", "z"};
 
 namespace {
 
 constexpr const char* moreHelp = R"(
-Writes PREFIX.summary.csv, a row for each image, section, channel and line, and as asked for PREFIX.samples.csv or
-.slk; what could not be measured is in PREFIX.errors.csv.
+Writes PREFIX.summary.csv, a row for each image, section, channel and line, and as asked for PREFIX.samples.csv,
+.slk or .h5, pictures in PREFIX.plots and images in PREFIX.kymographs; what could not be measured is in PREFIX.errors.csv.
 "batchprofile merge --out PREFIX" joins the shards of a run. Columns are described in batchprofile(1).
 Exit status: 0 when all was measured, 2 when there are errors in PREFIX.errors.csv or the command line is wrong,
 1 when nothing could be done.)";
@@ -112,6 +114,9 @@ void addMeasuring(CLI::App& app, Options& options)
         ->capture_default_str();
     addChoice(app, "--reduce", settings.reduce, reduceNames, "What a bin of a band becomes");
     addChoice(app, "--samples", settings.samples, sampleFormatNames, "A file of all samples");
+    addChoice(app, "--plots", settings.plots, plotFormatNames, "A picture of each line's curves");
+    app.add_flag("--log", settings.logAxis, "Logarithmic intensities in the pictures");
+    addChoice(app, "--kymograph", settings.kymograph, kymographAxisNames, "Each line over time or z, as a TIFF image");
 }
 
 void addRunning(CLI::App& app, Options& options)
@@ -149,14 +154,19 @@ std::vector<std::string> wordsOf(const Settings& settings)
     const auto word = [](const auto& names, auto choice) {
         return std::string(names[static_cast<int>(choice)]);
     };
-    return {"--channels", settings.channels.text(),
+    std::vector<std::string> words = {"--channels", settings.channels.text(),
             "--z",        settings.z.text(),
             "--time",     settings.time.text(),
             "--position", settings.position.text(),
             "--line",     word(methodNames, settings.method),
             "--width",    width.str(),
             "--reduce",   word(reduceNames, settings.reduce),
-            "--samples",  word(sampleFormatNames, settings.samples)};
+            "--samples",  word(sampleFormatNames, settings.samples),
+            "--plots",    word(plotFormatNames, settings.plots),
+            "--kymograph", word(kymographAxisNames, settings.kymograph)};
+    if (settings.logAxis)
+        words.push_back("--log");
+    return words;
 }
 
 Settings parseSettings(const std::vector<std::string>& words)

@@ -29,7 +29,9 @@ private:
     std::vector<std::pair<int, int>> ranges; // 1-based, inclusive; empty: all
 };
 
-enum class SampleFormat { None, Csv, Slk };
+enum class SampleFormat { None, Csv, Slk, Hdf5 };
+enum class PlotFormat { None, Svg, Pdf, Png };
+enum class KymographAxis { None, Time, Z };
 
 struct Settings {
     IndexList channels, z, time, position;
@@ -37,9 +39,16 @@ struct Settings {
     double width = 1; // of bands, pixels
     Reduce reduce = Reduce::Mean;
     SampleFormat samples = SampleFormat::None;
+    PlotFormat plots = PlotFormat::None;
+    bool logAxis = false; // of the plots
+    KymographAxis kymograph = KymographAxis::None;
 
     // Whether there are results that are made of all profiles when they are measured.
-    bool needsRecords() const { return samples == SampleFormat::Slk; }
+    bool needsRecords() const
+    {
+        return samples == SampleFormat::Slk || samples == SampleFormat::Hdf5 || plots != PlotFormat::None ||
+               kymograph != KymographAxis::None;
+    }
 };
 
 // One of several equal parts of a run.
@@ -68,7 +77,9 @@ struct Options {
 // The names of the choices on the command line and in the files, by value.
 extern const char* const methodNames[2];
 extern const char* const reduceNames[4];
-extern const char* const sampleFormatNames[3];
+extern const char* const sampleFormatNames[4];
+extern const char* const plotFormatNames[4];
+extern const char* const kymographAxisNames[3];
 
 // A wrong command line: one sentence for the user.
 struct UsageError : std::runtime_error {

@@ -33,6 +33,16 @@ inline constexpr std::array<DisplayColor, 7> displayColors{{{"white", {255, 255,
 constexpr int annotationColor = static_cast<int>(displayColors.size());
 constexpr Rgb annotationRgb{255, 184, 28};
 
+// The same colours where they stand as text or curves on a dark ground: pure red and blue are too dim there.
+inline constexpr std::array<Rgb, displayColors.size() + 1> textColors{{{240, 240, 240},
+                                                                       {255, 110, 100},
+                                                                       {90, 220, 110},
+                                                                       {235, 215, 80},
+                                                                       {120, 160, 255},
+                                                                       {240, 130, 240},
+                                                                       {90, 215, 225},
+                                                                       annotationRgb}};
+
 // Whether an overlay graphic can have the colour.
 constexpr bool isGraphicsColor(int index)
 {

@@ -124,14 +124,6 @@ std::optional<Format> formatOfName(const fs::path& path)
     return std::nullopt;
 }
 
-std::string extensionOf(const fs::path& path)
-{
-    std::string extension = path.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension;
-}
-
 Picture decode(std::span<const std::byte> bytes)
 {
     return decodeNamed("The picture", bytes);

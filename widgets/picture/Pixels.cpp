@@ -1,10 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/picture/Codecs.h"
 
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace picture {
+
+std::string extensionOf(const std::filesystem::path& path)
+{
+    std::string extension = path.extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension;
+}
 
 void checkSize(std::uint64_t width, std::uint64_t height)
 {

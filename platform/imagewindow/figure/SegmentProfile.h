@@ -3,9 +3,9 @@
 // line between the pixels of the two ends. Pure but for reading the image.
 #pragma once
 
-#include "platform/base/DisplayColors.h"
 #include "platform/imagewindow/files/Scale.h"
 #include "platform/imagewindow/view/View.h"
+#include "platform/plot/ProfilePlot.h"
 #include "profile/Walk.h"
 
 #include <string>
@@ -17,11 +17,7 @@ struct SegmentEnds {
     double x0 = 0, y0 = 0, x1 = 0, y1 = 0; // data coordinates
 };
 
-struct ProfileCurve {
-    std::string name;          // of the wavelength
-    base::Rgb color;           // of the wavelength, bright enough on a dark ground
-    std::vector<float> values; // one for each pixel of the line
-};
+using ProfileCurve = plot::Curve;
 
 struct SegmentProfile {
     std::vector<PixelPoint> pixels; // from the start to the end

@@ -20,15 +20,8 @@ constexpr auto palette = [] {
     return colors;
 }();
 
-// The same colours where they stand as text on the dark controls: pure red and blue are too dim there.
-constexpr std::array<Rgb, palette.size()> textPalette{{{240, 240, 240},
-                                                       {255, 110, 100},
-                                                       {90, 220, 110},
-                                                       {235, 215, 80},
-                                                       {120, 160, 255},
-                                                       {240, 130, 240},
-                                                       {90, 215, 225},
-                                                       base::annotationRgb}};
+// The same on the dark controls.
+inline constexpr const auto& textPalette = base::textColors;
 
 // Text of what is switched off.
 constexpr Rgb dimmedText{118, 122, 126};
