@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
-// The module that writes samples as HDF5: all profiles one after the other in columns, and a table of where each one
-// begins. The same profiles make the same bytes.
+// The module that writes samples as HDF5: all profiles one after the other in columns, and a table of where
+// each one begins. The same profiles make the same bytes.
 #include "batch/results/Modules.h"
 
 #include <hdf5.h>
 
+#include <filesystem>
+#include <string>
+#include <vector>
 #include <stdexcept>
 #include <utility>
 
@@ -57,7 +60,8 @@ Handle chunks(hsize_t count)
 template<class Value> class Column {
 public:
     Column(hid_t file, const char* name, hid_t type)
-        : type(type), links(H5Pcreate(H5P_LINK_CREATE), H5Pclose), space(emptySpace()), properties(chunks(atOnce)),
+        : type(type), links(H5Pcreate(H5P_LINK_CREATE), H5Pclose), space(emptySpace()),
+          properties(chunks(atOnce)),
           set((H5Pset_create_intermediate_group(links, 1),
                H5Dcreate2(file, name, type, space, links, properties, H5P_DEFAULT)),
               H5Dclose)
@@ -130,11 +134,14 @@ public:
           t(file, "profiles/t", H5T_NATIVE_INT32), p(file, "profiles/p", H5T_NATIVE_INT32),
           channel(file, "profiles/channel", H5T_NATIVE_INT32),
           wavelength(file, "profiles/wavelength_nm", H5T_NATIVE_FLOAT),
-          length(file, "profiles/length_um", H5T_NATIVE_FLOAT), step(file, "profiles/step_um", H5T_NATIVE_FLOAT),
-          first(file, "profiles/first_sample", H5T_NATIVE_UINT64), samples(file, "profiles/samples", H5T_NATIVE_UINT64),
+          length(file, "profiles/length_um", H5T_NATIVE_FLOAT),
+          step(file, "profiles/step_um", H5T_NATIVE_FLOAT),
+          first(file, "profiles/first_sample", H5T_NATIVE_UINT64),
+          samples(file, "profiles/samples", H5T_NATIVE_UINT64),
           value(file, "samples/value", H5T_NATIVE_DOUBLE), x(file, "samples/x_px", H5T_NATIVE_FLOAT),
           y(file, "samples/y_px", H5T_NATIVE_FLOAT), stageX(file, "samples/stage_x_um", H5T_NATIVE_FLOAT),
-          stageY(file, "samples/stage_y_um", H5T_NATIVE_FLOAT), pixels(file, "samples/pixels", H5T_NATIVE_INT32)
+          stageY(file, "samples/stage_y_um", H5T_NATIVE_FLOAT),
+          pixels(file, "samples/pixels", H5T_NATIVE_INT32)
     {
     }
     void add(const Record& record)
@@ -149,7 +156,8 @@ public:
         channel.add(facts.w + 1);
         wavelength.add(facts.wavelength);
         length.add(facts.length);
-        step.add(static_cast<float>(facts.length / (facts.band ? facts.pixelLength : static_cast<double>(count))));
+        step.add(
+            static_cast<float>(facts.length / (facts.band ? facts.pixelLength : static_cast<double>(count))));
         first.add(total);
         samples.add(count);
         total += count;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The module that draws plots: a page with the curves of a line in one section, axes, legend and the line's figures.
+// The module that draws plots: a page with the curves of a line in one section, axes, legend and the line's
+// figures.
 #include "batch/results/Modules.h"
 #include "platform/plot/ProfilePlot.h"
 #include "platform/text/Utf8.h"
@@ -7,6 +8,9 @@
 #include "widgets/picture/OutputFile.h"
 #include "widgets/picture/VectorFile.h"
 
+#include <filesystem>
+#include <string>
+#include <vector>
 #include <cstdio>
 #include <optional>
 
@@ -30,9 +34,11 @@ plot::ProfilePlot plotOf(const batch::PlotOrder& order)
     plot.scaling = order.logAxis ? plot::Scaling::Logarithmic : plot::Scaling::Linear;
     plot.bridged = facts.band;
     for (const Record& channel : order.channels) {
-        const std::string name = channel.channel.empty() ? "channel " + std::to_string(channel.facts.w + 1) : channel.channel;
+        const std::string name =
+            channel.channel.empty() ? "channel " + std::to_string(channel.facts.w + 1) : channel.channel;
         const auto color = static_cast<std::size_t>(channel.facts.colorIndex);
-        plot.curves.push_back({name, base::textColors[color < base::textColors.size() ? color : 0], channel.values});
+        plot.curves.push_back(
+            {name, base::textColors[color < base::textColors.size() ? color : 0], channel.values});
         if (plot.curves.size() == maxCurves)
             break;
     }
@@ -41,8 +47,9 @@ plot::ProfilePlot plotOf(const batch::PlotOrder& order)
 
 std::string titleOf(const Record& record)
 {
-    const std::string where = "   p " + std::to_string(record.facts.p + 1) + "  t " + std::to_string(record.facts.t + 1) +
-                              "  z " + std::to_string(record.facts.z + 1);
+    const std::string where = "   p " + std::to_string(record.facts.p + 1) + "  t " +
+                              std::to_string(record.facts.t + 1) + "  z " +
+                              std::to_string(record.facts.z + 1);
     return text::shortened(std::filesystem::path(record.image).filename().string(), maxTitle / 2) + "   " +
            text::shortened(record.line, maxTitle / 2) + where;
 }
@@ -50,9 +57,9 @@ std::string titleOf(const Record& record)
 std::string notesOf(const Record& record)
 {
     char notes[160];
-    std::snprintf(notes, sizeof notes, "Length %.5g %s, angle %.4g\u00b0, %zu %s", double{record.facts.length},
-                  record.facts.calibrated ? "\u00b5m" : "pixels", double{record.facts.angle}, record.values.size(),
-                  record.facts.band ? "bins" : "samples");
+    std::snprintf(notes, sizeof notes, "Length %.5g %s, angle %.4g\u00b0, %zu %s",
+                  double{record.facts.length}, record.facts.calibrated ? "\u00b5m" : "pixels",
+                  double{record.facts.angle}, record.values.size(), record.facts.band ? "bins" : "samples");
     return notes;
 }
 
@@ -66,12 +73,14 @@ void drawPage(cairo_t* cairo, const batch::PlotOrder& order)
     plot::drawText(cairo, margin, margin, titleOf(order.channels.front()));
     plot::drawLegend(cairo, frame.x, frame.y - plot::lineHeight / 2, plot.curves);
     plot::drawPlot(cairo, frame, plot);
-    plot::drawText(cairo, margin, frame.y + frame.height + 4 * plot::lineHeight, notesOf(order.channels.front()));
+    plot::drawText(cairo, margin, frame.y + frame.height + 4 * plot::lineHeight,
+                   notesOf(order.channels.front()));
 }
 
 std::vector<std::byte> encoded(const batch::PlotOrder& order)
 {
-    const picture::PageSize page{plotWidth + plot::axisWidth + 2 * margin, plotHeight + 2 * margin + 7 * plot::lineHeight};
+    const picture::PageSize page{plotWidth + plot::axisWidth + 2 * margin,
+                                 plotHeight + 2 * margin + 7 * plot::lineHeight};
     const auto draw = [&](cairo_t* cairo) { drawPage(cairo, order); };
     if (const auto format = picture::vectorFormatOfName(order.path))
         return picture::encodeVector(*format, page, draw);

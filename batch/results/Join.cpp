@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <string>
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -116,7 +117,8 @@ void joinText(const std::filesystem::path& path, const TextPart& text, const std
 
 } // namespace
 
-void forEachLineOf(std::span<const FinishedUnit> sections, const std::function<void(const LineRecords&)>& take)
+void forEachLineOf(std::span<const FinishedUnit> sections,
+                   const std::function<void(const LineRecords&)>& take)
 {
     std::vector<RecordCursor> cursors;
     for (const FinishedUnit& section : sections)
@@ -190,7 +192,8 @@ std::vector<std::filesystem::path> resultFiles(const std::filesystem::path& out,
 namespace {
 
 // The results that are made of the records.
-void joinRecords(const std::filesystem::path& out, const std::vector<FinishedUnit>& units, const Settings& settings)
+void joinRecords(const std::filesystem::path& out, const std::vector<FinishedUnit>& units,
+                 const Settings& settings)
 {
     if (settings.samples == SampleFormat::Slk)
         writeSheet(named(out, ".samples.slk"), units);

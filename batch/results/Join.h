@@ -21,12 +21,14 @@ struct FinishedUnit {
     const std::array<int, partCount>* files = nullptr; // descriptors
 };
 
-// Calls take for each line of some sections, in the order of the lines, with the records of the line in those sections
-// that have one, in their order.
+// Calls take for each line of some sections, in the order of the lines, with the records of the line in those
+// sections that have one, in their order.
 using LineRecords = std::vector<const Record*>;
-void forEachLineOf(std::span<const FinishedUnit> sections, const std::function<void(const LineRecords&)>& take);
+void forEachLineOf(std::span<const FinishedUnit> sections,
+                   const std::function<void(const LineRecords&)>& take);
 
-// The same for each image, position, time and z, of which the channels are taken together. `units` are in order.
+// The same for each image, position, time and z, of which the channels are taken together. `units` are in
+// order.
 void forEachLine(std::span<const FinishedUnit> units,
                  const std::function<void(std::uint32_t image, const LineRecords&)>& take);
 

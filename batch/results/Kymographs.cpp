@@ -5,6 +5,9 @@
 
 #include <tiffio.h>
 
+#include <filesystem>
+#include <string>
+#include <vector>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -62,9 +65,11 @@ std::string descriptionOf(const Kymograph& kymograph, const RowStep& row)
 {
     const Record& record = *kymograph.records.front();
     char text[256];
-    std::snprintf(text, sizeof text, "ImageJ=1.53t\nunit=%s\nyunit=%s\ncolumn_step=%.9g\nrow_step=%.9g\nfirst_%s=%d\nchannel=%d\n",
-                  record.facts.calibrated ? "um" : "pixel", row.unit, kymograph.columnStep(), row.step,
-                  kymograph.axis == KymographAxis::Time ? "t" : "z", kymograph.first + 1, record.facts.w + 1);
+    std::snprintf(
+        text, sizeof text,
+        "ImageJ=1.53t\nunit=%s\nyunit=%s\ncolumn_step=%.9g\nrow_step=%.9g\nfirst_%s=%d\nchannel=%d\n",
+        record.facts.calibrated ? "um" : "pixel", row.unit, kymograph.columnStep(), row.step,
+        kymograph.axis == KymographAxis::Time ? "t" : "z", kymograph.first + 1, record.facts.w + 1);
     return text;
 }
 
@@ -134,7 +139,8 @@ Stacks stacksOf(const std::vector<FinishedUnit>& units, KymographAxis axis)
 
 } // namespace
 
-void writeKymographs(const std::filesystem::path& folder, const std::vector<FinishedUnit>& units, KymographAxis axis)
+void writeKymographs(const std::filesystem::path& folder, const std::vector<FinishedUnit>& units,
+                     KymographAxis axis)
 {
     makeFolder(folder);
     for (const auto& [key, stack] : stacksOf(units, axis)) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Parts of the program that need large libraries. Each is a file of its own that is loaded when it is asked for, so
-// that the program starts fast and runs where these libraries, and those of X that one of them brings, are not there.
+// Parts of the program that need large libraries. Each is a file of its own that is loaded when it is asked
+// for, so that the program starts fast and runs where these libraries, and those of X that one of them
+// brings, are not there.
 #pragma once
 
 #include "batch/results/Join.h"
@@ -21,7 +22,8 @@ struct PlotOrder {
 
 // What the modules give. Both return an empty text, or a sentence why the file could not be written.
 using WritePlot = std::string (*)(const PlotOrder& order);
-using WriteSamples = std::string (*)(const std::filesystem::path& path, const std::vector<FinishedUnit>& units);
+using WriteSamples = std::string (*)(const std::filesystem::path& path,
+                                     const std::vector<FinishedUnit>& units);
 
 // Throw RunError with a sentence that names the module when it cannot be loaded.
 WritePlot plotModule();

@@ -4,6 +4,9 @@
 #include "batch/results/Modules.h"
 #include "platform/image/WorkerPool.h"
 
+#include <filesystem>
+#include <string>
+#include <vector>
 #include <algorithm>
 
 namespace batch {
@@ -17,8 +20,8 @@ std::string plain(const std::string& text)
     std::ranges::replace_if(
         name,
         [](unsigned char c) {
-            return !(c >= 'a' && c <= 'z') && !(c >= 'A' && c <= 'Z') && !(c >= '0' && c <= '9') && c != '.' &&
-                   c != '-';
+            return !(c >= 'a' && c <= 'z') && !(c >= 'A' && c <= 'Z') && !(c >= '0' && c <= '9') &&
+                   c != '.' && c != '-';
         },
         '_');
     return name;
@@ -55,11 +58,12 @@ private:
 
 std::string resultName(std::uint32_t image, const Record& record)
 {
-    return std::to_string(image) + "-" + plain(std::filesystem::path(record.image).filename().string()) + "_" +
-           std::to_string(record.facts.line + 1) + "-" + plain(record.line);
+    return std::to_string(image) + "-" + plain(std::filesystem::path(record.image).filename().string()) +
+           "_" + std::to_string(record.facts.line + 1) + "-" + plain(record.line);
 }
 
-void writePlots(const std::filesystem::path& folder, const std::vector<FinishedUnit>& units, const Settings& settings)
+void writePlots(const std::filesystem::path& folder, const std::vector<FinishedUnit>& units,
+                const Settings& settings)
 {
     makeFolder(folder);
     PlotWriter writer;
@@ -68,9 +72,10 @@ void writePlots(const std::filesystem::path& folder, const std::vector<FinishedU
         for (const Record* record : records)
             order.channels.push_back(*record);
         const Record::Facts& facts = order.channels.front().facts;
-        order.path = folder / (resultName(image, order.channels.front()) + "_p" + std::to_string(facts.p + 1) + "_t" +
-                               std::to_string(facts.t + 1) + "_z" + std::to_string(facts.z + 1) + "." +
-                               plotFormatNames[static_cast<int>(settings.plots)]);
+        order.path =
+            folder / (resultName(image, order.channels.front()) + "_p" + std::to_string(facts.p + 1) + "_t" +
+                      std::to_string(facts.t + 1) + "_z" + std::to_string(facts.z + 1) + "." +
+                      plotFormatNames[static_cast<int>(settings.plots)]);
         order.logAxis = settings.logAxis;
         writer.add(std::move(order));
     });

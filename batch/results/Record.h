@@ -21,7 +21,7 @@ struct Record {
         float wavelength = 0;                    // nanometres
         std::int32_t colorIndex = 0;             // of the channel, in base::displayColors
         std::int32_t calibrated = 0;             // flag
-        float length = 0, angle = 0, fwhm = 0; // microns, degrees
+        float length = 0, angle = 0, fwhm = 0;   // microns, degrees
         float timeSeconds = 0, zSpacing = 1, bias = 0, pixelSize = 1;
         double pixelLength = 0;
         std::int64_t imageSeconds = 0; // when the image file was last changed, since 1970

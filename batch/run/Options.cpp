@@ -116,7 +116,8 @@ void addMeasuring(CLI::App& app, Options& options)
     addChoice(app, "--samples", settings.samples, sampleFormatNames, "A file of all samples");
     addChoice(app, "--plots", settings.plots, plotFormatNames, "A picture of each line's curves");
     app.add_flag("--log", settings.logAxis, "Logarithmic intensities in the pictures");
-    addChoice(app, "--kymograph", settings.kymograph, kymographAxisNames, "Each line over time or z, as a TIFF image");
+    addChoice(app, "--kymograph", settings.kymograph, kymographAxisNames,
+              "Each line over time or z, as a TIFF image");
 }
 
 void addRunning(CLI::App& app, Options& options)
@@ -154,16 +155,16 @@ std::vector<std::string> wordsOf(const Settings& settings)
     const auto word = [](const auto& names, auto choice) {
         return std::string(names[static_cast<int>(choice)]);
     };
-    std::vector<std::string> words = {"--channels", settings.channels.text(),
-            "--z",        settings.z.text(),
-            "--time",     settings.time.text(),
-            "--position", settings.position.text(),
-            "--line",     word(methodNames, settings.method),
-            "--width",    width.str(),
-            "--reduce",   word(reduceNames, settings.reduce),
-            "--samples",  word(sampleFormatNames, settings.samples),
-            "--plots",    word(plotFormatNames, settings.plots),
-            "--kymograph", word(kymographAxisNames, settings.kymograph)};
+    std::vector<std::string> words = {"--channels",  settings.channels.text(),
+                                      "--z",         settings.z.text(),
+                                      "--time",      settings.time.text(),
+                                      "--position",  settings.position.text(),
+                                      "--line",      word(methodNames, settings.method),
+                                      "--width",     width.str(),
+                                      "--reduce",    word(reduceNames, settings.reduce),
+                                      "--samples",   word(sampleFormatNames, settings.samples),
+                                      "--plots",     word(plotFormatNames, settings.plots),
+                                      "--kymograph", word(kymographAxisNames, settings.kymograph)};
     if (settings.logAxis)
         words.push_back("--log");
     return words;

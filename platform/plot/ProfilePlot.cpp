@@ -100,8 +100,8 @@ void drawMark(cairo_t* cairo, double x, double y, double dx, double dy)
 void drawRightAligned(cairo_t* cairo, const Frame& frame, int start, const std::string& text)
 {
     constexpr double baseLine = 0.75; // of the line
-    drawText(cairo, frame.x - tickLength - labelGap - widthOf(cairo, text), frame.y + start + lineHeight * baseLine,
-             text);
+    drawText(cairo, frame.x - tickLength - labelGap - widthOf(cairo, text),
+             frame.y + start + lineHeight * baseLine, text);
 }
 
 void drawIntensityAxis(cairo_t* cairo, const Frame& frame, const Range& range)
@@ -146,11 +146,13 @@ void drawDistanceAxis(cairo_t* cairo, const Frame& frame, const ProfilePlot& plo
         drawText(cairo, frame.x + tick.labelStart, bottom + tickLength + lineHeight * baseLine, tick.label);
     }
     const std::string name = "Distance (" + plot.unit + ")";
-    drawText(cairo, frame.x + (frame.width - widthOf(cairo, name)) / 2, bottom + tickLength + 2 * lineHeight, name);
+    drawText(cairo, frame.x + (frame.width - widthOf(cairo, name)) / 2, bottom + tickLength + 2 * lineHeight,
+             name);
 }
 
 // Each sample stands at its distance from the start.
-void drawCurve(cairo_t* cairo, const Frame& frame, const ProfilePlot& plot, const Curve& curve, const Range& range)
+void drawCurve(cairo_t* cairo, const Frame& frame, const ProfilePlot& plot, const Curve& curve,
+               const Range& range)
 {
     const double perMicron = frame.width / plot.length;
     const double perValue = frame.height / (range.high - range.low);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The plot of a profile on any surface of cairo: curves between two axes, and their legend. The viewer's figures and
-// batchprofile draw with it. No X here.
+// The plot of a profile on any surface of cairo: curves between two axes, and their legend. The viewer's
+// figures and batchprofile draw with it. No X here.
 //
 // Frame: points of the page, 1/72 inch, the origin at the top left.
 #pragma once
@@ -28,11 +28,11 @@ enum class Scaling { Linear, Logarithmic };
 
 struct ProfilePlot {
     std::vector<Curve> curves;
-    double length = 0;             // of the distance axis
-    double first = 0, step = 0;    // distance of the first sample, and from each to the next
-    std::string unit;              // of distances
+    double length = 0;                 // of the distance axis
+    double first = 0, step = 0;        // distance of the first sample, and from each to the next
+    std::string unit;                  // of distances
     Scaling scaling = Scaling::Linear; // of the intensities; a logarithmic axis shows whole decades
-    bool bridged = false;          // curves go straight over gaps
+    bool bridged = false;              // curves go straight over gaps
 };
 
 // Sizes that pages with plots are laid out by.
