@@ -6,10 +6,10 @@
 #include <hdf5.h>
 
 #include <filesystem>
-#include <string>
-#include <vector>
 #include <stdexcept>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 

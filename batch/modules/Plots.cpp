@@ -8,11 +8,11 @@
 #include "widgets/picture/OutputFile.h"
 #include "widgets/picture/VectorFile.h"
 
+#include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
-#include <cstdio>
-#include <optional>
 
 namespace {
 

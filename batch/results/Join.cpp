@@ -10,13 +10,13 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <string>
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <deque>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <tuple>

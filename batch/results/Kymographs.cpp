@@ -5,16 +5,16 @@
 
 #include <tiffio.h>
 
-#include <filesystem>
-#include <string>
-#include <vector>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <limits>
 #include <map>
 #include <memory>
+#include <string>
 #include <tuple>
+#include <vector>
 
 namespace batch {
 

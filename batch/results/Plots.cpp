@@ -4,10 +4,10 @@
 #include "batch/results/Modules.h"
 #include "platform/image/WorkerPool.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
-#include <algorithm>
 
 namespace batch {
 

@@ -4,11 +4,11 @@
 #include "tests/Rows.h"
 #include "tests/unit/batch/BatchRun.h"
 
+#include <cmath>
 #include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
-#include <cmath>
 
 namespace {
 
