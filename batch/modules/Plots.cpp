@@ -8,10 +8,14 @@
 #include "widgets/picture/OutputFile.h"
 #include "widgets/picture/VectorFile.h"
 
+#include <cairo-pdf.h>
+
+#include <cstddef>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -77,13 +81,41 @@ void drawPage(cairo_t* cairo, const batch::PlotOrder& order)
                    notesOf(order.channels.front()));
 }
 
+// A page that is drawn again is the same to the byte: cairo notes the time of drawing in a PDF.
+void leaveOutTime(cairo_t* cairo)
+{
+    if (cairo_surface_t* const target = cairo_get_target(cairo);
+        cairo_surface_get_type(target) == CAIRO_SURFACE_TYPE_PDF)
+        cairo_pdf_surface_set_metadata(target, CAIRO_PDF_METADATA_CREATE_DATE, "");
+}
+
+// cairo names the page of an SVG by the number of surfaces that the process has made; nothing refers to it.
+void leaveOutSurfaceNumber(std::vector<std::byte>& svg)
+{
+    constexpr std::string_view name = " id=\"surface";
+    const std::string_view text(reinterpret_cast<const char*>(svg.data()), svg.size());
+    const std::size_t at = text.find(name);
+    if (at == std::string_view::npos)
+        return;
+    const auto begin = svg.begin() + static_cast<std::ptrdiff_t>(at);
+    const auto length = text.find('"', at + name.size()) + 1 - at;
+    svg.erase(begin, begin + static_cast<std::ptrdiff_t>(length));
+}
+
 std::vector<std::byte> encoded(const batch::PlotOrder& order)
 {
     const picture::PageSize page{plotWidth + plot::axisWidth + 2 * margin,
                                  plotHeight + 2 * margin + 7 * plot::lineHeight};
-    const auto draw = [&](cairo_t* cairo) { drawPage(cairo, order); };
-    if (const auto format = picture::vectorFormatOfName(order.path))
-        return picture::encodeVector(*format, page, draw);
+    const auto draw = [&](cairo_t* cairo) {
+        leaveOutTime(cairo);
+        drawPage(cairo, order);
+    };
+    if (const auto format = picture::vectorFormatOfName(order.path)) {
+        std::vector<std::byte> bytes = picture::encodeVector(*format, page, draw);
+        if (*format == picture::VectorFormat::Svg)
+            leaveOutSurfaceNumber(bytes);
+        return bytes;
+    }
     return picture::encodePng(picture::rasterize(page, pngScale, draw));
 }
 

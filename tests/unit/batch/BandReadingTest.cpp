@@ -54,7 +54,7 @@ TEST_P(BandReading, agrees)
     const Outcome run = batch("--lines lines.json --line band --width " + width + " --reduce " +
                               GetParam().reduce + " --samples csv --out r a.ome.tif");
     ASSERT_EQ(run.status, 0) << run.output;
-    const Outcome other = shell("python3 " BAND_READER " a.ome.tif lines.csv " + width + " " +
+    const Outcome other = shell("/usr/bin/python3 " BAND_READER " a.ome.tif lines.csv " + width + " " +
                                 GetParam().reduce + " r.samples.csv");
     if (other.status == 77)
         GTEST_SKIP() << "tifffile is not installed";
