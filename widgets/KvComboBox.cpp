@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/KvComboBoxP.h"
 
+#include "platform/text/MotifText.h"
 #include "widgets/ClassRecord.h"
 #include "widgets/Layout.h"
 
@@ -40,11 +41,8 @@ void takeItems(Widget widget)
     XmListDeleteAllItems(list);
     std::istringstream items(asCombo(widget)->kv.items ? asCombo(widget)->kv.items : "");
     int count = 0;
-    for (std::string item; std::getline(items, item, '|'); ++count) {
-        XmString text = XmStringCreateLocalized(item.data());
-        XmListAddItemUnselected(list, text, 0);
-        XmStringFree(text);
-    }
+    for (std::string item; std::getline(items, item, '|'); ++count)
+        XmListAddItemUnselected(list, text::MotifString(item).get(), 0);
     if (count == 0)
         return;
     XtVaSetValues(list, XmNvisibleItemCount, std::min(count, mostVisible), nullptr);

@@ -2,6 +2,7 @@
 #include "widgets/KvTip.h"
 
 #include "gauge/ClassParts.h"
+#include "platform/text/MotifText.h"
 #include "widgets/Scale.h"
 
 #include <X11/IntrinsicP.h>
@@ -92,13 +93,12 @@ void show(XtPointer, XtIntervalId*)
     const Widget parent = shellOf(shown.owner);
     shown.shell = XtVaCreatePopupShell("XmKvTip", overrideShellWidgetClass, parent, XmNallowShellResize, True,
                                        XmNborderWidth, widgets::scaled(parent, 1), nullptr);
-    XmString text = XmStringCreateLocalized(texts()[shown.owner].data());
+    const text::MotifString text(texts()[shown.owner]);
     const int margin = widgets::scaled(parent, 3);
     const TipLook look = lookOf(shown.owner);
-    XtVaCreateManagedWidget("kvTip", xmLabelWidgetClass, shown.shell, XmNlabelString, text, XmNalignment,
-                            XmALIGNMENT_BEGINNING, XmNmarginWidth, margin, XmNmarginHeight, margin,
-                            XmNbackground, look.background, XmNforeground, look.foreground, nullptr);
-    XmStringFree(text);
+    XtVaCreateManagedWidget("kvTip", xmLabelWidgetClass, shown.shell, XmNlabelString, text.get(),
+                            XmNalignment, XmALIGNMENT_BEGINNING, XmNmarginWidth, margin, XmNmarginHeight,
+                            margin, XmNbackground, look.background, XmNforeground, look.foreground, nullptr);
     XtRealizeWidget(shown.shell);
     place(shown.shell);
     XtPopup(shown.shell, XtGrabNone);

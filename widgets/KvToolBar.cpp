@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/KvToolBarP.h"
 
+#include "platform/text/MotifText.h"
 #include "widgets/ClassRecord.h"
 #include "widgets/Layout.h"
 
@@ -104,8 +105,8 @@ void setHidden(Widget child, bool hidden)
 {
     if (constraintsOf(child).hidden == hidden)
         return;
-    constraintsOf(child).hidden = hidden;
-    XtSetMappedWhenManaged(child, !hidden);
+    constraintsOf(child).hidden = static_cast<Boolean>(hidden);
+    XtSetMappedWhenManaged(child, hidden ? False : True);
 }
 
 // Buttons fill the height of the row; other controls keep theirs and stand in the middle.
@@ -123,7 +124,7 @@ void putArrow(KvToolBarRec* bar, int width)
     const int height = std::max(1, bar->core.height - 2 * bar->kv.marginHeight);
     configure(bar->kv.arrow, std::max(0, bar->core.width - bar->kv.marginWidth - width), bar->kv.marginHeight,
               {width, height}, nullptr);
-    XtSetMappedWhenManaged(bar->kv.arrow, bar->kv.hiddenCount > 0);
+    XtSetMappedWhenManaged(bar->kv.arrow, bar->kv.hiddenCount > 0 ? True : False);
 }
 
 void layOut(Widget widget, Widget asking)
@@ -179,23 +180,22 @@ void activateChild(Widget, XtPointer data, XtPointer callData)
     XtCallActionProc(child, "ArmAndActivate", event, nullptr, 0);
 }
 
-XmString menuTextOf(Widget child)
+text::MotifString menuTextOf(Widget child)
 {
     if (const char* text = constraintsOf(child).menuText)
-        return XmStringCreateLocalized(const_cast<char*>(text));
+        return text::MotifString(text);
     XmString label = nullptr;
     XtVaGetValues(child, XmNlabelString, &label, nullptr);
-    return label;
+    return text::MotifString(label);
 }
 
 void addItem(Widget menu, Widget child)
 {
     const bool toggle = XtIsSubclass(child, xmToggleButtonWidgetClass);
-    XmString text = menuTextOf(child);
-    const Widget item =
-        XtVaCreateManagedWidget(XtName(child), toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass,
-                                menu, XmNlabelString, text, XmNsensitive, XtIsSensitive(child), nullptr);
-    XmStringFree(text);
+    const text::MotifString text = menuTextOf(child);
+    const Widget item = XtVaCreateManagedWidget(
+        XtName(child), toggle ? xmToggleButtonWidgetClass : xmPushButtonWidgetClass, menu, XmNlabelString,
+        text.get(), XmNsensitive, XtIsSensitive(child), nullptr);
     if (toggle)
         XtVaSetValues(item, XmNset, XmToggleButtonGetState(child), XmNvisibleWhenOff, True, nullptr);
     XtAddCallback(item, toggle ? XmNvalueChangedCallback : XmNactivateCallback, activateChild, child);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/Painter.h"
 
+#include "platform/text/MotifText.h"
+
 #include <X11/IntrinsicP.h>
 #include <Xm/XmP.h>
 #include <cairo-xlib.h>
@@ -23,33 +25,15 @@ Visual* visualOf(Widget widget)
     return visual ? visual : DefaultVisualOfScreen(XtScreen(widget));
 }
 
+unsigned short level(double share)
+{
+    return static_cast<unsigned short>(std::lround(share * full));
+}
+
 double part(Pixel pixel, Pixel mask)
 {
     return mask ? static_cast<double>(pixel & mask) / static_cast<double>(mask) : 0;
 }
-
-Pixel pixelFor(Widget widget, const Color& color)
-{
-    XColor wanted{};
-    wanted.red = static_cast<unsigned short>(std::lround(color.red * full));
-    wanted.green = static_cast<unsigned short>(std::lround(color.green * full));
-    wanted.blue = static_cast<unsigned short>(std::lround(color.blue * full));
-    return XAllocColor(XtDisplay(widget), widget->core.colormap, &wanted)
-               ? wanted.pixel
-               : BlackPixelOfScreen(XtScreen(widget));
-}
-
-// A text in the encoding of the locale, freed at the end of its life.
-struct Line {
-    XmString string;
-    explicit Line(std::string_view text)
-        : string(XmStringCreateLocalized(const_cast<char*>(std::string(text).c_str())))
-    {
-    }
-    ~Line() { XmStringFree(string); }
-    Line(const Line&) = delete;
-    Line& operator=(const Line&) = delete;
-};
 
 XftFont* scalableFontOf(XmRenderTable table)
 {
@@ -86,6 +70,15 @@ Color colorOf(Widget widget, Pixel pixel)
     return {color.red / full, color.green / full, color.blue / full};
 }
 
+Pixel pixelOf(Widget widget, const Color& color, Pixel otherwise)
+{
+    XColor wanted{};
+    wanted.red = level(color.red);
+    wanted.green = level(color.green);
+    wanted.blue = level(color.blue);
+    return XAllocColor(XtDisplay(widget), widget->core.colormap, &wanted) ? wanted.pixel : otherwise;
+}
+
 Color mix(const Color& first, const Color& second, double share)
 {
     return {std::lerp(first.red, second.red, share), std::lerp(first.green, second.green, share),
@@ -119,15 +112,15 @@ TextFont::TextFont(Widget widget, XmRenderTable renderTable)
         below = scalable->descent;
         return;
     }
-    const Line sample("0");
-    above = XmStringBaseline(table, sample.string);
-    below = XmStringHeight(table, sample.string) - above;
+    const text::MotifString sample("0");
+    above = XmStringBaseline(table, sample.get());
+    below = XmStringHeight(table, sample.get()) - above;
 }
 
 int TextFont::width(std::string_view text) const
 {
     if (!scalable)
-        return text.empty() ? 0 : XmStringWidth(table, Line(text).string);
+        return text.empty() ? 0 : XmStringWidth(table, text::MotifString(std::string(text)).get());
     XGlyphInfo extents;
     XftTextExtentsUtf8(display, scalable, utf8(text), static_cast<int>(text.size()), &extents);
     return extents.xOff;
@@ -197,18 +190,17 @@ void Painter::text(const TextFont& font, std::string_view text, int x, int y, co
     settle();
     if (!font.scalable) {
         XGCValues values{};
-        values.foreground = pixelFor(widget, color);
+        values.foreground = pixelOf(widget, color, BlackPixelOfScreen(XtScreen(widget)));
         const GC gc = XCreateGC(display, buffer, GCForeground, &values);
         if (clipBox)
             XSetClipRectangles(display, gc, 0, 0, &*clipBox, 1, Unsorted);
-        const Line line(text);
-        XmStringDraw(display, buffer, font.table, line.string, gc, static_cast<Position>(x),
+        const text::MotifString line{std::string(text)};
+        XmStringDraw(display, buffer, font.table, line.get(), gc, static_cast<Position>(x),
                      static_cast<Position>(y - font.above), widget->core.width, XmALIGNMENT_BEGINNING,
                      XmSTRING_DIRECTION_L_TO_R, nullptr);
         XFreeGC(display, gc);
         return;
     }
-    const auto level = [](double share) { return static_cast<unsigned short>(std::lround(share * full)); };
     const XftColor ink{0, {level(color.red), level(color.green), level(color.blue), 0xFFFF}};
     XftDrawStringUtf8(draw.get(), &ink, font.scalable, x, y, utf8(text), static_cast<int>(text.size()));
 }

@@ -3,6 +3,8 @@
 // copied to the window once.
 #pragma once
 
+#include "platform/base/DisplayColors.h"
+
 #include <X11/Xft/Xft.h>
 #include <Xm/Xm.h>
 #include <cairo.h>
@@ -19,8 +21,14 @@ struct Color {
     double red = 0, green = 0, blue = 0;
 };
 
+constexpr Color colorOf(const base::Rgb& color)
+{
+    return {color.red / 255.0, color.green / 255.0, color.blue / 255.0};
+}
 // What a pixel value shows. No round trip on a screen of true colours.
 Color colorOf(Widget widget, Pixel pixel);
+// The pixel of a colour in the widget's colormap; the other one when none is free.
+Pixel pixelOf(Widget widget, const Color& color, Pixel otherwise);
 // share 0: first, 1: second.
 Color mix(const Color& first, const Color& second, double share);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/iwl/Session.h"
 
+#include "platform/base/DisplayColors.h"
 #include "platform/base/Limits.h"
 #include "platform/iwl/Slots.h"
 #include "platform/protocol/XProtocol.h"
@@ -101,8 +102,10 @@ iwl::Change canvasClosed(Window canvas)
 
 namespace iwl {
 
-// The tool's arrays are as long as the header says.
+// The numbers that IWL.h repeats: the length of the tool's arrays, the colours.
 static_assert(IW_MAX_WAVES == base::maxWavelengths);
+static_assert(base::White == 0 && base::Red == 1 && base::Green == 2 && base::Yellow == 3 &&
+              base::Blue == 4 && base::Magenta == 5 && base::Cyan == 6 && base::annotationColor == 7);
 
 Slot* slotAt(int slot)
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/text/Fonts.h"
 
-#include "platform/text/Locale.h"
+#include "platform/text/LocaleText.h"
 
 #include <X11/Xft/Xft.h>
 

@@ -4,8 +4,6 @@
 #include <X11/Xlib.h>
 
 #include <clocale>
-#include <cstring>
-#include <langinfo.h>
 
 namespace text {
 
@@ -17,11 +15,6 @@ bool adoptLocale()
     XSetLocaleModifiers("");
     std::setlocale(LC_NUMERIC, "C");
     return known;
-}
-
-bool localeIsUtf8()
-{
-    return std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
 }
 
 } // namespace text

@@ -9,7 +9,4 @@ namespace text {
 // it. Call this before Xt opens a display. Returns false when it fell back to the C locale.
 bool adoptLocale();
 
-// Whether the locale that is set encodes text in UTF-8.
-bool localeIsUtf8();
-
 } // namespace text

@@ -49,9 +49,7 @@ std::string textResource(Widget widget, const char* resource)
 {
     XmString value = nullptr; // a copy
     XtVaGetValues(widget, resource, &value, nullptr);
-    std::string text = plainText(value);
-    XmStringFree(value);
-    return text;
+    return plainText(MotifString(value).get());
 }
 
 std::string fieldText(Widget field)

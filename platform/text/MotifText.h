@@ -14,6 +14,7 @@ namespace text {
 class MotifString {
 public:
     explicit MotifString(const std::string& text);
+    explicit MotifString(XmString owned) : string(owned) {} // takes it over
     ~MotifString() { XmStringFree(string); }
     MotifString(const MotifString&) = delete;
     MotifString& operator=(const MotifString&) = delete;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Push buttons of a row.
 #include "platform/include/WMEnh.h"
+#include "platform/text/LocaleText.h"
 #include "platform/wmenh/FieldRegistry.h"
 #include "platform/wmenh/Help.h"
 #include "platform/wmenh/Keyboard.h"
@@ -22,7 +23,7 @@ const char returnActivates[] = "<Key>osfActivate: ArmAndActivate()\n"
 
 Widget addButton(const char* label, XtCallbackProc activated, XtPointer clientData)
 {
-    const MotifString text(localeText(label));
+    const MotifString text(text::fromMixed(label));
     const Widget button = XtVaCreateWidget("button", xmPushButtonWidgetClass, currentRows().parent(),
                                            XmNlabelString, text.get(), XmNmarginWidth, 8, XmNmarginHeight, 4,
                                            XmNnavigationType, XmTAB_GROUP, nullptr);

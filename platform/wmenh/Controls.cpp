@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The controls that can stand in a row, except the buttons.
 #include "platform/include/WMEnh.h"
+#include "platform/text/LocaleText.h"
 #include "platform/wmenh/FieldRegistry.h"
 #include "platform/wmenh/Keyboard.h"
 #include "platform/wmenh/MainWindow.h"
@@ -26,7 +27,7 @@ namespace {
 
 Widget addLabel(const char* label)
 {
-    const MotifString text(localeText(label));
+    const MotifString text(text::fromMixed(label));
     const Widget control = XtVaCreateWidget("label", xmLabelWidgetClass, currentRows().parent(),
                                             XmNlabelString, text.get(), nullptr);
     currentRows().add(control);
@@ -51,7 +52,7 @@ std::vector<Widget> menuItems(Widget pulldown)
 
 void showText(Widget control, const char* text)
 {
-    const std::string local = localeText(text);
+    const std::string local = text::fromMixed(text);
     XmTextFieldSetString(control, const_cast<char*>(local.c_str()));
 }
 
@@ -141,7 +142,7 @@ Widget WMAddOptionMenu(const WMMenuItem* items, int count, int* value, XtCallbac
     const Widget form = currentRows().parent(), before = currentRows().last();
     const Widget pulldown = XmCreatePulldownMenu(form, const_cast<char*>("choices"), nullptr, 0);
     for (int i = 0; i < count; ++i) {
-        const MotifString text(localeText(items[i].label));
+        const MotifString text(text::fromMixed(items[i].label));
         XtVaCreateManagedWidget("choice", xmPushButtonWidgetClass, pulldown, XmNlabelString, text.get(),
                                 nullptr);
     }
@@ -177,7 +178,7 @@ Widget WMAddOptionMenu(const WMMenuItem* items, int count, int* value, XtCallbac
 Widget WMAddToggleButton(const char* label, int* value, XtCallbackProc changed, XtPointer clientData, int,
                          int)
 {
-    const MotifString text(localeText(label));
+    const MotifString text(text::fromMixed(label));
     const Widget toggle =
         XtVaCreateWidget("toggle", xmToggleButtonWidgetClass, currentRows().parent(), XmNlabelString,
                          text.get(), XmNnavigationType, XmTAB_GROUP, nullptr);
@@ -207,6 +208,7 @@ Widget WMAddText(char* buffer, int columns, XtCallbackProc changed)
     return text;
 }
 
+// NOLINTNEXTLINE(readability-function-size): WMEnh.h has that many parameters
 Widget WMAddIntField(int* value, int increment, int columns, int maxLength, int* minimum, int* maximum,
                      int* step, XtCallbackProc changed, XtPointer clientData, int, int)
 {
@@ -251,7 +253,7 @@ void WMAddToolTip(const char* text)
     const Widget last = currentRows().last();
     if (!last)
         return;
-    XmKvTipSet(last, localeText(text).c_str());
+    XmKvTipSet(last, text::fromMixed(text).c_str());
 }
 
 void WMDisableField(Widget control)

@@ -2,6 +2,7 @@
 #include "platform/wmenh/Dialogues.h"
 
 #include "platform/include/WMEnh.h"
+#include "platform/text/LocaleText.h"
 #include "platform/wmenh/ImageWindows.h"
 #include "platform/wmenh/MainWindow.h"
 #include "platform/wmenh/Toolkit.h"
@@ -98,7 +99,7 @@ enum class Kind { Error, Question, Warning };
 
 Widget makeMessage(Kind kind, std::string_view message)
 {
-    const std::string text = wrapText(localeText(message.substr(0, mostText)), textColumns);
+    const std::string text = wrapText(text::fromMixed(message.substr(0, mostText)), textColumns);
     const bool scrolled = lineCount(text) > mostLines;
     const auto create = kind == Kind::Error      ? XmCreateErrorDialog
                         : kind == Kind::Question ? XmCreateQuestionDialog
@@ -179,7 +180,7 @@ Widget dialogueParent()
 void prepareDialogue(Widget dialogue, const char* title, XtCallbackProc closed, XtPointer clientData,
                      Place place)
 {
-    const MotifString name(localeText(title));
+    const MotifString name(text::fromMixed(title));
     const bool center = centerNext || !mainWindowShown();
     const bool own = center || place == Place::Beside; // not where Motif would put it
     centerNext = false;

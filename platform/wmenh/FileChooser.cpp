@@ -5,7 +5,7 @@
 // which then stays.
 #include "platform/include/IWL.h"
 #include "platform/include/WMEnh.h"
-#include "platform/text/Locale.h"
+#include "platform/text/LocaleText.h"
 #include "platform/wmenh/ChooserPaths.h"
 #include "platform/wmenh/Dialogues.h"
 #include "platform/wmenh/Toolkit.h"
@@ -101,7 +101,7 @@ void nameChanged(Widget field, XtPointer data, XtPointer call)
 // Room for two lines is kept so that the dialogue does not jump.
 void complain(const Chooser& chooser, const std::string& sentence)
 {
-    std::string text = wrapText(localeText(sentence), 72);
+    std::string text = wrapText(text::fromMixed(sentence), 72);
     if (lineCount(text) < 2)
         text += "\n";
     const MotifString label(text);
@@ -222,6 +222,7 @@ void WMSetGetFileSrc(const char* directoryName, const char* extensionName)
     extensionKey = plainKey(extensionName);
 }
 
+// NOLINTNEXTLINE(readability-function-size): WMEnh.h has that many parameters
 int WMInlineFileChooser(const char* title, char* directory, char* filter, int capacity, int,
                         char* defaultName, char* path, int, int, int)
 {
@@ -232,7 +233,7 @@ int WMInlineFileChooser(const char* title, char* directory, char* filter, int ca
     if (chooser.extension.empty())
         chooser.extension = configured(extensionKey);
     // A text field shows nothing of a name that is not in the encoding of the locale.
-    chooser.name = text::localeIsUtf8() ? localeText(defaultName) : defaultName;
+    chooser.name = text::localeIsUtf8() ? text::fromMixed(defaultName) : defaultName;
     const std::string folder = usableFolder(directory)            ? directory
                                : usableFolder(chooser.remembered) ? chooser.remembered
                                                                   : nearestDirectory(directory);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/wmenh/Help.h"
 
+#include "platform/text/LocaleText.h"
 #include "platform/wmenh/Dialogues.h"
 #include "platform/wmenh/Toolkit.h"
 
@@ -56,7 +57,7 @@ Widget addCloseButton(Widget form)
 
 void addText(Widget form, Widget below, const std::string& text)
 {
-    const Widget field = makeScrolledText(form, localeText(joinLines(text)), rows, columns);
+    const Widget field = makeScrolledText(form, text::fromMixed(joinLines(text)), rows, columns);
     XtVaSetValues(XtParent(field), XmNtopAttachment, XmATTACH_FORM, XmNleftAttachment, XmATTACH_FORM,
                   XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget,
                   below, XmNbottomOffset, 8, nullptr);

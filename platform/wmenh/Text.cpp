@@ -1,18 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "platform/wmenh/Text.h"
 
-#include "platform/text/Locale.h"
+#include "platform/text/LocaleText.h"
 #include "platform/text/Utf8.h"
 
 #include <algorithm>
 
 namespace wmenh {
 namespace {
-
-bool isControl(char32_t code)
-{
-    return (code < 0x20 && code != '\n' && code != '\t') || (code >= 0x7F && code < 0xA0);
-}
 
 void appendWrapped(std::string& out, std::string_view line, int columns, bool utf8)
 {
@@ -36,32 +31,6 @@ void appendWrapped(std::string& out, std::string_view line, int columns, bool ut
 }
 
 } // namespace
-
-std::string localeText(std::string_view text, bool utf8)
-{
-    std::string out;
-    bool sawWide = false;
-    for (size_t i = 0; i < text.size();) {
-        text::Character c = text::decodeUtf8(text, i);
-        if (c.cut && sawWide)
-            break;
-        if (c.cut)
-            c.length = 1;
-        i += c.length;
-        sawWide = sawWide || c.wide;
-        const char32_t code = isControl(c.code) ? U' ' : c.code;
-        if (utf8)
-            text::appendUtf8(out, code);
-        else
-            out += code < 0x100 ? static_cast<char>(code) : '?';
-    }
-    return out;
-}
-
-std::string localeText(std::string_view text)
-{
-    return localeText(text, text::localeIsUtf8());
-}
 
 std::string wrapText(std::string_view text, int columns)
 {

@@ -3,10 +3,10 @@
 
 #include "platform/imagewindow/canvas/CanvasSurface.h"
 #include "platform/imagewindow/controls/Desk.h"
-#include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/state/Reports.h"
 #include "platform/protocol/XProtocol.h"
+#include "platform/text/LocaleText.h"
 #include "widgets/Scale.h"
 
 #include <X11/IntrinsicP.h> // XtConfigureWidget
@@ -32,13 +32,6 @@ constexpr int frameWidth = 10, usefulPanelHeight = 560;
 Desk& deskOf(XtPointer client)
 {
     return *static_cast<Desk*>(client);
-}
-
-Size sizeOf(Widget area)
-{
-    Dimension width = 0, height = 0;
-    XtVaGetValues(area, XmNwidth, &width, XmNheight, &height, nullptr);
-    return {std::max<int>(width, 1), std::max<int>(height, 1)};
 }
 
 void closeAsked(Widget, XtPointer client, XtPointer)
@@ -83,7 +76,7 @@ Controls::Controls(Desk& desk, Display* display, Size size, const std::string& u
                    CanvasKind canvas)
     : desk(desk)
 {
-    // Without a base size the size in a geometry would count from the smallest size.
+    // Without a base size, window managers count the size that the user reads from the smallest size on.
     topLevel = XtVaAppCreateShell("imagewindow", "ImageWindow", applicationShellWidgetClass, display,
                                   XmNdeleteResponse, XmDO_NOTHING, XmNminWidth, widgets::scaled(display, 320),
                                   XmNminHeight, widgets::scaled(display, 240), XmNbaseWidth, 0, XmNbaseHeight,
@@ -250,7 +243,8 @@ void Controls::makeArea(Size size, CanvasKind canvas)
 void Controls::show(const std::string& title)
 {
     XtRealizeWidget(topLevel);
-    // The toolkit asks for the top left corner of the screen where the user asked for no place.
+    // Where the user asked for no place, Xt claims (0, 0) as the program's wish, and window managers would
+    // put the window there.
     XSizeHints hints;
     long supplied = 0;
     if (XGetWMNormalHints(XtDisplay(topLevel), XtWindow(topLevel), &hints, &supplied) != 0) {
@@ -263,7 +257,7 @@ void Controls::show(const std::string& title)
 
 void Controls::setTitle(const std::string& title)
 {
-    const std::string local = localText(title);
+    const std::string local = text::fromUtf8(title);
     XtVaSetValues(topLevel, XmNtitle, local.c_str(), XmNiconName, local.c_str(), nullptr);
     const protocol::Atoms& atoms = protocol::atoms(XtDisplay(topLevel));
     XChangeProperty(XtDisplay(topLevel), XtWindow(topLevel), atoms.netWmName, atoms.utf8String, 8,

@@ -4,6 +4,7 @@
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/OpenDialogue.h"
 #include "platform/imagewindow/files/RecentFiles.h"
+#include "platform/text/LocaleText.h"
 #include "widgets/KvPushButton.h"
 #include "widgets/KvTip.h"
 #include "widgets/Scale.h"
@@ -136,7 +137,7 @@ void EmptyWindow::addRecent(Widget page)
                                                 XmSTRING, XmNlabelString, label.get(), XmNalignment,
                                                 XmALIGNMENT_BEGINNING, XmNuserData, this, nullptr);
         if (shownPath(path) != path.string())
-            XmKvTipSet(button, localText(path.string()).c_str());
+            XmKvTipSet(button, text::fromUtf8(path.string()).c_str());
         const auto chosen = [](Widget self, XtPointer path, XtPointer) {
             XtPointer window = nullptr;
             XtVaGetValues(self, XmNuserData, &window, nullptr);

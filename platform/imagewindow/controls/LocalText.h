@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Text for widgets and standard output in the character set of the user's locale: UTF-8, or else ISO 8859-1,
-// which is what the widgets draw in the C locale.
+// Texts of the viewer's labels, made of UTF-8 that may come from files.
 #pragma once
 
 #include "platform/text/MotifText.h"
@@ -9,9 +8,6 @@
 #include <vector>
 
 namespace viewer {
-
-// utf8 in the locale's character set; what it cannot hold, malformed bytes and control characters become '?'.
-std::string localText(const std::string& utf8);
 
 // Whether line feeds break lines. Only in texts of the program's own: a name from a file stays on one line.
 enum class LineFeeds { Replaced, Kept };

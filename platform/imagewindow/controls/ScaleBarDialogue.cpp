@@ -6,6 +6,7 @@
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/files/Scale.h"
 #include "platform/imagewindow/paint/ScaleBar.h"
+#include "platform/text/LocaleText.h"
 #include "widgets/KvComboBox.h"
 #include "widgets/Scale.h"
 
@@ -153,7 +154,7 @@ void ScaleBarDialogue::show()
 void ScaleBarDialogue::fill()
 {
     const BarStyle& style = desk.shown.barStyle;
-    filled = localText(style.microns > 0 ? lengthText(static_cast<float>(style.microns)) : "");
+    filled = text::fromUtf8(style.microns > 0 ? lengthText(static_cast<float>(style.microns)) : "");
     XmTextFieldSetString(length, const_cast<char*>(filled.c_str()));
     XtVaSetValues(corner, XmNselectedPosition, static_cast<int>(style.corner), nullptr);
     XtVaSetValues(color, XmNselectedPosition, static_cast<int>(style.color), nullptr);
@@ -162,7 +163,7 @@ void ScaleBarDialogue::fill()
 void ScaleBarDialogue::typed()
 {
     const std::string text = text::fieldText(length);
-    if (localText(text) == filled)
+    if (text::fromUtf8(text) == filled)
         return;
     BarStyle style = desk.shown.barStyle;
     style.microns = 0;

@@ -5,6 +5,7 @@
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Tools.h"
 #include "platform/imagewindow/controls/Widgets.h"
+#include "platform/text/LocaleText.h"
 #include "widgets/Scale.h"
 
 #include <Xm/Form.h>
@@ -119,7 +120,7 @@ void ScaleDialogue::makeButtons(Widget column)
 void ScaleDialogue::fill(const UserScale& scale)
 {
     const auto put = [&](Field field, const std::string& text) {
-        XmTextFieldSetString(fields[field], const_cast<char*>(localText(text).c_str()));
+        XmTextFieldSetString(fields[field], const_cast<char*>(text::fromUtf8(text).c_str()));
     };
     put(X, lengthText(scale.x));
     put(Y, lengthText(scale.y));
@@ -169,8 +170,9 @@ void ScaleDialogue::takeKnownLength()
         return;
     const double spacing = *known.microns / std::hypot((*pixels)[0], (*pixels)[1]);
     for (const Field field : {X, Y})
-        XmTextFieldSetString(fields[field],
-                             const_cast<char*>(localText(lengthText(static_cast<float>(spacing))).c_str()));
+        XmTextFieldSetString(
+            fields[field],
+            const_cast<char*>(text::fromUtf8(lengthText(static_cast<float>(spacing))).c_str()));
 }
 
 bool ScaleDialogue::read(Field field, std::optional<float>& microns)

@@ -3,7 +3,7 @@
 
 #include "platform/imagewindow/controls/Desk.h"
 #include "platform/imagewindow/controls/Icons.h"
-#include "platform/imagewindow/controls/LocalText.h"
+#include "platform/text/LocaleText.h"
 #include "widgets/KvPushButton.h"
 #include "widgets/KvTip.h"
 #include "widgets/KvToolBar.h"
@@ -66,7 +66,7 @@ void ToolBar::show(bool shown)
 
 Widget ToolBar::addButton(const Command& command, int group, Desk& desk)
 {
-    const std::string menuText = localText(command.label);
+    const std::string menuText = text::fromUtf8(command.label);
     Widget button = XtVaCreateManagedWidget(
         command.name, isToggle(command) ? xmToggleButtonWidgetClass : xmKvPushButtonWidgetClass, bar,
         XmNlabelType, XmPIXMAP, XmNtraversalOn, False, XmNhighlightThickness, 0, XmNuserData, &desk,
@@ -74,7 +74,7 @@ Widget ToolBar::addButton(const Command& command, int group, Desk& desk)
     if (isToggle(command))
         XtVaSetValues(button, XmNindicatorOn, XmINDICATOR_NONE, XmNfillOnSelect, True, nullptr);
     setIcon(button, command);
-    XmKvTipSet(button, localText(tipOf(command)).c_str());
+    XmKvTipSet(button, text::fromUtf8(tipOf(command)).c_str());
     const auto pressed = [](Widget self, XtPointer client, XtPointer) {
         XtPointer data = nullptr;
         XtVaGetValues(self, XmNuserData, &data, nullptr);

@@ -3,21 +3,24 @@
 
 #include "platform/imagewindow/controls/LocalText.h"
 #include "platform/protocol/XProtocol.h"
+#include "widgets/Painter.h"
 
 #include <Xm/Label.h>
+
+#include <algorithm>
 
 namespace viewer {
 
 Pixel allocateColor(Widget widget, const Rgb& color)
 {
-    XColor request{};
-    request.red = static_cast<unsigned short>(color.red * 257);
-    request.green = static_cast<unsigned short>(color.green * 257);
-    request.blue = static_cast<unsigned short>(color.blue * 257);
-    Colormap colormap = 0;
-    XtVaGetValues(widget, XmNcolormap, &colormap, nullptr);
-    return XAllocColor(XtDisplay(widget), colormap, &request) ? request.pixel
-                                                              : WhitePixelOfScreen(XtScreen(widget));
+    return widgets::pixelOf(widget, widgets::colorOf(color), WhitePixelOfScreen(XtScreen(widget)));
+}
+
+Size sizeOf(Widget widget)
+{
+    Dimension width = 0, height = 0;
+    XtVaGetValues(widget, XmNwidth, &width, XmNheight, &height, nullptr);
+    return {std::max<int>(width, 1), std::max<int>(height, 1)};
 }
 
 void bringForward(Widget dialogue)

@@ -4,6 +4,7 @@
 
 #include "platform/imagewindow/view/Palette.h"
 #include "platform/imagewindow/view/TextFlow.h"
+#include "platform/imagewindow/view/View.h"
 
 #include <X11/Intrinsic.h>
 
@@ -13,6 +14,9 @@ namespace viewer {
 
 // The pixel of a colour in the widget's colormap; white when none is free.
 Pixel allocateColor(Widget widget, const Rgb& color);
+
+// Pixels, at least 1 x 1.
+Size sizeOf(Widget widget);
 
 // Shows a dialogue in front of all others, with the keyboard: also one that is up already, behind another
 // window.

@@ -56,7 +56,7 @@ std::vector<float> valuesAlong(image::ImageFile& file, const image::SectionIndex
     return values;
 }
 
-void measure(SegmentProfile& profile, const Segment& part, const Scale& scale)
+void measure(SegmentProfile& profile, const LinePart& part, const Scale& scale)
 {
     profile.calibrated = scale.known;
     const auto dx = static_cast<float>((part.x1 - part.x0) * scale.spacing[0]),
@@ -73,8 +73,8 @@ SegmentProfile readProfile(image::ImageFile& file, const PanelContent& panel, co
 {
     const image::ImageInfo& info = file.info();
     constexpr double inside = 1e-3; // of a pixel: the far edges belong to no pixel
-    const std::optional<Segment> part =
-        clipSegment({ends.x0, ends.y0, ends.x1, ends.y1}, 0, 0, info.width - inside, info.height - inside);
+    const std::optional<LinePart> part =
+        clipped({ends.x0, ends.y0, ends.x1, ends.y1}, 0, 0, info.width - inside, info.height - inside);
     if (!part || (part->x0 == part->x1 && part->y0 == part->y1))
         throw std::runtime_error("The segment has no length inside the image.");
     SegmentProfile profile;

@@ -36,7 +36,7 @@ int reachOf(const OverlayCommand& command, double screenScale)
 
 // The part of a graphic that may show in a panel, in canvas pixels: a point is a segment without length. The
 // cut is made beyond the graphic's own width, so that a cut end never shows.
-std::optional<Segment> visiblePart(const Scene& scene, int panel, const OverlayCommand& command)
+std::optional<LinePart> visiblePart(const Scene& scene, int panel, const OverlayCommand& command)
 {
     const auto from = protocol::windowFromData(scene.geometry, {command.x0, command.y0, panel});
     const auto to = command.kind == OverlayKind::AddLine
@@ -44,8 +44,8 @@ std::optional<Segment> visiblePart(const Scene& scene, int panel, const OverlayC
                         : from;
     const Box box = panelBox(scene.geometry, panel);
     const int reach = reachOf(command, scene.screenScale);
-    return clipSegment({from.x, from.y, to.x, to.y}, box.x - reach, box.y - reach, box.x + box.width + reach,
-                       box.y + box.height + reach);
+    return clipped({from.x, from.y, to.x, to.y}, box.x - reach, box.y - reach, box.x + box.width + reach,
+                   box.y + box.height + reach);
 }
 
 int toPixel(double value)
@@ -53,7 +53,7 @@ int toPixel(double value)
     return static_cast<int>(std::floor(value + 1e-6));
 }
 
-Box boxAround(const Segment& part, int reach)
+Box boxAround(const LinePart& part, int reach)
 {
     const int left = toPixel(std::min(part.x0, part.x1)) - reach;
     const int top = toPixel(std::min(part.y0, part.y1)) - reach;
@@ -61,7 +61,7 @@ Box boxAround(const Segment& part, int reach)
             toPixel(std::max(part.y0, part.y1)) + reach - top + 1};
 }
 
-void addPieces(std::vector<Box>& boxes, const Segment& part, int reach)
+void addPieces(std::vector<Box>& boxes, const LinePart& part, int reach)
 {
     const double dx = part.x1 - part.x0, dy = part.y1 - part.y0;
     const int pieces = std::max(1, static_cast<int>(std::max(std::abs(dx), std::abs(dy)) / pieceLength));
@@ -95,7 +95,7 @@ void stroke(cairo_t* cairo, const OverlayCommand& command)
 }
 
 // From the middle of a pixel to the middle of a pixel.
-void strokeLine(cairo_t* cairo, const Segment& line, const OverlayCommand& command)
+void strokeLine(cairo_t* cairo, const LinePart& line, const OverlayCommand& command)
 {
     cairo_set_line_cap(cairo, CAIRO_LINE_CAP_ROUND);
     cairo_move_to(cairo, toPixel(line.x0) + 0.5, toPixel(line.y0) + 0.5);
@@ -104,7 +104,7 @@ void strokeLine(cairo_t* cairo, const Segment& line, const OverlayCommand& comma
 }
 
 // A cross whose middle stays free, so that the marked pixel is seen.
-void strokePoint(cairo_t* cairo, const Segment& point, const OverlayCommand& command, double screenScale)
+void strokePoint(cairo_t* cairo, const LinePart& point, const OverlayCommand& command, double screenScale)
 {
     const double x = toPixel(point.x0) + 0.5, y = toPixel(point.y0) + 0.5;
     const double arm = std::round(pointArm * screenScale), gap = std::round(pointGap * screenScale);
@@ -164,7 +164,8 @@ void paintGraphics(cairo_t* cairo, const Scene& scene, Edges edges)
     cairo_restore(cairo);
 }
 
-// Few graphics are drawn whole: they come out as they were, and a clip of many boxes takes longer.
+// A few graphics are drawn without a clip: they give the same pixels again, and a clip of many boxes takes
+// longer.
 void repairGraphics(cairo_t* cairo, const Scene& scene, const Damage& damage)
 {
     constexpr std::size_t few = 4;

@@ -141,11 +141,11 @@ bool showsIn(const Graphic& graphic, int style, int panel, const PanelContent& c
            content.z <= static_cast<double>(std::trunc(std::max(first, last)));
 }
 
-std::optional<Segment> clipSegment(Segment segment, double left, double top, double right, double bottom)
+std::optional<LinePart> clipped(LinePart line, double left, double top, double right, double bottom)
 {
-    const double dx = segment.x1 - segment.x0, dy = segment.y1 - segment.y0;
+    const double dx = line.x1 - line.x0, dy = line.y1 - line.y0;
     const double slope[] = {-dx, dx, -dy, dy};
-    const double room[] = {segment.x0 - left, right - segment.x0, segment.y0 - top, bottom - segment.y0};
+    const double room[] = {line.x0 - left, right - line.x0, line.y0 - top, bottom - line.y0};
     double from = 0, to = 1;
     for (int edge = 0; edge < 4; ++edge) {
         if (slope[edge] == 0) {
@@ -161,8 +161,7 @@ std::optional<Segment> clipSegment(Segment segment, double left, double top, dou
     }
     if (from > to)
         return std::nullopt;
-    return Segment{segment.x0 + from * dx, segment.y0 + from * dy, segment.x0 + to * dx,
-                   segment.y0 + to * dy};
+    return LinePart{line.x0 + from * dx, line.y0 + from * dy, line.x0 + to * dx, line.y0 + to * dy};
 }
 
 } // namespace viewer

@@ -78,12 +78,13 @@ int boundWavelength(const PanelContent& content);
 // Whether a graphic shows in a panel of a display of that style.
 bool showsIn(const Graphic& graphic, int style, int panel, const PanelContent& content);
 
-struct Segment {
+// Ends in one frame; without length where it stands for a point.
+struct LinePart {
     double x0 = 0, y0 = 0, x1 = 0, y1 = 0;
 };
 
-// The part of a segment inside the rectangle (bounds inclusive); nothing when it misses it. X takes 16-bit
+// What of a line is inside the rectangle (bounds inclusive); nothing when it misses it. X takes 16-bit
 // coordinates, so everything is cut to the panel before it is drawn.
-std::optional<Segment> clipSegment(Segment segment, double left, double top, double right, double bottom);
+std::optional<LinePart> clipped(LinePart line, double left, double top, double right, double bottom);
 
 } // namespace viewer

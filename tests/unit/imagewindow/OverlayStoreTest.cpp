@@ -147,21 +147,21 @@ TEST(OverlayStore, TheMergeIsAPanelOfItsOwn)
 TEST(OverlayStore, SegmentsAreCutToTheRectangle)
 {
     const struct {
-        Segment segment;
-        std::optional<Segment> expected;
+        LinePart segment;
+        std::optional<LinePart> expected;
     } rows[] = {
-        {{2, 3, 8, 5}, Segment{2, 3, 8, 5}},       // inside
-        {{-10, 5, 30, 5}, Segment{0, 5, 20, 5}},   // through
-        {{1e9, 1e9, 1e9, 1e9}, std::nullopt},      // a point far away
-        {{-5, -5, 25, 25}, Segment{0, 0, 10, 10}}, // out at the lower edge
-        {{-5, 0, 0, -5}, std::nullopt},            // past a corner
+        {{2, 3, 8, 5}, LinePart{2, 3, 8, 5}},       // inside
+        {{-10, 5, 30, 5}, LinePart{0, 5, 20, 5}},   // through
+        {{1e9, 1e9, 1e9, 1e9}, std::nullopt},       // a point far away
+        {{-5, -5, 25, 25}, LinePart{0, 0, 10, 10}}, // out at the lower edge
+        {{-5, 0, 0, -5}, std::nullopt},             // past a corner
         {{-1, -1, -1, 9}, std::nullopt},
-        {{20, 10, 20, 10}, Segment{20, 10, 20, 10}}, // a point on the corner
-        {{-1e9, 5, 1e9, 5}, Segment{0, 5, 20, 5}},
+        {{20, 10, 20, 10}, LinePart{20, 10, 20, 10}}, // a point on the corner
+        {{-1e9, 5, 1e9, 5}, LinePart{0, 5, 20, 5}},
     };
     const auto near = [](double a, double b) { return std::fabs(a - b) < 1e-6; };
     for (const auto& [whole, expected] : rows) {
-        const auto part = clipSegment(whole, 0, 0, 20, 10);
+        const auto part = clipped(whole, 0, 0, 20, 10);
         ASSERT_EQ(part.has_value(), expected.has_value()) << whole.x0 << ", " << whole.y0;
         EXPECT_TRUE(!part || (near(part->x0, expected->x0) && near(part->y0, expected->y0) &&
                               near(part->x1, expected->x1) && near(part->y1, expected->y1)))

@@ -2,6 +2,7 @@
 // Text for the screen and the names that the file chooser makes: no display needed.
 #include <gtest/gtest.h>
 
+#include "platform/text/LocaleText.h"
 #include "platform/wmenh/ChooserPaths.h"
 #include "platform/wmenh/Help.h"
 #include "platform/wmenh/Text.h"
@@ -14,7 +15,24 @@
 using namespace wmenh;
 namespace fs = std::filesystem;
 
-TEST(LocaleText, takesUtf8AndLatin1Mixed)
+TEST(FromUtf8, marksWhatIsNoText)
+{
+    const struct {
+        const char *given, *utf8, *latin1;
+    } cases[] = {
+        {"12 \xC2\xB5m", "12 \xC2\xB5m", "12 \xB5m"},
+        {"\xE2\x82\xAC 5", "\xE2\x82\xAC 5", "? 5"}, // euro: not in ISO 8859-1
+        {"caf\xE9.tif", "caf?.tif", "caf?.tif"},     // no UTF-8
+        {"cut \xE2\x82", "cut ?", "cut ?"},
+        {"line\nbell\a\x7F\xC2\x9B[2J", "line?bell???[2J", "line?bell???[2J"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(text::fromUtf8(c.given, true), c.utf8) << c.given;
+        EXPECT_EQ(text::fromUtf8(c.given, false), c.latin1) << c.given;
+    }
+}
+
+TEST(FromMixed, takesUtf8AndLatin1)
 {
     const struct {
         const char *given, *utf8, *latin1;
@@ -32,8 +50,8 @@ TEST(LocaleText, takesUtf8AndLatin1Mixed)
         {"bell\a\x1B[2J\x7F.", "bell  [2J .", "bell  [2J ."},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(localeText(c.given, true), c.utf8) << c.given;
-        EXPECT_EQ(localeText(c.given, false), c.latin1) << c.given;
+        EXPECT_EQ(text::fromMixed(c.given, true), c.utf8) << c.given;
+        EXPECT_EQ(text::fromMixed(c.given, false), c.latin1) << c.given;
     }
 }
 

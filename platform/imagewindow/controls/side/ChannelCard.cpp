@@ -2,11 +2,11 @@
 #include "platform/imagewindow/controls/side/ChannelCard.h"
 
 #include "platform/imagewindow/controls/Desk.h"
-#include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/render/Contrast.h"
 #include "platform/imagewindow/view/Readout.h"
 #include "platform/imagewindow/view/TypedNumber.h"
+#include "platform/text/LocaleText.h"
 #include "platform/text/Utf8.h"
 #include "widgets/KvComboBox.h"
 #include "widgets/KvPushButton.h"
@@ -273,12 +273,12 @@ void ChannelCard::showName()
     XtVaGetValues(name, XmNwidth, &width, nullptr);
     setRowName(name, desk, wavelength, width);
     const std::string whole = wavelengthName(desk.shown.info(), wavelength);
-    XmKvTipSet(name,
-               localText("Wavelength " + std::to_string(wavelength + 1) + ": " + text::shortened(whole, 200))
-                   .c_str());
+    XmKvTipSet(name, text::fromUtf8("Wavelength " + std::to_string(wavelength + 1) + ": " +
+                                    text::shortened(whole, 200))
+                         .c_str());
 }
 
-// What the user is typing stays until the value becomes another.
+// Does not overwrite what the user is typing, unless the value itself has changed.
 void ChannelCard::showField(Field& field, const std::string& text)
 {
     if (field.shown == text)

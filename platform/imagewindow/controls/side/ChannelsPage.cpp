@@ -2,9 +2,9 @@
 #include "platform/imagewindow/controls/side/ChannelsPage.h"
 
 #include "platform/imagewindow/controls/Desk.h"
-#include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/view/Readout.h"
+#include "platform/text/LocaleText.h"
 #include "widgets/KvAligner.h"
 #include "widgets/KvPushButton.h"
 #include "widgets/KvTip.h"
@@ -31,13 +31,6 @@ constexpr int barWidth = 13, rowMargin = 6;     // pixels of 96 dots per inch
 ChannelsPage* pageOf(XtPointer client)
 {
     return static_cast<ChannelsPage*>(client);
-}
-
-Size sizeOf(Widget widget)
-{
-    Dimension width = 0, height = 0;
-    XtVaGetValues(widget, XmNwidth, &width, XmNheight, &height, nullptr);
-    return {width, height};
 }
 
 } // namespace
@@ -150,7 +143,8 @@ void ChannelsPage::refresh()
     countLater();
 }
 
-// A section that is passed on the way to another one is not worth counting.
+// Waits a moment before counting, so that sections that the user only passes on the way to another one are
+// not counted.
 void ChannelsPage::countLater()
 {
     if (countTimer)
@@ -216,9 +210,10 @@ void ChannelsPage::showRow(std::size_t index, int wavelength, int y, int width)
         row.wavelength = wavelength;
         setRowName(row.widget, desk, wavelength, width - 2 * edge);
         XmKvTipSet(row.widget,
-                   localText("Wavelength " + std::to_string(wavelength + 1) + ": show it").c_str());
+                   text::fromUtf8("Wavelength " + std::to_string(wavelength + 1) + ": show it").c_str());
     }
-    XmToggleButtonSetState(row.widget, False, False); // also where a sixth was refused
+    XmToggleButtonSetState(row.widget, False,
+                           False); // the press has set it, even when the wavelength was refused as a sixth
     XtConfigureWidget(row.widget, static_cast<Position>(edge), static_cast<Position>(y),
                       static_cast<Dimension>(std::max(1, width - 2 * edge)),
                       static_cast<Dimension>(rowHeight), 0);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/controls/side/HistogramView.h"
 
+#include "platform/imagewindow/controls/Widgets.h"
 #include "widgets/Painter.h"
 #include "widgets/Scale.h"
 
@@ -20,24 +21,8 @@ constexpr int gripHeight = 9, sideMargin = 6; // pixels of 96 dots per inch
 constexpr widgets::Color ground{0.09, 0.1, 0.11}, beyond{0.13, 0.14, 0.15}, curve{0.95, 0.95, 0.95},
     quiet{0.55, 0.57, 0.6};
 
-widgets::Color colorOf(const Rgb& color)
-{
-    return {color.red / 255.0, color.green / 255.0, color.blue / 255.0};
-}
-
-struct Box {
-    int width, height;
-};
-
-Box sizeOf(Widget area)
-{
-    Dimension width = 0, height = 0;
-    XtVaGetValues(area, XmNwidth, &width, XmNheight, &height, nullptr);
-    return {width, height};
-}
-
 // A triangle that stands on the bottom and points at the limit.
-void drawGrip(widgets::Painter& painter, double x, const Box& size, int height, const widgets::Color& inside)
+void drawGrip(widgets::Painter& painter, double x, const Size& size, int height, const widgets::Color& inside)
 {
     for (const bool edge : {false, true}) {
         cairo_t* cairo = painter.cairo(edge ? curve : inside);
@@ -130,7 +115,7 @@ void HistogramView::drawBars(widgets::Painter& painter, double bottom) const
 {
     const auto bins = static_cast<double>(std::max<std::size_t>(histogram.counts.size(), 1));
     const double left = widgets::scaled(area, sideMargin), width = (sizeOf(area).width - 2 * left) / bins;
-    cairo_t* const cairo = painter.cairo(colorOf(shown.color));
+    cairo_t* const cairo = painter.cairo(widgets::colorOf(shown.color));
     cairo_move_to(cairo, left, bottom);
     double x = left;
     for (const std::uint32_t count : histogram.counts) {
@@ -165,7 +150,7 @@ void HistogramView::draw()
         return;
     if (binsFor != sizeOf(area).width)
         count();
-    const Box size = sizeOf(area);
+    const Size size = sizeOf(area);
     const int grip = widgets::scaled(area, gripHeight), bottom = size.height - grip;
     widgets::Painter painter(area, ground);
     const double low = xOf(shown.limits.low), high = xOf(shown.limits.high);

@@ -2,7 +2,7 @@
 #include "platform/imagewindow/controls/side/MessagesPage.h"
 
 #include "platform/imagewindow/controls/Desk.h"
-#include "platform/imagewindow/controls/LocalText.h"
+#include "platform/text/LocaleText.h"
 
 #include <Xm/Text.h>
 
@@ -18,7 +18,7 @@ std::string localLines(const std::string& utf8)
     std::size_t start = 0;
     while (start <= utf8.size()) {
         const std::size_t end = std::min(utf8.find('\n', start), utf8.size());
-        lines += (start > 0 ? "\n" : "") + localText(utf8.substr(start, end - start));
+        lines += (start > 0 ? "\n" : "") + text::fromUtf8(utf8.substr(start, end - start));
         start = end + 1;
     }
     return lines;

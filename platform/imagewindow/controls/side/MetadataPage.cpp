@@ -3,9 +3,9 @@
 
 #include "platform/image/ImageFile.h"
 #include "platform/imagewindow/controls/Desk.h"
-#include "platform/imagewindow/controls/LocalText.h"
 #include "platform/imagewindow/controls/Widgets.h"
 #include "platform/imagewindow/view/MetadataText.h"
+#include "platform/text/LocaleText.h"
 #include "widgets/KvAligner.h"
 #include "widgets/KvOutliner.h"
 #include "widgets/KvPushButton.h"
@@ -122,7 +122,7 @@ void MetadataPage::fill()
     row = -1;
     std::vector<int> depths;
     for (const image::MetadataRow& each : tree) {
-        const std::string name = localText(each.name), text = localText(each.value);
+        const std::string name = text::fromUtf8(each.name), text = text::fromUtf8(each.value);
         const char* const cells[] = {name.c_str(), text.c_str()};
         const int made = XmKvOutlinerAdd(outliner, each.parent, cells, 2);
         depths.push_back(each.parent < 0 ? 0 : depths[static_cast<std::size_t>(each.parent)] + 1);
@@ -152,7 +152,7 @@ void MetadataPage::selected(int selectedRow, Time time)
     if (row < 0 || row >= static_cast<int>(tree.size()))
         return;
     const std::string& text = tree[static_cast<std::size_t>(row)].value;
-    XmTextSetString(value, const_cast<char*>(localText(text).c_str()));
+    XmTextSetString(value, const_cast<char*>(text::fromUtf8(text).c_str()));
     offer->offer(XA_PRIMARY, rowText(tree, row), time);
 }
 
