@@ -85,7 +85,7 @@ Window Pair::setting(Setting which)
     return leaves[which];
 }
 
-// leaves ends with the message line and the button row.
+// The buttons are the last leaves of the tool window.
 Window Pair::button(Button which)
 {
     const std::vector<Window> leaves = screen.leaves(toolWindow);

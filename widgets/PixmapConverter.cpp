@@ -101,7 +101,7 @@ Boolean convert(Display* display, XrmValue* args, Cardinal*, XrmValue* from, Xrm
     return True;
 }
 
-// With the last widget that uses the pixmap. Motif's own pixmaps stay in its cache.
+// Frees a pixmap when the last widget that uses it is gone. Those that Motif has made stay in Motif's cache.
 void release(XtAppContext, XrmValue* to, XtPointer data, XrmValue*, Cardinal*)
 {
     if (data)

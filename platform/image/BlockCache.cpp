@@ -56,7 +56,7 @@ BlockPtr BlockCache::get(const BlockKey& key, std::size_t size, const Loader& lo
     }
     lock.lock();
     mine->block = block;
-    trim(mine); // what it had no room beside may have been loaded meanwhile
+    trim(mine); // blocks that were loading at the first trim may have come since, and can go now
     loaded.notify_all();
     return block;
 }

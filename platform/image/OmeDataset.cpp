@@ -200,7 +200,8 @@ void OmeReader::placeData(const OmeTiffData& data, int p)
     if (page > maxPage)
         throw FormatError("its metadata name more planes than any image has");
     std::int64_t count = data.planeCount.value_or(static_cast<std::int32_t>(data.page ? 1 : planes));
-    // A file of the set that is not open yet need not be opened for a single plane.
+    // To limit the run by the pages of its file, the file must be opened; for a single plane that is not
+    // worth it.
     if (isOpen(*file) || count != 1)
         count = std::min<std::int64_t>(count, std::int64_t{pageCount(*file)} - page);
     const std::uint32_t key = dataset.key(*first);

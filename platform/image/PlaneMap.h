@@ -30,7 +30,7 @@ struct PlaneRun {
 class PlaneMap {
 public:
     PlaneMap() = default;
-    // Of planes that are in several runs the first run holds.
+    // Where several runs hold the same plane, the first of them counts.
     explicit PlaneMap(std::span<const PlaneRun> wanted);
 
     bool empty() const { return list.empty(); }

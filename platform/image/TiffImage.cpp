@@ -136,7 +136,7 @@ void TiffImage::findLevels(TiffFile& file, const PlanePlace& where, const Plane&
                 reduced->sampleCount == plane.sampleCount && reduced->type == plane.type)
                 levels.push_back(level);
         } catch (const FormatError&) {
-            // The full image is readable without it.
+            // A damaged reduced copy is left out: the full image does without.
         }
     };
     for (std::size_t i = 0; i < plane.directory.subDirectories.size(); ++i)
@@ -216,7 +216,7 @@ bool TiffImage::fail(const SectionIndex& section, std::string reason)
         if (where && dataset.files->file(where->file)->changed())
             reason = "the file has changed since it was opened (" + reason + ")";
     } catch (const FormatError&) {
-        // The reason says already that the file is not there.
+        // The file cannot be opened any more, which the reason says already.
     }
     recentSection = {};
     lastReadError =

@@ -28,7 +28,8 @@ namespace {
 Application* theApplication = nullptr;
 XtEventDispatchProc nextDestroyDispatcher = nullptr;
 
-// In a UTF-8 locale the server's bitmap fonts never have every character set; that is no news.
+// The toolkit's warnings go to standard error, but for one: in a UTF-8 locale Xlib always misses some
+// character sets of the server's bitmap fonts, and nothing can be done about it.
 void toolkitWarning(String message)
 {
     if (!std::string_view(message).starts_with("Missing charsets"))
@@ -98,7 +99,7 @@ void Application::openEmpty(const Options& options)
     empty = std::make_unique<EmptyWindow>(connection, options.geometry, services);
 }
 
-// Windows of other clients are no widgets: Xt would drop the news of their end.
+// Xt drops a DestroyNotify of a window that is no widget, so those of other clients are taken here.
 Boolean Application::dispatchDestroy(XEvent* event)
 {
     if (theApplication && event->xdestroywindow.event == event->xdestroywindow.window)
@@ -142,7 +143,8 @@ void Application::updateAll()
     }
 }
 
-// What is no image is passed over in silence, what cannot be read with its sentence.
+// Files that are no images are skipped silently. Images that cannot be read are skipped too, and the user is
+// told why.
 void Application::showNeighbour(ImageWindow& window, int step)
 {
     const std::vector<std::filesystem::path> own = window.life().file().files();

@@ -62,7 +62,7 @@ ImageWindow::~ImageWindow()
             XtRemoveTimeOut(timer);
 }
 
-// How it was seen when it was shown is worth no note.
+// Keeps how the image is seen, but not where the user has changed nothing since it was shown.
 void ImageWindow::remember()
 {
     if (!firstSeen || shown.life.growing())
@@ -298,7 +298,8 @@ void ImageWindow::overlayArrived(unsigned long serial)
     dialogues.segmentDrawn();
 }
 
-// Its graphics are to go, also what it removed itself without living to ask for the drawing.
+// Redraws without the graphics of a client that has died, those included that it had removed without asking
+// for a redraw.
 void ImageWindow::clientGone(Window client)
 {
     if (overlays.clientGone(client))

@@ -48,7 +48,7 @@ std::string checkZoom(const std::string& text)
                : "\"" + text + "\" is no zoom between 1/16 and 32, and not \"fit\"";
 }
 
-// Throw a sentence for what is none.
+// These two throw a sentence when the text is no colour or no index.
 int colorOf(const std::string& text)
 {
     for (std::size_t i = 0; i < base::displayColors.size(); ++i)
@@ -65,7 +65,8 @@ int indexOf(const std::string& text)
     return number - 1;
 }
 
-// An option with one word of items, commas between them: the word after it is a file already.
+// An option that takes one word, a list with commas. CLI11 would take the words after it too, which are
+// files.
 void addList(CLI::App& app, const std::string& name, std::vector<int>& list, std::size_t most,
              int (*item)(const std::string&), const std::string& help, const char* typeName)
 {

@@ -3,7 +3,7 @@
 // would find it. Its window is on the screen and the plot has been exposed.
 #pragma once
 
-#include <gmock/gmock.h> // before X, whose macros it does not stand
+#include <gmock/gmock.h> // before the headers of X, whose macros break it
 
 #include "tests/recording/Recording.h"
 

@@ -29,7 +29,8 @@ GraphicBinding bindingOf(int panel, const protocol::Geometry& geometry,
 
 } // namespace
 
-// One request takes all commands of a backlog, which a notification each tells of.
+// One request takes all commands that wait. The notifications of those commands still come; their serials are
+// smaller than the request's.
 bool Overlays::arrived(unsigned long serial, Window canvas, const protocol::Geometry& geometry,
                        const std::vector<PanelContent>& panels)
 {
@@ -58,8 +59,8 @@ void Overlays::tellRefusal(const char* reason)
         std::fprintf(stderr, "imagewindow: %s.\n", reason);
 }
 
-// A client is served only while its window lives; without this, graphics of a dead client would stay for
-// ever.
+// Asks the server to tell of the end of the client's window; without that, graphics of a dead client would
+// stay for ever. False when the window is gone already.
 bool Overlays::watch(Window client)
 {
     if (clients.contains(client))

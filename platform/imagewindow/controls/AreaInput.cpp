@@ -22,7 +22,7 @@ AreaInput::AreaInput(Desk& desk, const Menus& menus, Widget port) : desk(desk), 
         static_cast<AreaInput*>(client)->handle(*event);
     };
     XtAddEventHandler(port, ButtonPressMask | Button1MotionMask | dragMask, False, portEvent, this);
-    // All but button 1 belong to the viewer also while a tool takes the presses on the canvas.
+    // Grabs the other buttons: a tool that takes the presses on the canvas gets button 1 alone.
     for (int button : {Button2, Button3, Button4, Button5})
         XtGrabButton(port, button, AnyModifier, False, ButtonPressMask | dragMask, GrabModeAsync,
                      GrabModeAsync, None, None);

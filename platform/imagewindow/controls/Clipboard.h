@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The picture that the program offers on the clipboard (selection CLIPBOARD, target image/png; the toolkit
 // adds TIMESTAMP and MULTIPLE and sends a large one in parts). One per process: it outlives the window whose
-// view it is. A peer that asks and does not read costs memory until the toolkit's time limit, and never
-// waiting.
+// view it is. The program never waits for a peer; one that asks but does not read holds memory until the
+// toolkit's time limit.
 #pragma once
 
 #include <X11/Intrinsic.h>

@@ -64,7 +64,7 @@ std::vector<std::string> recentTexts()
     return texts;
 }
 
-// The list may have become another while the menu was up.
+// The list may have changed while the menu was up.
 void openRecent(Desk& d, std::size_t item)
 {
     const auto files = recentFiles();

@@ -14,13 +14,14 @@ namespace viewer {
 namespace {
 
 constexpr long protocolVersion = 5;
-constexpr long maxTypes = 256; // that a source is heard on
+constexpr long maxTypes = 256; // of a source; further ones are not looked at
 
 // The best first.
 constexpr const char* wantedTypes[] = {"text/uri-list", "text/plain;charset=utf-8", "UTF8_STRING",
                                        "text/plain", "STRING"};
 
-// Of a source with more than three; a question to the server, not to the source.
+// A source with more than three types lists them in a property of its window. The server answers for it, so
+// this does not wait for the source.
 std::vector<Atom> listedTypes(Display* display, Window source, Atom property)
 {
     const protocol::ErrorTrap trap(display);
@@ -129,8 +130,8 @@ void DropTarget::dropped(const XClientMessageEvent& message)
              });
 }
 
-// A status has its action in the last word, news of the end in the one after the flags. A source that has
-// gone causes an error that nobody minds.
+// XdndStatus has the action in its last word, XdndFinished in the one after the flags. Where the source is
+// gone, the server's error is swallowed by the process's error handler.
 void DropTarget::answer(Window to, Atom type, long flags)
 {
     XEvent event{};

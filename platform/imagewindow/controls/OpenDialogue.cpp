@@ -73,7 +73,7 @@ void filesChosen(Widget dialogue, XtPointer client, XtPointer call)
         XtUnmanageChild(dialogue);
 }
 
-// As the list itself does with a single selection: the name goes to the field.
+// Puts the chosen name into the field, as a list with single selection does by itself.
 void selectionChanged(Widget list, XtPointer client, XtPointer call)
 {
     const auto* selection = static_cast<XmListCallbackStruct*>(call);

@@ -48,7 +48,8 @@ void scaleChanged(Widget scale, XtPointer client, XtPointer call)
     showIndex(*static_cast<Desk*>(client), scale, static_cast<XmScaleCallbackStruct*>(call)->value - 1);
 }
 
-// The wheel goes one on or back, as with Shift on the image, and not the scroll bar's way.
+// Wheel up is one section on, wheel down one back, as with Shift on the image. A scroll bar of Motif would go
+// the other way.
 void wheelOnScale(Widget row, XtPointer client, XEvent* event, Boolean*)
 {
     const unsigned button = event->xbutton.button;

@@ -28,7 +28,8 @@ std::string joined(const std::vector<std::string>& items)
 
 void writeLines(Widget label, std::vector<std::string> lines, std::size_t rows)
 {
-    lines.resize(std::max<std::size_t>(rows, 1), " "); // or the label would centre what there is
+    lines.resize(std::max<std::size_t>(rows, 1),
+                 " "); // all rows are filled: a label centres fewer lines in its height
     const auto text = labelString(lines);
     XtVaSetValues(label, XmNlabelString, text.get(), nullptr);
 }

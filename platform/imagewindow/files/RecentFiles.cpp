@@ -13,8 +13,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t maxKept = 2 * maxRecent; // those that are not there now may come back
-constexpr std::size_t maxLine = 8192;          // of a file that is not ours any more
+constexpr std::size_t maxKept = 2 * maxRecent; // so that files that are missing now can come back
+constexpr std::size_t maxLine = 8192; // longer lines are not written by this program, and are skipped
 
 // Empty when the environment names none.
 fs::path listFile()

@@ -14,7 +14,7 @@ constexpr std::size_t maxRecent = 10;
 // The newest first, as far as they are there; at most maxRecent.
 std::vector<std::filesystem::path> recentFiles();
 
-// path: absolute. What cannot be kept is not: nobody waits for it.
+// path: absolute. A failure to write is not reported, as the list is a mere convenience.
 void noteRecent(const std::filesystem::path& path);
 
 // A path for a menu or list: from "~" on in the user's folder, its beginning left out where it is long.

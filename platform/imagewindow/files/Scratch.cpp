@@ -100,7 +100,7 @@ ScratchInput::ScratchInput()
     file = folder / (std::to_string(getpid()) + ".tif");
     if (file.native().size() >= sizeof fileToRemove)
         throw image::ImageError("The path of the cache directory is too long.");
-    // 64-bit offsets from the start: how long the stream is nobody knows.
+    // BigTIFF: the stream may bring more than the 4 GB that a plain TIFF can hold.
     out = TIFFOpen(file.c_str(), "w8");
     if (!out)
         throw image::ImageError("Cannot write the sections to " + file.string() + ".");

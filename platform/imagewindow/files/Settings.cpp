@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t maxLines = 1000, maxLineLength = 4096; // what a file may hold that is not ours any more
+constexpr std::size_t maxLines = 1000, maxLineLength = 4096; // of a file that something else may have written
 
 // Empty when the environment names none.
 fs::path settingsFile()

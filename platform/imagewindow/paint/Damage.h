@@ -17,7 +17,7 @@ using Box = cairo_rectangle_int_t; // x, y, width, height
 
 class Damage {
 public:
-    // Any boxes; all of them at once, as adding one to many costs as much as all of them.
+    // They may overlap. Add all at once: one box more costs as much as all.
     explicit Damage(std::span<const Box> boxes)
         : region(cairo_region_create_rectangles(boxes.data(), static_cast<int>(boxes.size())))
     {

@@ -25,7 +25,7 @@ void setFont(cairo_t* cairo, double size)
 {
     cairo_select_font_face(cairo, "Sans", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
     cairo_set_font_size(cairo, size);
-    // Subpixels of one screen would be coloured seams on every other.
+    // No subpixel rendering: made for one screen, it shows as coloured seams on others and in files.
     cairo_font_options_t* options = cairo_font_options_create();
     cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
     if (cairo_surface_get_type(cairo_get_target(cairo)) != CAIRO_SURFACE_TYPE_IMAGE)

@@ -22,7 +22,8 @@ inline std::uint32_t level(float value, float low, float slope, float steps)
 {
     const float scaled = (value - low) * slope;
     const float positive = scaled > 0.0f ? scaled : 0.0f;
-    const float rounded = (positive < steps ? positive : steps) + 0.5f; // when its fraction is cut off
+    const float rounded =
+        (positive < steps ? positive : steps) + 0.5f; // by the cast below, which cuts the fraction off
     return static_cast<std::uint32_t>(static_cast<std::int32_t>(rounded));
 }
 
@@ -115,7 +116,8 @@ std::uint8_t brightness(float value, const ContrastLimits& limits)
     return static_cast<std::uint8_t>(level(value, limits.low, slopeOf(limits, 255), 255));
 }
 
-// A sum that has saturated stays at 255 whatever is added, so that it can be gone on from.
+// Adding to a composite gives the same as composing all channels at once, even where it has saturated: a
+// component at 255 stays there whatever is added.
 void compose(std::span<const CompositeChannel> channels, std::span<const std::uint32_t> base,
              std::span<std::uint32_t> out)
 {

@@ -41,7 +41,7 @@ std::uint8_t brightness(float value, const ContrastLimits& limits);
 
 // Fills out with the sum of all channels, each component saturating at 255. Every channel has out.size()
 // values. A colour component c at brightness b adds round(b * c / 255). base: pixels that the channels are
-// added to, out.size() or none; what was composed of some channels before stays as good as the channels.
+// added to, out.size() or none; a composite of some channels can be given instead of these channels.
 void compose(std::span<const CompositeChannel> channels, std::span<const std::uint32_t> base,
              std::span<std::uint32_t> out);
 inline void compose(std::span<const CompositeChannel> channels, std::span<std::uint32_t> out)

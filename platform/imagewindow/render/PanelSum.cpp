@@ -24,7 +24,8 @@ std::vector<CompositeChannel> sliced(std::vector<CompositeChannel> channels, std
 
 } // namespace
 
-// The sum is worth its memory and time once the others have stayed as they are from one picture to the next.
+// Keeps a sum of the other channels only when these were the same in the picture before: then the user is
+// moving the limits of one, and the next picture will need the sum again.
 void PanelSum::begin(std::vector<CompositeChannel> channels, std::size_t moving, std::size_t count)
 {
     std::vector<CompositeChannel> rest = channels;

@@ -15,16 +15,17 @@ namespace viewer {
 class PanelSum {
 public:
     // Before compose(): what the panel shows now, count values of each channel. moving: the place of the
-    // channel that the user changes, or any number beyond. The channels' values must not change but for
-    // forget().
+    // channel that the user changes, or any number beyond. Call forget() when values of the channels have
+    // changed.
     void begin(std::vector<CompositeChannel> channels, std::size_t moving, std::size_t count);
     // Fills out with the pixels from first on. Several threads may do so at a time, each with its own pixels.
     void compose(std::size_t first, std::span<std::uint32_t> out);
-    // The values are others.
+    // The values of the channels have changed.
     void forget();
 
 private:
-    // How the sum of the others is used: not, made in passing, taken as it is.
+    // Apart: there is no sum, all channels are composed together. Made: this picture computes the sum. Taken:
+    // the sum of an earlier picture holds.
     enum class Others { Apart, Made, Taken };
 
     std::vector<CompositeChannel> all, others, moved;

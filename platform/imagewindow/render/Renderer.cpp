@@ -278,7 +278,8 @@ std::vector<CompositeChannel> Renderer::channelsOf(const PanelContent& panel) co
 void Renderer::beginSum(PanelSum& sum, const PanelContent& panel) const
 {
     std::vector<CompositeChannel> channels = channelsOf(panel);
-    // Tiles that cannot be read have no channel, and the place is another one then: slower, not wrong.
+    // A wavelength whose tile cannot be read has no channel, and those behind it are one place further to the
+    // front. The sum is then kept for the wrong channel, which costs time but gives the same picture.
     const auto place = std::find(panel.wavelengths.begin(), panel.wavelengths.end(), lastSet);
     sum.begin(std::move(channels), static_cast<std::size_t>(place - panel.wavelengths.begin()),
               static_cast<std::size_t>(frame.width) * static_cast<std::size_t>(frame.height));
@@ -317,7 +318,8 @@ void Renderer::drawPanel(int index, std::span<std::uint32_t> pixels, int width, 
                                   static_cast<std::size_t>(left),
                               columns.size());
     };
-    // Each pixel of the canvas has a value of its own, for places go up by one at most.
+    // From one canvas pixel to the next the place in the tile grows by one at most; so when the last places
+    // are equal, all are, and each tile row is composed straight into its canvas row.
     if (columns.back() + 1 == columnCount && rows.back() + 1 == rowCount)
         return image::parallelFor((rowCount + bandRows - 1) / bandRows, [&](int band) {
             for (int row = band * bandRows; row < std::min((band + 1) * bandRows, rowCount); ++row)

@@ -104,8 +104,8 @@ void Actions::setProjection(Projection projection)
     shown.changed();
 }
 
-// Panels begin where all of them have something to show; the section and time point from before come back
-// unless the user has scrolled the panels away from them.
+// To fill all panels, the first one may have begun before the section or time point that was shown alone.
+// That one comes back when the panels still show it.
 void Actions::leavePanels()
 {
     View& view = shown.view;
@@ -120,7 +120,7 @@ void Actions::leavePanels()
         restore(view.t, shown.singlePlace[1]);
 }
 
-// Events that come before the next drawing go on from the new arrangement; so in panBy().
+// Arranges at once: further events before the next drawing start from here. So does panBy().
 void Actions::zoomAt(double zoom, int x, int y)
 {
     zoomAround(shown.info(), shown.view, shown.arrangement, shown.area, shown.barThickness, zoom, x, y);

@@ -68,7 +68,7 @@ public:
     // Shows the bar as well, where there is a scale. The next window begins with the style.
     void setBarStyle(const BarStyle& style);
     void toggleLinked();
-    // As an image is seen that nobody has seen before; forgets what is kept for the file.
+    // Shows the image as if it were opened for the first time, and forgets what is kept for the file.
     void resetView();
     void toggleToolBar();
     void toggleSidePanel();

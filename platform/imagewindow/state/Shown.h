@@ -60,7 +60,8 @@ struct Shown {
                 renderer.gamma(wavelength)};
     }
     const image::ImageInfo& info() const { return life.info(); }
-    // What is seen is another: everything follows, and what was said about the state before is over.
+    // To be called when the view has changed: marks all that follows it, and takes the sentence of the last
+    // action away.
     void changed()
     {
         notice.clear();

@@ -29,8 +29,8 @@ private:
     static constexpr unsigned bit(Part part) { return 1U << static_cast<unsigned>(part); }
     template<typename... Parts> static constexpr unsigned all(Parts... which) { return (bit(which) | ...); }
 
-    // The part itself and all that has to follow it. A tool that drags takes the pointer's motions, so that
-    // its drawing tells that the pointer has moved.
+    // The part itself and all that has to follow it. While a tool drags, it gets the pointer's motions and
+    // the viewer does not; so new graphics count as a motion.
     static constexpr unsigned withFollowers(Part part)
     {
         constexpr std::array byPart{

@@ -8,10 +8,10 @@ namespace viewer {
 
 namespace {
 
-constexpr std::chrono::seconds noticeTime{5}; // that the pointer leaves a sentence for
+constexpr std::chrono::seconds noticeTime{5}; // for which a sentence stays when the pointer moves
 constexpr const char* longestActivity = "ranges 100 %";
 
-// The folder of the file says nothing in a line about it, and takes the room of the reason.
+// Leaves out the file's folder: the user knows it, and the line has hardly room for the reason.
 std::string withoutFolder(std::string sentence, const std::filesystem::path& file)
 {
     const std::string folder = file.parent_path().string() + "/";
@@ -20,7 +20,7 @@ std::string withoutFolder(std::string sentence, const std::filesystem::path& fil
     return sentence;
 }
 
-// What the file has and the image lacks.
+// The file's remarks: what it holds that the image does not show.
 std::string remarkOf(const StatusFacts& facts)
 {
     std::string all;

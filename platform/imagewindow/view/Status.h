@@ -48,14 +48,14 @@ StatusTexts statusTexts(const StatusFacts& facts, const std::string& sentence,
 // one begins.
 StatusTexts widestTexts(const StatusFacts& facts);
 
-// A sentence in the status lines that goes by itself: the next action takes it away, and so does the pointer
-// when it moves.
+// A sentence in the status lines that nobody has to close: the next action takes it away, and so does a
+// motion of the pointer.
 class Notice {
 public:
     using Clock = std::chrono::steady_clock;
     // What the last action could not do.
     void answer(const std::string& sentence) { text = sentence; }
-    // What the user has not asked for: the pointer leaves it for a while.
+    // News that the user has not asked for: for a few seconds a motion of the pointer does not take it away.
     void tell(const std::string& sentence, Clock::time_point now);
     void pointerMoved(Clock::time_point now);
     void clear() { text.clear(); }

@@ -99,7 +99,8 @@ PlayAxis playedAxis(const image::ImageInfo& info, const View& view, PlayAxis wan
 int lastAlong(const image::ImageInfo& info, const View& view, PlayAxis axis);
 int& indexAlong(View& view, PlayAxis axis);
 
-// A view of the section that was the newest goes along to the one that is now; panels stay.
+// After a growing image has grown: a view of the section that was the newest moves to the one that is the
+// newest now. Panels stay as they are.
 void followNewest(View& view, const image::SectionIndex& before, const image::SectionIndex& now);
 
 // Puts section, time point, position and panel start inside the image.

@@ -181,7 +181,7 @@ TEST(Hostile, MetadataOfNothingButElementsAreRefused)
     }
 }
 
-// The first run holds; others fill what it leaves free.
+// Where runs overlap the first one counts; the others fill what it leaves free.
 TEST(PlaneMap, RunsThatOverlap)
 {
     const auto run = [](std::uint32_t first, std::uint32_t count, std::uint32_t page) {

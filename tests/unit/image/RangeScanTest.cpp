@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Ranges: found in the background, kept between runs, never spoilt by what is no number.
+// Ranges: found in the background, kept between runs, never spoilt by not-a-number.
 #include "platform/image/RangeScan.h"
 #include "tests/unit/image/TestFiles.h"
 #include "tests/unit/imagewindow/FakeImage.h"

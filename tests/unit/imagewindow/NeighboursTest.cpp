@@ -25,7 +25,8 @@ TEST(Neighbours, NamesAreOrderedAsPeopleReadThem)
     std::sort(names.begin(), names.end(), naturallyBefore);
     EXPECT_THAT(names, ElementsAre("", "a", "z.tif", "z1a9", "z1a10", "z2.tif", "z02b.tif", "Z3.tif",
                                    "z10.tif", "z99999999999999999999999.tif"));
-    EXPECT_NE(naturallyBefore("z02", "z2"), naturallyBefore("z2", "z02")); // equal but for a zero: one order
+    EXPECT_NE(naturallyBefore("z02", "z2"),
+              naturallyBefore("z2", "z02")); // they differ by a zero alone, and one still comes first
 }
 
 TEST(Neighbours, TheNearestFirst)

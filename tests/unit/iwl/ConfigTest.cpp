@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The C interface to the configuration, as one process after another sees it: each call of inProcess() is a
 // program start of its own, since the library reads the file once.
-#include <gmock/gmock.h> // before Xlib, whose macros None and Bool it cannot stand
+#include <gmock/gmock.h> // before the headers of X, whose macros break it
 #include <gtest/gtest.h>
 
 #include "tests/unit/image/TempFolder.h"

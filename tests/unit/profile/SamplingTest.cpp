@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <gmock/gmock.h> // before X, whose macros it does not stand
+#include <gmock/gmock.h> // before the headers of X, whose macros break it
 
 #include "profile/Profile.h"
 #include "segment/Segment.h"

@@ -54,7 +54,8 @@ protected:
                "\", \"*.slk\", 256, 12, \"default_PRF.slk\")";
     }
 
-    // What is proposed is made once in a process: these run in a child, which ends with 0 when all held.
+    // The proposed name is made once per process, so each of these runs in a child process, whose status 0
+    // says that its expectations held.
     static void proposesOnce();
     static void proposesTheDataDirectory();
 };

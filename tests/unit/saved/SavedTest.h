@@ -2,7 +2,7 @@
 // The store of saved profiles on the recording platform, without a display: its controls are tokens.
 #pragma once
 
-#include <gmock/gmock.h> // before X, whose macros it does not stand
+#include <gmock/gmock.h> // before the headers of X, whose macros break it
 
 #include "saved/SavedProfiles.h"
 #include "tests/recording/Recording.h"

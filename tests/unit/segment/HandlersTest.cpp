@@ -25,7 +25,8 @@ using ::testing::Key;
 using ::testing::ValuesIn;
 using ::testing::WithParamInterface;
 
-// A motion that is rejected keeps its copy of the event, as it always has.
+// segmentMotion does not free its copy of a motion that it rejects. The tool keeps this behaviour, so the
+// leak checker is told to pass over it.
 extern "C" const char* __lsan_default_suppressions()
 {
     return "leak:segmentMotion";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <gmock/gmock.h> // before X, whose macros it does not stand
+#include <gmock/gmock.h> // before the headers of X, whose macros break it
 
 #include "profile/Profile.h"
 #include "shell/InputLock.h"
@@ -23,7 +23,7 @@ using ::testing::StrEq;
 
 namespace {
 
-// What runs into exit() runs in a child, which tells its calls on standard error.
+// Functions that end in exit() run in a child process, which writes the calls to standard error.
 void tellCallsAtExit()
 {
     std::atexit([] {

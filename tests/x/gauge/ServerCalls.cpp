@@ -8,7 +8,7 @@
 bool servercalls::refusePixmaps = false;
 int servercalls::answersAwaited = 0;
 
-// No screen has the depth that is asked for.
+// To be refused, it asks the server for a depth that no screen has.
 extern "C" Pixmap XCreatePixmap(Display* display, Drawable drawable, unsigned width, unsigned height,
                                 unsigned depth)
 {
@@ -17,7 +17,7 @@ extern "C" Pixmap XCreatePixmap(Display* display, Drawable drawable, unsigned wi
     return real(display, drawable, width, height, servercalls::refusePixmaps ? 77 : depth);
 }
 
-// The one place where the library waits for an answer.
+// Every call of the library that waits for an answer goes through here.
 extern "C" Status _XReply(Display* display, xReply* reply, int extra, Bool discard)
 {
     using Wait = Status (*)(Display*, xReply*, int, Bool);

@@ -79,7 +79,7 @@ int raceForLock(Shared& shared, int attempts)
 
 class Protocol : public testing::Test {
 protected:
-    // The server notices the closed connections of the test before in its own time.
+    // Waits until the server has noticed that the connections of the test before are closed.
     void SetUp() override
     {
         protocol::installErrorHandler("protocol_x_test");

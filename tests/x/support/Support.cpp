@@ -55,7 +55,7 @@ bool waitForFocus(drive::Screen& screen, Window window)
 bool waitForPointerGrab(drive::Screen& screen, bool grabbed)
 {
     return drive::waitUntil([&] {
-        XGrabServer(screen.x()); // so that the trial is in nobody's way
+        XGrabServer(screen.x()); // so that no other client meets the trial grab
         const int trial = XGrabPointer(screen.x(), screen.root(), False, ButtonPressMask, GrabModeAsync,
                                        GrabModeAsync, None, None, CurrentTime);
         XUngrabPointer(screen.x(), CurrentTime);
