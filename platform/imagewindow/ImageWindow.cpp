@@ -19,6 +19,7 @@ namespace {
 
 constexpr unsigned long rangesMilliseconds = 300, growingMilliseconds = 200, finishedMilliseconds = 1000,
                         projectMilliseconds = 50;
+constexpr unsigned long restMilliseconds = 150; // without a new picture, before the overview follows
 
 Size screenOf(Display* display)
 {
@@ -30,13 +31,14 @@ Size screenOf(Display* display)
 
 ImageWindow::ImageWindow(Application& application, ImageSource opened, const Options& options)
     : context(application.context()), display(application.display()), canvasKind(application.canvasKind()),
-      shown(std::move(opened)), overlays(display), desk{.shown = shown,
-                                                        .actions = actions,
-                                                        .overlays = overlays.store(),
-                                                        .dialogues = dialogues,
-                                                        .tools = tools,
-                                                        .listener = *this,
-                                                        .program = application.servicesFor(*this)}
+      shown(std::move(opened)), overlays(display),
+      overview(shown.life.file()), desk{.shown = shown,
+                                        .actions = actions,
+                                        .overlays = overlays.store(),
+                                        .dialogues = dialogues,
+                                        .tools = tools,
+                                        .listener = *this,
+                                        .program = application.servicesFor(*this)}
 {
     if (shown.life.chosen().former())
         shown.tell(
@@ -57,7 +59,7 @@ ImageWindow::ImageWindow(Application& application, ImageSource opened, const Opt
 ImageWindow::~ImageWindow()
 {
     remember();
-    for (XtIntervalId timer : {rangesTimer, fileTimer, playTimer, projectTimer})
+    for (XtIntervalId timer : {rangesTimer, fileTimer, playTimer, projectTimer, overviewTimer})
         if (timer)
             XtRemoveTimeOut(timer);
 }
@@ -191,11 +193,36 @@ void ImageWindow::drawImage()
     shown.panels = panelContents(shown.info(), shown.view);
     shown.problem = shown.renderer.load(shown.arrangement.geometry, shown.panels);
     shown.panels = panelContents(shown.info(), shown.drawnView());
-    picture.drawImage(shown.renderer, scene(), overlays.store());
+    picture.drawImage(shown.renderer, scene(), overviewNow(), overlays.store());
     for (const PanelContent& panel : shown.panels)
         for (int w : panel.wavelengths)
             shown.life.prefer({panel.z, w, panel.t, panel.p});
     controls->imageDrawn();
+}
+
+std::optional<ShownNavigator> ImageWindow::overviewNow()
+{
+    const auto navigator = navigatorNow(shown, widgets::screenScale(display));
+    if (!navigator)
+        return std::nullopt;
+    if (overview.lacks(shown.panels.front(), {navigator->width, navigator->height}))
+        loadOverviewSoon();
+    return ShownNavigator{*navigator, overview.draw(shown.panels.front(), shown.renderer)};
+}
+
+// Each new picture puts it off: while the user steps or plays, the one before stays.
+void ImageWindow::loadOverviewSoon()
+{
+    const auto load = [](XtPointer client, XtIntervalId*) {
+        auto* window = static_cast<ImageWindow*>(client);
+        window->overviewTimer = 0;
+        if (const auto place = navigatorNow(window->shown, widgets::screenScale(window->display)))
+            window->overview.load(window->shown.panels.front(), {place->width, place->height});
+        window->shown.stale.mark(Part::Image);
+    };
+    if (overviewTimer)
+        XtRemoveTimeOut(overviewTimer);
+    overviewTimer = XtAppAddTimeOut(context, restMilliseconds, load, this);
 }
 
 void ImageWindow::drawOverlays()
@@ -265,6 +292,7 @@ void ImageWindow::pollFile()
 void ImageWindow::takeFile(const image::SectionIndex& newestBefore)
 {
     shown.renderer.setFile(shown.life.file());
+    overview.setFile(shown.life.file());
     if (shown.life.growing())
         followNewest(shown.view, newestBefore, newestSection(shown.life.file()));
     clampSection(shown.info(), shown.view);

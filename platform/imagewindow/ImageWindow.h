@@ -11,6 +11,7 @@
 #include "platform/imagewindow/controls/Dialogues.h"
 #include "platform/imagewindow/controls/Intake.h"
 #include "platform/imagewindow/controls/Tools.h"
+#include "platform/imagewindow/render/Overview.h"
 #include "platform/imagewindow/state/Actions.h"
 #include "platform/imagewindow/state/Link.h"
 #include "platform/imagewindow/state/Memory.h"
@@ -75,6 +76,8 @@ private:
     void step();
     void remember();
     Memory memoryNow() const;
+    std::optional<ShownNavigator> overviewNow();
+    void loadOverviewSoon();
     void takeFile(const image::SectionIndex& newestBefore);
     Scene scene() const;
 
@@ -85,9 +88,10 @@ private:
     Actions actions{shown};
     Overlays overlays;
     Picture picture;
+    Overview overview;
     protocol::DisplayRecord record;     // as published
     std::optional<CanvasPlace> pointer; // nothing: not on the canvas
-    XtIntervalId rangesTimer = 0, fileTimer = 0, playTimer = 0, projectTimer = 0;
+    XtIntervalId rangesTimer = 0, fileTimer = 0, playTimer = 0, projectTimer = 0, overviewTimer = 0;
     LinkState settled;
     std::optional<Memory> firstSeen; // nothing: not yet
     bool closeAsked = false, canvasSeen = false, announced = false;

@@ -39,10 +39,15 @@ void Picture::resize(Widget canvas, CanvasKind kind, Size size)
     surface->resize(size);
 }
 
-void Picture::drawImage(const Renderer& renderer, const Scene& scene, OverlayStore& store)
+void Picture::drawImage(const Renderer& renderer, const Scene& scene,
+                        const std::optional<ShownNavigator>& navigator, OverlayStore& store)
 {
     renderer.draw(image, extent.width, extent.height);
-    paintOn(image, extent, [&](cairo_t* cairo) { paintLabels(cairo, scene); });
+    paintOn(image, extent, [&](cairo_t* cairo) {
+        paintLabels(cairo, scene);
+        if (navigator)
+            paintNavigator(cairo, *navigator, scene.screenScale);
+    });
     store.takeTouched();
     drawGraphics(scene, Damage(extent));
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/imagewindow/canvas/CanvasSurface.h"
+#include "platform/imagewindow/paint/NavigatorPaint.h"
 #include "platform/imagewindow/paint/Scene.h"
 #include "platform/imagewindow/render/Renderer.h"
 
@@ -11,6 +12,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace viewer {
@@ -19,8 +21,9 @@ class Picture {
 public:
     // Before all the rest, with the realized canvas. What was drawn is gone when the size is another.
     void resize(Widget canvas, CanvasKind kind, Size size);
-    // Draws what the renderer has loaded, and all graphics.
-    void drawImage(const Renderer& renderer, const Scene& scene, OverlayStore& store);
+    // Draws what the renderer has loaded, the overview if there is one, and all graphics over both.
+    void drawImage(const Renderer& renderer, const Scene& scene,
+                   const std::optional<ShownNavigator>& navigator, OverlayStore& store);
     // Draws the graphics that have come or gone since the last drawing. scene: of that store.
     void drawOverlays(const Scene& scene, OverlayStore& store);
     // Shows a part again as it was drawn.

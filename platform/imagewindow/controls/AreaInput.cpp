@@ -2,6 +2,8 @@
 #include "platform/imagewindow/controls/AreaInput.h"
 
 #include "platform/imagewindow/controls/Desk.h"
+#include "platform/imagewindow/state/Reports.h"
+#include "widgets/Scale.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -42,6 +44,8 @@ void AreaInput::handle(XEvent& event)
             postMenu(true);
         return;
     }
+    if (navigator)
+        return dragNavigator(event.xmotion.x, event.xmotion.y);
     desk.actions.panBy(dragX - event.xmotion.x, dragY - event.xmotion.y);
     dragX = event.xmotion.x;
     dragY = event.xmotion.y;
@@ -58,10 +62,35 @@ void AreaInput::pressed(const XButtonEvent& press)
         menuPress = press;
         cancelMenu();
         menuTimer = XtAppAddTimeOut(XtWidgetToApplicationContext(port), holdMilliseconds, held, this);
-    } else {
+    } else if (!takesNavigator(press)) {
         dragX = press.x;
         dragY = press.y;
     }
+}
+
+// A press beside the mark brings it there. Where a tool has button 1 its presses do not come here, and button
+// 2 does this.
+bool AreaInput::takesNavigator(const XButtonEvent& press)
+{
+    const Arrangement& now = desk.shown.arrangement;
+    const auto place = navigatorNow(desk.shown, widgets::screenScale(press.display));
+    const int x = press.x - now.left, y = press.y - now.top;
+    navigator.reset();
+    if (!place || !place->holds(x, y))
+        return false;
+    const Navigator::Part& mark = place->visible;
+    const bool onMark = x >= mark.x && x < mark.x + mark.width && y >= mark.y && y < mark.y + mark.height;
+    navigator = onMark ? Held{mark.x + mark.width / 2 - x, mark.y + mark.height / 2 - y} : Held{0, 0};
+    dragNavigator(press.x, press.y);
+    return true;
+}
+
+void AreaInput::dragNavigator(int x, int y)
+{
+    const Arrangement& now = desk.shown.arrangement;
+    if (const auto place = navigatorNow(desk.shown, widgets::screenScale(XtDisplay(port))))
+        desk.actions.centreOn(place->dataX(x - now.left + navigator->x),
+                              place->dataY(y - now.top + navigator->y));
 }
 
 // The toolkit takes a menu down with the release that ends its press. So the menu of a click comes with the

@@ -11,8 +11,8 @@ namespace viewer {
 
 namespace {
 
-constexpr const char *toolBarName = "toolBar", *panelName = "sidePanel", *tabName = "sideTab",
-                     *widthName = "sideWidth", *shown = "shown", *hidden = "hidden";
+constexpr const char *toolBarName = "toolBar", *panelName = "sidePanel", *overviewName = "overview",
+                     *tabName = "sideTab", *widthName = "sideWidth", *shown = "shown", *hidden = "hidden";
 constexpr std::array tabNames{"channels", "metadata", "messages"}; // by SideTab
 constexpr int widest = 4000;
 
@@ -33,7 +33,8 @@ SideTab tabOf(const std::string& name)
 WindowParts loadParts()
 {
     const WindowParts usual;
-    return {isShown(toolBarName, usual.toolBar), isShown(panelName, usual.sidePanel), tabOf(setting(tabName)),
+    return {isShown(toolBarName, usual.toolBar), isShown(panelName, usual.sidePanel),
+            isShown(overviewName, usual.overview), tabOf(setting(tabName)),
             std::clamp(std::atoi(setting(widthName).c_str()), 0, widest)};
 }
 
@@ -41,6 +42,7 @@ std::string keepParts(const WindowParts& parts)
 {
     return keepSettings({{toolBarName, parts.toolBar ? shown : hidden},
                          {panelName, parts.sidePanel ? shown : hidden},
+                         {overviewName, parts.overview ? shown : hidden},
                          {tabName, tabNames[static_cast<std::size_t>(parts.tab)]},
                          {widthName, std::to_string(parts.sideWidth)}});
 }

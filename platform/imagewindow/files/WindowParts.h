@@ -9,7 +9,7 @@ namespace viewer {
 enum class SideTab { Channels, Metadata, Messages };
 
 struct WindowParts {
-    bool toolBar = true, sidePanel = false;
+    bool toolBar = true, sidePanel = false, overview = true;
     SideTab tab = SideTab::Channels; // of the side panel
     int sideWidth = 0;               // of the side panel, pixels of 96 dots per inch; 0: as it likes
     friend bool operator==(const WindowParts&, const WindowParts&) = default;

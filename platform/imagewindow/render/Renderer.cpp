@@ -244,14 +244,14 @@ bool Renderer::shownAmongOthers(int wavelength) const
     });
 }
 
-ContrastLimits Renderer::limits(int wavelength) const
+ContrastLimits Renderer::limits(int wavelength, Projection projection) const
 {
-    return limitsAmong(wavelength, shownAmongOthers(wavelength));
+    return limitsAmong(wavelength, shownAmongOthers(wavelength), projection);
 }
 
-ContrastLimits Renderer::limitsAmong(int wavelength, bool others) const
+ContrastLimits Renderer::limitsAmong(int wavelength, bool others, Projection projection) const
 {
-    const LimitSet& set = limitSet();
+    const LimitSet& set = limitSets[static_cast<std::size_t>(projection)];
     if (const auto found = set.manual.find(wavelength); found != set.manual.end())
         return found->second;
     const auto found = set.fitted.find(wavelength);
@@ -268,7 +268,7 @@ std::vector<CompositeChannel> Renderer::channelsOf(const PanelContent& panel) co
         const auto tile = tiles.find(sourceOf(panel, w).key);
         const auto bent = gammas.find(w);
         if (tile != tiles.end())
-            channels.push_back({tile->second, limitsAmong(w, panel.wavelengths.size() > 1),
+            channels.push_back({tile->second, limitsAmong(w, panel.wavelengths.size() > 1, mode),
                                 palette[static_cast<std::size_t>(panel.colors[i])],
                                 bent == gammas.end() ? nullptr : bent->second.table});
     }

@@ -59,7 +59,8 @@ public:
     // Contrast of a wavelength: set by hand, or fitted to the sections of all panels when it was first shown
     // in that kind of panels and kept from then on, so that sections can be compared. Each projection has its
     // own; without one named, it is that on display.
-    ContrastLimits limits(int wavelength) const;
+    ContrastLimits limits(int wavelength) const { return limits(wavelength, mode); }
+    ContrastLimits limits(int wavelength, Projection projection) const;
     void setLimits(int wavelength, const ContrastLimits& limits) { setLimits(wavelength, limits, mode); }
     void setLimits(int wavelength, const ContrastLimits& limits, Projection projection);
     // The limits that were set by hand; nothing when they follow the image.
@@ -107,7 +108,7 @@ private:
     LimitSet& limitSet() { return limitSets[static_cast<std::size_t>(mode)]; }
     const LimitSet& limitSet() const { return limitSets[static_cast<std::size_t>(mode)]; }
     std::optional<Fitted> limitsOfSections(int wavelength) const;
-    ContrastLimits limitsAmong(int wavelength, bool others) const;
+    ContrastLimits limitsAmong(int wavelength, bool others, Projection projection) const;
     bool shownAmongOthers(int wavelength) const;
     std::vector<CompositeChannel> channelsOf(const PanelContent& panel) const;
     void beginSum(PanelSum& sum, const PanelContent& panel) const;

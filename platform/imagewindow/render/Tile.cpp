@@ -34,16 +34,6 @@ std::vector<Box> boxes(int count, double origin, double zoom, double levelScale,
     return list;
 }
 
-// The most reduced copy that still has at least one pixel per canvas pixel.
-int levelFor(const image::ImageFile& file, double zoom)
-{
-    int best = 0;
-    for (int level = 1; level < file.levelCount(); ++level)
-        if (file.levelScale(level) * zoom <= 1.0 + 1e-6 && file.levelScale(level) > file.levelScale(best))
-            best = level;
-    return best;
-}
-
 std::optional<std::vector<float>> readMagnified(image::ImageFile& file, const image::SectionIndex& section,
                                                 const TileFrame& frame)
 {
@@ -130,6 +120,15 @@ std::vector<int> sources(int panelSide, double zoom, double origin, bool magnifi
 }
 
 } // namespace
+
+int levelFor(const image::ImageFile& file, double zoom)
+{
+    int best = 0;
+    for (int level = 1; level < file.levelCount(); ++level)
+        if (file.levelScale(level) * zoom <= 1.0 + 1e-6 && file.levelScale(level) > file.levelScale(best))
+            best = level;
+    return best;
+}
 
 TileFrame tileFrame(const protocol::Geometry& geometry, bool nearest)
 {

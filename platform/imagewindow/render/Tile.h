@@ -26,6 +26,9 @@ struct TileFrame {
 // nearest: for values that are names rather than amounts.
 TileFrame tileFrame(const protocol::Geometry& geometry, bool nearest = false);
 
+// The most reduced copy of an image that still has at least one pixel per canvas pixel at that zoom.
+int levelFor(const image::ImageFile& file, double zoom);
+
 // For every canvas column (row) of a panel the column (row) of the tile that it shows.
 std::vector<int> tileColumns(const TileFrame& frame, int panelWidth);
 std::vector<int> tileRows(const TileFrame& frame, int panelHeight);

@@ -155,6 +155,15 @@ void Actions::panBy(int dx, int dy)
     shown.changed();
 }
 
+void Actions::centreOn(double x, double y)
+{
+    const protocol::Geometry& g = shown.arrangement.geometry;
+    shown.view.originX = x - g.panelWidth / g.zoom / 2;
+    shown.view.originY = y - g.panelHeight / g.zoom / 2;
+    shown.arrangeNow();
+    shown.changed();
+}
+
 void Actions::setColor(int wavelength, int color)
 {
     shown.view.colors[static_cast<std::size_t>(wavelength)] = color;
@@ -289,6 +298,13 @@ void Actions::toggleSidePanel()
 {
     WindowParts parts = shown.parts;
     parts.sidePanel = !parts.sidePanel;
+    setParts(parts);
+}
+
+void Actions::toggleOverview()
+{
+    WindowParts parts = shown.parts;
+    parts.overview = !parts.overview;
     setParts(parts);
 }
 

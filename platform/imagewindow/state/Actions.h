@@ -47,6 +47,9 @@ public:
     // Origin in canvas pixels from the image's edge.
     void scrollTo(int x, int y);
     void panBy(int dx, int dy);
+    // Puts that place of the image, in data coordinates, into the middle of the panels, as far as its edges
+    // let it.
+    void centreOn(double x, double y);
     void setColor(int wavelength, int color);
     // Of all wavelengths when they are linked.
     void setContrast(int wavelength, const ContrastLimits& limits);
@@ -72,6 +75,7 @@ public:
     void resetView();
     void toggleToolBar();
     void toggleSidePanel();
+    void toggleOverview();
     void showTab(SideTab tab);
     // Pixels of 96 dots per inch. keep: for the windows to come, not while the user still drags.
     void setSideWidth(int width, bool keep);

@@ -104,4 +104,12 @@ Scene sceneOf(const Shown& shown, const OverlayStore& overlays, double screenSca
     return scene;
 }
 
+std::optional<Navigator> navigatorNow(const Shown& shown, double screenScale)
+{
+    if (!shown.parts.overview)
+        return std::nullopt;
+    const bool taken = shown.scaleBar && shown.barStyle.corner == BarCorner::UpperRight;
+    return navigatorOf(shown.arrangement.geometry, taken, screenScale);
+}
+
 } // namespace viewer

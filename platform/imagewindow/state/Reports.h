@@ -5,6 +5,7 @@
 
 #include "platform/imagewindow/paint/Scene.h"
 #include "platform/imagewindow/state/Shown.h"
+#include "platform/imagewindow/view/Navigator.h"
 #include "platform/protocol/DisplayRecord.h"
 
 #include <optional>
@@ -30,5 +31,9 @@ protocol::DisplayRecord recordOf(const Shown& shown);
 
 // As arranged and drawn last; it refers to both. screenScale: 1 at 96 dots per inch.
 Scene sceneOf(const Shown& shown, const OverlayStore& overlays, double screenScale);
+
+// The overview as arranged last; nothing where it is switched off or all of the image is in sight. It keeps
+// out of the scale bar's corner.
+std::optional<Navigator> navigatorNow(const Shown& shown, double screenScale);
 
 } // namespace viewer

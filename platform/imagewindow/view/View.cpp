@@ -294,8 +294,12 @@ Arrangement arrange(const image::ImageInfo& info, View& view, Size area, int bar
 {
     Arrangement result;
     result.visible = area;
-    // A bar takes room, which may make the other one necessary: the second pass sees to that.
+    const double wantedX = view.originX, wantedY = view.originY;
+    // A bar takes room, which may make the other one necessary: the second pass sees to that. The first
+    // one, without bars, ends scrolling before the image's end.
     for (int pass = 0; pass < 3; ++pass) {
+        view.originX = wantedX;
+        view.originY = wantedY;
         result.visible = {std::max(1, area.width - (result.verticalBar ? barThickness : 0)),
                           std::max(1, area.height - (result.horizontalBar ? barThickness : 0))};
         result.geometry = layOut(info, view, result.visible);

@@ -98,6 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"SidePanel", [](Shown&, Actions& a) { a.toggleSidePanel(); }, "LIPRC"},
                     Case{"ScaleBar", [](Shown&, Actions& a) { a.toggleScaleBar(); }, "LIPRC"},
                     Case{"BarStyle", [](Shown&, Actions& a) { a.setBarStyle({20}); }, "LIPRC"},
+                    Case{"Overview", [](Shown&, Actions& a) { a.toggleOverview(); }, "LIPRC"},
                     Case{"Refusal", [](Shown&, Actions& a) { a.refuse("No."); }, "R"},
                     Case{"AutomaticContrast", [](Shown&, Actions& a) { a.setAutomaticContrast(); }, "IR"},
                     Case{"Notice", [](Shown& s, Actions&) { s.tell("A tool has come."); }, "R"},

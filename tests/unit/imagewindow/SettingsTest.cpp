@@ -53,7 +53,7 @@ TEST_F(SettingsTest, TellsThatItCannotKeep)
 
 TEST_F(SettingsTest, PartsComeBackAndDamagedOnesAreTheUsual)
 {
-    const WindowParts parts{false, true, SideTab::Messages, 480};
+    const WindowParts parts{false, true, false, SideTab::Messages, 480};
     EXPECT_EQ(keepParts(parts), "");
     EXPECT_EQ(loadParts(), parts);
     for (const char* damaged :

@@ -65,6 +65,20 @@ TEST(View, LabelImagesAreKnownByAWordOfTheirNames)
     }
 }
 
+TEST(View, ScrollingReachesTheEndBesideTheBars)
+{
+    const image::ImageInfo info = imageOf(500, 400);
+    for (const double zoom : {0.75, 1.0, 3.0}) {
+        View view = initialView(info);
+        view.zoom = zoom;
+        view.originX = view.originY = 1e6;
+        const Arrangement shown = arrange(info, view, {200, 150}, 15);
+        EXPECT_TRUE(shown.horizontalBar && shown.verticalBar);
+        EXPECT_DOUBLE_EQ(view.originX * zoom + shown.geometry.panelWidth, 500 * zoom);
+        EXPECT_DOUBLE_EQ(view.originY * zoom + shown.geometry.panelHeight, 400 * zoom);
+    }
+}
+
 TEST(View, CanvasNeverExceedsTheImage)
 {
     const struct {

@@ -85,6 +85,43 @@ TEST(Controls, AToolThatHoldsTheCanvasGetsButton1Only)
     EXPECT_NE(viewer.waitForMenu(), Window{None});
 }
 
+TEST(Controls, TheOverviewMovesTheViewAndLeavesButton1ToATool)
+{
+    // 2048 x 1536 canvas pixels in 600 x 500 or so; the overview has its margin of 10 from the upper right.
+    const fs::path image = scratchFolder() / "overview.ome.tif"; // how it was seen is remembered
+    support::makeSample(image, "--pattern ramp --size 64x48 --z 4 --channels 3 --time 2");
+    Viewer viewer({"--zoom", "32", "--geometry", "600x600+20+20", image});
+    const int width = viewer.screen.geometry(viewer.canvas).width;
+    const auto isAtEnd = [](const DisplayRecord& r) {
+        const protocol::Geometry& g = r.geometry;
+        return g.originX + g.panelWidth / 32.0 == 64 && g.originY + g.panelHeight / 32.0 == 48;
+    };
+    const auto isAtStart = [](const DisplayRecord& r) {
+        return r.geometry.originX == 0 && r.geometry.originY == 0;
+    };
+    const auto drag = [&](int dx, int dy, unsigned button) {
+        viewer.screen.drag(viewer.canvas, width - 60, 40, width - 60 + dx, 40 + dy, 5, button);
+    };
+    drag(140, 200, 1); // out of it, and further than the image goes
+    EXPECT_TRUE(isAtEnd(viewer.waitForRecord(isAtEnd)));
+    drag(-300, -300, 1);
+    EXPECT_TRUE(isAtStart(viewer.waitForRecord(isAtStart)));
+    XSelectInput(viewer.screen.x(), viewer.canvas, ButtonPressMask);
+    XSync(viewer.screen.x(), False);
+    drag(140, 200, 1);
+    drive::waitUntilCalm(viewer.screen);
+    EXPECT_TRUE(isAtStart(*viewer.record()));
+    drag(140, 200, 2);
+    EXPECT_TRUE(isAtEnd(viewer.waitForRecord(isAtEnd)));
+    viewer.focus();
+    const auto corner = [&] { return viewer.pixelAt(width - 15, 15); };
+    const drive::Pixel before = corner();
+    for (const bool same : {false, true}) {
+        viewer.screen.key(XK_o);
+        EXPECT_TRUE(drive::waitUntil([&] { return (corner() == before) == same; })) << same;
+    }
+}
+
 TEST(Controls, PanelsGiveTheSectionBack)
 {
     Viewer viewer({"--section", "3,2", stackImage()});

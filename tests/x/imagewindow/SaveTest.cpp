@@ -243,7 +243,13 @@ TEST(Save, AFigureShowsTheProfileAlongTheSegmentOfATool)
 TEST(Clipboard, OffersThePictureInPartsAndSurvivesAPeerThatDoesNotRead)
 {
     Viewer viewer({largeImage()});
+    viewer.focus();
+    viewer.screen.key(XK_o); // the overview is in no picture
+    drive::waitUntilCalm(viewer.screen);
     const drive::Picture shown = shownBy(viewer);
+    viewer.screen.key(XK_o);
+    drive::waitUntilCalm(viewer.screen);
+    ASSERT_NE(shownBy(viewer).pixels, shown.pixels);
     control(viewer, XK_c);
     Peer lazy, peer;
     const Atom clipboard = peer.atom("CLIPBOARD");
