@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Stacks as ImageJ writes them.
+#include "platform/base/DisplayColors.h"
 #include "tests/unit/image/TestFiles.h"
 
 #include <gmock/gmock.h>
@@ -28,7 +29,8 @@ TEST(ImageJ, HyperstackOrderSpacingAndRange)
     EXPECT_THAT(sizesOf(*image), ElementsAre(3, 2, 2, 1));
     EXPECT_EQ(info.format, "ImageJ hyperstack");
     EXPECT_THAT(info.spacing, ElementsAre(0.25f, 0.25f, 0.75f));
-    EXPECT_NE(info.wavelengths[0].colorIndex, info.wavelengths[1].colorIndex);
+    EXPECT_EQ(info.wavelengths[0].colorIndex, base::Green);
+    EXPECT_EQ(info.wavelengths[1].colorIndex, base::Magenta);
     EXPECT_EQ(pixelAt(*image, {2, 1, 1, 0}), storedValue(spec, 0, 0, 11));
     EXPECT_EQ(pixelAt(*image, {1, 0, 1, 0}), storedValue(spec, 0, 0, 8));
     EXPECT_FALSE(image->extendedHeader({0, 0, 1, 0}, TimeStampSeconds));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Units and colours.
+#include "platform/base/DisplayColors.h"
 #include "platform/image/Colors.h"
 #include "platform/image/Dyes.h"
 #include "platform/image/Units.h"
@@ -81,6 +82,22 @@ TEST(Colors, NearestByHue)
     for (int index = 0; index < 7; ++index)
         EXPECT_EQ(nearestColor(nearTo[index]), index);
     EXPECT_FALSE(nearestColor({0, 0, 0}));
+}
+
+// As the documentation promises: no red beside green before the fifth, whatever the file has no word about.
+TEST(Colors, DefaultsAreSafeForColourBlindEyes)
+{
+    using base::Blue, base::Cyan, base::Green, base::Magenta, base::Red, base::White, base::Yellow;
+    const std::vector<int> turn{Green, Magenta, Cyan, Yellow, Red, Blue, White, Green, Magenta};
+    for (std::size_t count = 1; count <= turn.size(); ++count) {
+        std::vector<Wavelength> wavelengths(count);
+        assignColors(wavelengths, std::vector<ColorHint>(count));
+        std::vector<int> colors;
+        for (const Wavelength& wavelength : wavelengths)
+            colors.push_back(wavelength.colorIndex);
+        const std::vector<int> expected(turn.begin(), turn.begin() + static_cast<std::ptrdiff_t>(count));
+        EXPECT_EQ(colors, count == 1 ? std::vector<int>{White} : expected) << count;
+    }
 }
 
 TEST(Colors, OwnColourThenWavelengthThenDyeThenInTurn)
