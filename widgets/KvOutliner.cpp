@@ -25,6 +25,7 @@ XtResource resources[] = {
     intRow(XmNkvSortColumn, "KvSortColumn", OUTLINER_FIELD(sortColumn), -1),
     flagRow(XmNkvSortDescending, "KvSortDescending", OUTLINER_FIELD(sortDescending), false),
     intRow(XmNkvSelectedRow, "KvSelectedRow", OUTLINER_FIELD(selectedRow), -1),
+    flagRow(XmNkvMultiple, "KvMultiple", OUTLINER_FIELD(multiple), false),
     intRow(XmNkvVisibleRows, "KvVisibleRows", OUTLINER_FIELD(visibleRows), 10),
     computedRow(XmNkvSelectColor, "KvSelectColor", XmRPixel, sizeof(Pixel), OUTLINER_FIELD(selectColor),
                 widgets::highlightColor),
@@ -115,8 +116,12 @@ Boolean setValues(Widget oldWidget, Widget, Widget widget, ArgList, Cardinal*)
         takeSearch(widget);
     if (now.sortColumn != old.sortColumn || now.sortDescending != old.sortDescending)
         now.state->rows.sort(now.sortColumn, now.sortDescending);
-    if (now.selectedRow != old.selectedRow && !now.state->rows.has(now.selectedRow))
-        now.selectedRow = widgets::noRow;
+    if (now.selectedRow != old.selectedRow) {
+        if (!now.state->rows.has(now.selectedRow))
+            now.selectedRow = widgets::noRow;
+        now.state->selected.clear();
+        now.state->anchor = now.selectedRow;
+    }
     widgets::scrollTo(widget, now.state->first);
     return True;
 }
@@ -149,13 +154,53 @@ void scrollTo(Widget widget, int first)
     redraw(widget);
 }
 
-void selectRow(Widget widget, int row, XEvent* event)
+namespace {
+
+// The row that was chosen last, in sight and told.
+void choose(Widget widget, int row, XEvent* event)
 {
     KvOutlinerPart& part = asOutliner(widget)->kv;
     part.selectedRow = row;
     const int place = part.state->rows.placeOf(row), last = outlinerLayout(widget).rowsInSight - 1;
     scrollTo(widget, std::clamp(part.state->first, place - last, std::max(place, 0)));
     callBack(widget, part.selectCallback, XmKvOutlinerCallbackStruct{XmCR_SINGLE_SELECT, event, row});
+}
+
+} // namespace
+
+void selectRow(Widget widget, int row, XEvent* event)
+{
+    stateOf(widget).selected = {row};
+    stateOf(widget).anchor = row;
+    choose(widget, row, event);
+}
+
+void toggleSelected(Widget widget, int row, XEvent* event)
+{
+    OutlinerState& state = stateOf(widget);
+    state.anchor = row;
+    if (state.selected.erase(row) == 0)
+        state.selected.insert(row);
+    else
+        row = state.selected.empty() ? noRow : *state.selected.rbegin();
+    choose(widget, row, event);
+}
+
+void selectRange(Widget widget, int row, XEvent* event)
+{
+    OutlinerState& state = stateOf(widget);
+    const auto [first, last] = std::minmax({state.rows.placeOf(state.anchor), state.rows.placeOf(row)});
+    if (first < 0)
+        return selectRow(widget, row, event);
+    state.selected.clear();
+    for (int place = first; place <= last; ++place)
+        state.selected.insert(state.rows.shown()[static_cast<std::size_t>(place)].row);
+    choose(widget, row, event);
+}
+
+bool isSelected(Widget widget, int row)
+{
+    return row == asOutliner(widget)->kv.selectedRow || stateOf(widget).selected.contains(row);
 }
 
 void takeSorting(Widget widget)
@@ -196,6 +241,8 @@ void XmKvOutlinerClear(Widget outliner)
 {
     stateOf(outliner).rows.clear();
     stateOf(outliner).first = 0;
+    stateOf(outliner).selected.clear();
+    stateOf(outliner).anchor = widgets::noRow;
     asOutliner(outliner)->kv.selectedRow = widgets::noRow;
     showChange(outliner);
 }
@@ -217,6 +264,11 @@ char* XmKvOutlinerCell(Widget outliner, int row, int column)
     if (!stateOf(outliner).rows.has(row))
         return nullptr;
     return XtNewString(std::string(stateOf(outliner).rows.cell(row, column)).c_str());
+}
+
+Boolean XmKvOutlinerIsSelected(Widget outliner, int row)
+{
+    return widgets::isSelected(outliner, row) ? True : False;
 }
 
 int XmKvOutlinerShownCount(Widget outliner)

@@ -9,7 +9,10 @@
  *  XmNkvSortDescending       Boolean         False
  *  XmNkvSearch               String          NULL      shows only rows with a cell that holds this text, in
  *                                                      either case, and the rows above them
- *  XmNkvSelectedRow          int             -1        -1: none
+ *  XmNkvSelectedRow          int             -1        -1: none; of several the one chosen last
+ *  XmNkvMultiple             Boolean         False     several rows can be selected: Control and a press adds
+ *                                                      a row or takes it away, Shift and a press or a key
+ *                                                      selects all from the one before
  *  XmNkvVisibleRows          int             10        rows of the wanted height
  *  XmNkvSelectColor          Pixel           highlightColor
  *  XmNrenderTable            XmRenderTable   dynamic
@@ -36,6 +39,7 @@ extern WidgetClass xmKvOutlinerWidgetClass; /* class name XmKvOutliner */
 #define XmNkvSortDescending "kvSortDescending"
 #define XmNkvSearch "kvSearch"
 #define XmNkvSelectedRow "kvSelectedRow"
+#define XmNkvMultiple "kvMultiple"
 #define XmNkvVisibleRows "kvVisibleRows"
 #define XmNkvSelectColor "kvSelectColor"
 #define XmNkvSelectCallback "kvSelectCallback"
@@ -57,6 +61,7 @@ void XmKvOutlinerSetCell(Widget outliner, int row, int column, const char* text)
 void XmKvOutlinerSetOpen(Widget outliner, int row, Boolean open);
 /* The cell's text, to be freed with XtFree; NULL where there is no such row. */
 char* XmKvOutlinerCell(Widget outliner, int row, int column);
+Boolean XmKvOutlinerIsSelected(Widget outliner, int row);
 /* How many rows can be scrolled into sight: their parents are open, and they match the search. */
 int XmKvOutlinerShownCount(Widget outliner);
 

@@ -6,6 +6,7 @@
 #include "widgets/KvOutliner.h"
 #include "widgets/OutlineRows.h"
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,8 @@ struct OutlinerState {
     Time typedAt = 0;   // of the last of them
     Time pressedAt = 0; // of the last press on a row, for double clicks
     int pressedRow = noRow;
+    std::set<int> selected; // the selected row among them, unless the program has set it
+    int anchor = noRow;     // where a range begins
 };
 
 } // namespace widgets
@@ -35,6 +38,7 @@ struct KvOutlinerPart {
     int sortColumn;
     Boolean sortDescending;
     int selectedRow, visibleRows;
+    Boolean multiple;
     Pixel selectColor;
     XmRenderTable renderTable; // a copy
     XtCallbackList selectCallback, defaultActionCallback, sortCallback;
@@ -92,8 +96,13 @@ void drawOutliner(Widget widget);
 void keepInSight(Widget widget);
 // Makes a place the topmost in sight, as far as there are rows, and redraws.
 void scrollTo(Widget widget, int first);
-// Selects a row, scrolls it into sight and calls the selectCallback.
+// Selects a row and no other, scrolls it into sight and calls the selectCallback.
 void selectRow(Widget widget, int row, XEvent* event);
+// Adds a row to the selected ones, or takes it away.
+void toggleSelected(Widget widget, int row, XEvent* event);
+// Selects the rows on the screen from the one before to this one.
+void selectRange(Widget widget, int row, XEvent* event);
+bool isSelected(Widget widget, int row);
 void takeSorting(Widget widget);
 
 extern XtActionsRec outlinerActions[];

@@ -105,7 +105,7 @@ void drawRow(const Drawing& on, int place)
 {
     OutlinerState& state = stateOf(on.widget);
     const ShownRow& shown = state.rows.shown()[static_cast<std::size_t>(place)];
-    const bool isSelected = shown.row == asOutliner(on.widget)->kv.selectedRow;
+    const bool isSelected = widgets::isSelected(on.widget, shown.row);
     const int top = on.layout.rowTop(place, state.first);
     const Color ink = !isSelected || luminance(on.selected) > 0.5 ? on.ink : Color{1, 1, 1};
     if (isSelected)

@@ -103,6 +103,10 @@ void pressRow(Widget widget, const OutlinerLayout& layout, XEvent* event)
         state.pressedRow == shown.row && between < static_cast<Time>(XtGetMultiClickTime(XtDisplay(widget)));
     state.pressedRow = shown.row;
     state.pressedAt = event->xbutton.time;
+    if (asOutliner(widget)->kv.multiple && event->xbutton.state & ControlMask)
+        return toggleSelected(widget, shown.row, event);
+    if (asOutliner(widget)->kv.multiple && event->xbutton.state & ShiftMask)
+        return selectRange(widget, shown.row, event);
     selectRow(widget, shown.row, event);
     if (twice)
         call(widget, asOutliner(widget)->kv.defaultActionCallback, XmCR_DEFAULT_ACTION, event, shown.row);
@@ -163,7 +167,11 @@ void selectPlace(Widget widget, int place, XEvent* event)
     if (shownCount(widget) == 0)
         return;
     const int kept = std::clamp(place, 0, shownCount(widget) - 1);
-    selectRow(widget, state.rows.shown()[static_cast<std::size_t>(kept)].row, event);
+    const int row = state.rows.shown()[static_cast<std::size_t>(kept)].row;
+    if (asOutliner(widget)->kv.multiple && event->xkey.state & ShiftMask)
+        selectRange(widget, row, event);
+    else
+        selectRow(widget, row, event);
 }
 
 int selectedPlace(Widget widget)

@@ -67,13 +67,21 @@ private:
 
 } // namespace
 
-std::string rowText(const MetadataTree& tree, int row)
+std::string rowsText(const MetadataTree& tree, const std::vector<int>& rows)
 {
-    if (row < 0 || row >= static_cast<int>(tree.size()))
-        return "";
+    std::vector<char> wanted(tree.size());
+    for (const int row : rows)
+        if (row >= 0 && row < static_cast<int>(tree.size()))
+            wanted[static_cast<std::size_t>(row)] = 1;
+    std::vector<char> covered = wanted; // it or a row above it is wanted
     const std::vector<char> all;
     Writer writer(tree, all);
-    writer.add(static_cast<std::size_t>(row), 0);
+    for (std::size_t row = 0; row < tree.size(); ++row) {
+        const bool below = tree[row].parent >= 0 && covered[static_cast<std::size_t>(tree[row].parent)];
+        if (wanted[row] && !below)
+            writer.add(row, 0);
+        covered[row] |= below;
+    }
     return writer.text;
 }
 

@@ -6,11 +6,12 @@
 #include "platform/image/MetadataTree.h"
 
 #include <string>
+#include <vector>
 
 namespace viewer {
 
-// A row and all that is below it; empty where there is no such row.
-std::string rowText(const image::MetadataTree& tree, int row);
+// These rows, each with all that is below it and none twice; empty where there are no such rows.
+std::string rowsText(const image::MetadataTree& tree, const std::vector<int>& rows);
 
 // All rows whose name or value holds the text, in either case, and the rows above them. Empty: all rows.
 std::string foundText(const image::MetadataTree& tree, const std::string& wanted);

@@ -30,12 +30,22 @@ void fill(Widget outliner)
     }
 }
 
-// "selected image-00-01.ome.tif"
+int selectedCount(Widget outliner)
+{
+    int count = 0;
+    for (int row = 0; row < folders * (filesInEach + 1); ++row)
+        count += XmKvOutlinerIsSelected(outliner, row);
+    return count;
+}
+
+// "selected image-00-01.ome.tif", "selected Well 02 and 3 more"
 void tellRow(Widget outliner, XtPointer what, XtPointer callData)
 {
     const int row = static_cast<XmKvOutlinerCallbackStruct*>(callData)->row;
     char* cell = XmKvOutlinerCell(outliner, row, 0);
-    tell(std::string(static_cast<const char*>(what)) + " " + (cell ? cell : ""));
+    const int others = selectedCount(outliner) - 1;
+    tell(std::string(static_cast<const char*>(what)) + " " + (cell ? cell : "") +
+         (others > 0 ? " and " + std::to_string(others) + " more" : ""));
     XtFree(cell);
 }
 
@@ -57,7 +67,7 @@ void search(Widget field, XtPointer outliner, XtPointer)
 void outlinerPage(Widget parent)
 {
     const Widget outliner = XtVaCreateWidget("outliner", xmKvOutlinerWidgetClass, parent, XmNkvHeadings,
-                                             "Name|Size|Kind", nullptr);
+                                             "Name|Size|Kind", XmNkvMultiple, True, nullptr);
     XtAddCallback(outliner, XmNkvSelectCallback, tellRow, const_cast<char*>("selected"));
     XtAddCallback(outliner, XmNdefaultActionCallback, tellRow, const_cast<char*>("opened"));
     XtAddCallback(outliner, XmNkvSortCallback, tellSort, nullptr);

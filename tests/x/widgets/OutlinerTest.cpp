@@ -63,6 +63,36 @@ TEST_F(OutlinerTest, pointerSelectsOpensAndCloses)
     EXPECT_TRUE(told("selected Well 01"));
 }
 
+TEST_F(OutlinerTest, severalRowsAreSelectedByControlAndShift)
+{
+    const struct {
+        const char* name;
+        KeySym held;
+        int place;
+        const char* line;
+    } steps[] = {
+        {"one", 0, 0, "selected Well 00"},
+        {"another", XK_Control_L, 2, "selected image-00-01.ome.tif and 1 more"},
+        {"a range from there", XK_Shift_L, 5, "selected image-00-04.ome.tif and 3 more"},
+        {"less one of it", XK_Control_L, 5, "selected image-00-03.ome.tif and 2 more"},
+        {"a range backwards", XK_Shift_L, 4, "selected image-00-03.ome.tif and 1 more"},
+        {"one again", 0, 1, "selected image-00-00.ome.tif"},
+    };
+    for (const auto& step : steps) {
+        if (step.held)
+            screen.keyDown(step.held);
+        clickRow(step.place);
+        if (step.held)
+            screen.keyUp(step.held);
+        EXPECT_TRUE(told(step.line)) << step.name << ": " << output();
+    }
+    screen.keyDown(XK_Shift_L);
+    screen.key(XK_Down);
+    screen.key(XK_Down);
+    screen.keyUp(XK_Shift_L);
+    EXPECT_TRUE(told("selected image-00-02.ome.tif and 2 more")) << output();
+}
+
 TEST_F(OutlinerTest, headingsSortBothWays)
 {
     const drive::Rect area = screen.geometry(outliner);

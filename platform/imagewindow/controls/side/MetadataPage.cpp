@@ -61,7 +61,7 @@ void MetadataPage::makeHead()
     Widget button = XtVaCreateManagedWidget("copyRows", xmKvPushButtonWidgetClass, head, XmNlabelType,
                                             XmSTRING, XmNkvFlat, False, nullptr);
     setLabel(button, "Copy");
-    XmKvTipSet(button, "Copy the selected row with what is below it, or all rows in the list");
+    XmKvTipSet(button, "Copy the selected rows with what is below them, or all rows in the list");
     const auto changed = [](Widget, XtPointer client, XtPointer) { pageOf(client)->search(); };
     XtAddCallback(wanted, XmNvalueChangedCallback, changed, this);
     const auto pressed = [](Widget, XtPointer client, XtPointer call) {
@@ -77,10 +77,11 @@ void MetadataPage::makeRows()
         XmNcursorPositionVisible, False, XmNwordWrap, True, XmNrows, 4, XmNcolumns, 10, XmNleftAttachment,
         XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, nullptr);
     XmKvTipSet(value, "The selected row's value in full");
-    outliner = XtVaCreateManagedWidget("rows", xmKvOutlinerWidgetClass, form, XmNkvHeadings, "Name|Value",
-                                       XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, head,
-                                       XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
-                                       XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, value, nullptr);
+    outliner =
+        XtVaCreateManagedWidget("rows", xmKvOutlinerWidgetClass, form, XmNkvHeadings, "Name|Value",
+                                XmNkvMultiple, True, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, head,
+                                XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
+                                XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, value, nullptr);
     offer.emplace(outliner);
     const auto selectedNow = [](Widget, XtPointer client, XtPointer call) {
         const auto* told = static_cast<XmKvOutlinerCallbackStruct*>(call);
@@ -119,7 +120,6 @@ void MetadataPage::read()
 void MetadataPage::fill()
 {
     XmKvOutlinerClear(outliner);
-    row = -1;
     std::vector<int> depths;
     for (const image::MetadataRow& each : tree) {
         const std::string name = text::fromUtf8(each.name), text = text::fromUtf8(each.value);
@@ -145,20 +145,29 @@ void MetadataPage::search()
     XtVaSetValues(outliner, XmNkvSearch, typed().c_str(), nullptr);
 }
 
-// What is selected can be pasted with the middle button at once.
-void MetadataPage::selected(int selectedRow, Time time)
+std::vector<int> MetadataPage::selectedRows() const
 {
-    row = selectedRow;
+    std::vector<int> rows;
+    for (int row = 0; row < static_cast<int>(tree.size()); ++row)
+        if (XmKvOutlinerIsSelected(outliner, row))
+            rows.push_back(row);
+    return rows;
+}
+
+// What is selected can be pasted with the middle button at once.
+void MetadataPage::selected(int row, Time time)
+{
     if (row < 0 || row >= static_cast<int>(tree.size()))
         return;
     const std::string& text = tree[static_cast<std::size_t>(row)].value;
     XmTextSetString(value, const_cast<char*>(text::fromUtf8(text).c_str()));
-    offer->offer(XA_PRIMARY, rowText(tree, row), time);
+    offer->offer(XA_PRIMARY, rowsText(tree, selectedRows()), time);
 }
 
 void MetadataPage::copy(Time time)
 {
-    const std::string text = row >= 0 ? rowText(tree, row) : foundText(tree, typed());
+    const std::vector<int> rows = selectedRows();
+    const std::string text = rows.empty() ? foundText(tree, typed()) : rowsText(tree, rows);
     const Atom clipboard = XInternAtom(XtDisplay(outliner), "CLIPBOARD", False);
     for (const Atom selection : {clipboard, Atom{XA_PRIMARY}})
         if (!offer->offer(selection, text, time))

@@ -11,6 +11,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace viewer {
 
@@ -34,13 +35,13 @@ private:
     void selected(int row, Time time);
     void copy(Time time);
     std::string typed() const;
+    std::vector<int> selectedRows() const;
 
     Desk& desk;
     Widget form = nullptr, head = nullptr, wanted = nullptr, outliner = nullptr, value = nullptr;
     image::MetadataTree tree;
     std::optional<TextOffer> offer;
     int version = -1; // of the file that was read
-    int row = -1;     // selected
 };
 
 } // namespace viewer
