@@ -13,14 +13,23 @@ namespace viewer {
 
 namespace {
 
-constexpr int toolRoom = 640;       // screen pixels that a tool window beside the image needs
-constexpr int controlsHeight = 225; // of the window without the area, a generous estimate
 constexpr int minAreaHeight = 200;
 
-// Less where a screen of 1024 pixels has to hold a tool's window, too.
-int minAreaWidth(Size screen)
+// Screen pixels. Texts grow with the resolution, pictures and plots do not.
+struct Needs {
+    int tool;     // width of a tool window beside the image
+    int controls; // height of the window without the area, a generous estimate
+};
+Needs needsAt(double screenScale)
 {
-    return std::clamp(screen.width - toolRoom, 320, 420);
+    const auto grown = [&](int fixed, int text) { return fixed + static_cast<int>(text * screenScale); };
+    return {grown(410, 230), grown(90, 135)};
+}
+
+// Less where a screen of 1024 pixels has to hold a tool's window, too.
+int minAreaWidth(Size screen, const Needs& needs)
+{
+    return std::clamp(screen.width - needs.tool, 320, 420);
 }
 
 std::string nameOf(const Shown& shown)
@@ -114,9 +123,11 @@ Size chooseZoom(Shown& shown, const Options& options, Size screen, bool zoomReme
     const image::ImageInfo& info = shown.info();
     View& view = shown.view;
     const int bar = shown.barThickness;
-    const int widest = std::min(screen.width - toolRoom, screen.width * 8 / 10);
-    const Size most{std::max(minAreaWidth(screen), widest),
-                    std::max(minAreaHeight, screen.height * 85 / 100 - controlsHeight)};
+    const Needs needs = needsAt(static_cast<double>(bar) / scrollBarThickness);
+    const int least = minAreaWidth(screen, needs);
+    const int widest = std::min(screen.width - needs.tool, screen.width * 8 / 10);
+    const Size most{std::max(least, widest),
+                    std::max(minAreaHeight, screen.height * 85 / 100 - needs.controls)};
     const View remembered = view;
     const bool asRemembered = zoomRemembered && !options.zoom && !options.fit;
     view.fit = false;
@@ -130,7 +141,7 @@ Size chooseZoom(Shown& shown, const Options& options, Size screen, bool zoomReme
     if (!asRemembered)
         view = tried;
     const auto room = [bar](int canvas, bool hasBar) { return canvas + (hasBar ? bar : 0); };
-    return {std::max(minAreaWidth(screen), room(chosen.canvas.width, chosen.verticalBar)),
+    return {std::max(least, room(chosen.canvas.width, chosen.verticalBar)),
             std::max(minAreaHeight, room(chosen.canvas.height, chosen.horizontalBar))};
 }
 

@@ -109,6 +109,33 @@ TEST_F(MemoryTest, OptionsGoBeforeIt)
     EXPECT_EQ(geometryOf({}, memory, {600, 400}), "640x480+0+0"); // on the screen that there is
 }
 
+// Start: the window with its frame, and the tool's beside it.
+TEST_F(MemoryTest, AToolHasRoomBesideALargeImage)
+{
+    const struct {
+        const char* name;
+        Size screen;
+        double scale;
+        Size tool; // with its frame, as measured
+    } rows[] = {
+        {"small", {1024, 768}, 1, {594, 399}},
+        {"usual", {1600, 1200}, 1, {594, 399}},
+        {"fine", {1600, 1200}, 2, {803, 459}},
+        {"small and fine", {2048, 1536}, 2, {803, 459}},
+    };
+    const fs::path large = folder / "large.tif";
+    writeTiff(large, {.width = 2000, .height = 2000});
+    for (const auto& row : rows) {
+        constexpr int frames = 36; // of the window manager, and between them
+        Shown shown(openImage(large.string()));
+        shown.barThickness = static_cast<int>(scrollBarThickness * row.scale);
+        const Size area = chooseZoom(shown, {}, row.screen, false);
+        EXPECT_LE(area.width + row.tool.width + frames, row.screen.width) << row.name;
+        EXPECT_LE(area.height + 135 * row.scale + 60, row.screen.height) << row.name;
+        EXPECT_GE(area.width, 320) << row.name;
+    }
+}
+
 TEST_F(MemoryTest, WhatDoesNotFitIsLeftOut)
 {
     for (const char* text :
