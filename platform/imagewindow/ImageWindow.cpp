@@ -103,7 +103,7 @@ Memory ImageWindow::memoryNow() const
 void ImageWindow::show()
 {
     controls->show("Image window: " + shown.life.name());
-    desk.intake = &intake.emplace(desk.shell, desk.program.open);
+    desk.intake = &intake.emplace(entranceOf(desk));
     layOut();
     drawImage();
     claimNumber();
@@ -193,6 +193,7 @@ void ImageWindow::drawImage()
     shown.panels = panelContents(shown.info(), shown.view);
     shown.problem = shown.renderer.load(shown.arrangement.geometry, shown.panels);
     shown.panels = panelContents(shown.info(), shown.drawnView());
+    plotted = plottedPanels(shown, overlays.store());
     picture.drawImage(shown.renderer, scene(), overviewNow(), overlays.store());
     for (const PanelContent& panel : shown.panels)
         for (int w : panel.wavelengths)
@@ -225,8 +226,11 @@ void ImageWindow::loadOverviewSoon()
     overviewTimer = XtAppAddTimeOut(context, restMilliseconds, load, this);
 }
 
+// The frames of panels are under the graphics, and change when the segment goes to another panel.
 void ImageWindow::drawOverlays()
 {
+    if (plottedPanels(shown, overlays.store()) != plotted)
+        return drawImage();
     shown.stale.take(Part::Overlays);
     picture.drawOverlays(scene(), overlays.store());
 }

@@ -22,6 +22,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace viewer {
 
@@ -89,6 +90,7 @@ private:
     Overlays overlays;
     Picture picture;
     Overview overview;
+    std::vector<int> plotted;           // panels, as drawn last
     protocol::DisplayRecord record;     // as published
     std::optional<CanvasPlace> pointer; // nothing: not on the canvas
     XtIntervalId rangesTimer = 0, fileTimer = 0, playTimer = 0, projectTimer = 0, overviewTimer = 0;

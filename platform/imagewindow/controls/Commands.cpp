@@ -69,7 +69,7 @@ void openRecent(Desk& d, std::size_t item)
 {
     const auto files = recentFiles();
     if (item < files.size())
-        openAll(d.shell, d.program.open, {files[item].string()});
+        openAll(entranceOf(d), {files[item].string()});
 }
 
 // clang-format off
@@ -77,7 +77,7 @@ const Command table[] = {
     {.name = "open", .menu = Menu::File, .label = "Open...", .mnemonic = 'O',
      .tip = "Open other images, each in a window of its own",
      .accelerator = "Ctrl<Key>o", .keys = "Ctrl+O", .icon = "open",
-     .action = [](Desk& d) { chooseFiles(d.shell, d.shown.info().path.parent_path(), d.program.open); }},
+     .action = [](Desk& d) { chooseFiles(entranceOf(d), d.shown.info().path.parent_path()); }},
     {.name = "openRecent", .menu = Menu::File, .label = "Open recent", .mnemonic = 'r',
      .tip = "Open an image that was opened before",
      .kind = EntryKind::List, .items = [](const Desk&) { return recentTexts(); },

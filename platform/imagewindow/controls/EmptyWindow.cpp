@@ -59,7 +59,7 @@ EmptyWindow::EmptyWindow(Display* display, const std::string& geometry, Services
     makePage(form);
     XtManageChild(form);
     XtRealizeWidget(shell);
-    intake.emplace(shell, services.open);
+    intake.emplace(Entrance{shell, services.open});
 }
 
 EmptyWindow::~EmptyWindow()
@@ -141,7 +141,7 @@ void EmptyWindow::addRecent(Widget page)
         const auto chosen = [](Widget self, XtPointer path, XtPointer) {
             XtPointer window = nullptr;
             XtVaGetValues(self, XmNuserData, &window, nullptr);
-            openAll(XtParent(XtParent(XtParent(self))), static_cast<EmptyWindow*>(window)->services.open,
+            openAll({XtParent(XtParent(XtParent(self))), static_cast<EmptyWindow*>(window)->services.open},
                     {static_cast<const char*>(path)});
         };
         const auto forget = [](Widget, XtPointer path, XtPointer) { XtFree(static_cast<char*>(path)); };
@@ -154,7 +154,7 @@ void EmptyWindow::addRecent(Widget page)
 void EmptyWindow::choose()
 {
     const std::vector<std::filesystem::path> files = recentFiles();
-    chooseFiles(shell, files.empty() ? "" : files.front().parent_path(), services.open);
+    chooseFiles({shell, services.open}, files.empty() ? "" : files.front().parent_path());
 }
 
 } // namespace viewer

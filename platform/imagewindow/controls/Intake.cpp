@@ -2,6 +2,7 @@
 #include "platform/imagewindow/controls/Intake.h"
 
 #include "platform/image/ImageFile.h"
+#include "platform/imagewindow/controls/Desk.h"
 #include "platform/imagewindow/controls/Messages.h"
 #include "platform/imagewindow/files/PathList.h"
 
@@ -25,26 +26,38 @@ constexpr struct {
     {"PRIMARY", "STRING"},
 };
 
+void fail(const Entrance& entrance, const std::string& sentence)
+{
+    showError(entrance.shell, title, sentence);
+    if (entrance.note)
+        entrance.note(sentence);
+}
+
 } // namespace
 
-bool openAll(Widget shell, const OpenFile& open, const std::vector<std::string>& paths,
-             const std::string& problem)
+Entrance entranceOf(Desk& desk)
+{
+    return {desk.shell, desk.program.open,
+            [&desk](const std::string& sentence) { desk.actions.note(sentence); }};
+}
+
+bool openAll(const Entrance& entrance, const std::vector<std::string>& paths, const std::string& problem)
 {
     std::string problems = problem;
     for (const std::string& path : paths)
         try {
-            open(path);
+            entrance.open(path);
         } catch (const image::ImageError& error) {
             problems += (problems.empty() ? "" : " ") + std::string(error.what());
         }
     if (!problems.empty())
-        showError(shell, title, problems);
+        fail(entrance, problems);
     return problems.empty();
 }
 
-Intake::Intake(Widget shell, OpenFile open)
-    : shell(shell), open(std::move(open)), text(shell),
-      target(shell, [this](const SelectionText::Answer& answer) { take(answer); })
+Intake::Intake(Entrance given)
+    : entrance(std::move(given)), text(entrance.shell),
+      target(entrance.shell, [this](const SelectionText::Answer& answer) { take(answer); })
 {
 }
 
@@ -56,8 +69,8 @@ void Intake::paste()
 void Intake::askNext(std::size_t question)
 {
     if (question == std::size(questions))
-        return showError(shell, title, "There is no text to paste: copy the path of a file first.");
-    Display* display = XtDisplay(shell);
+        return fail(entrance, "There is no text to paste: copy the path of a file first.");
+    Display* display = XtDisplay(entrance.shell);
     text.ask(XInternAtom(display, questions[question].selection, False),
              XInternAtom(display, questions[question].target, False), XtLastTimestampProcessed(display),
              [this, question](const SelectionText::Answer& answer) {
@@ -71,9 +84,9 @@ void Intake::askNext(std::size_t question)
 void Intake::take(const SelectionText::Answer& answer)
 {
     if (!answer.problem.empty())
-        return showError(shell, title, "What was dropped cannot be taken: " + answer.problem + ".");
+        return fail(entrance, "What was dropped cannot be taken: " + answer.problem + ".");
     const PathList list = pathsOf(answer.text);
-    openAll(shell, open, list.paths, list.problem);
+    openAll(entrance, list.paths, list.problem);
 }
 
 } // namespace viewer

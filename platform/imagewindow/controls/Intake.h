@@ -17,14 +17,26 @@ namespace viewer {
 // Opens a file in a window of its own. Throws image::ImageError with a sentence.
 using OpenFile = std::function<void(const std::string& path)>;
 
+// Where images come in.
+struct Entrance {
+    Widget shell; // realized when it is used; dialogues stand before it
+    OpenFile open;
+    // Takes down what could not be opened and why, besides the dialogue; null: nobody does.
+    std::function<void(const std::string& sentence)> note{};
+};
+
+// Of an image window, which lists failures under its messages; it lives as long as the window.
+struct Desk;
+Entrance entranceOf(Desk& desk);
+
 // Opens each; tells in a dialogue which could not be opened, and problem (may be empty). Whether all is well.
-bool openAll(Widget shell, const OpenFile& open, const std::vector<std::string>& paths,
+bool openAll(const Entrance& entrance, const std::vector<std::string>& paths,
              const std::string& problem = "");
 
 class Intake {
 public:
-    // shell: realized, and lives as long as this object.
-    Intake(Widget shell, OpenFile open);
+    // Its shell is realized, and lives as long as this object.
+    explicit Intake(Entrance entrance);
 
     // Asks the clipboard, else the primary selection, for paths and opens them.
     void paste();
@@ -33,8 +45,7 @@ private:
     void askNext(std::size_t question);
     void take(const SelectionText::Answer& answer);
 
-    Widget shell;
-    OpenFile open;
+    Entrance entrance;
     SelectionText text;
     DropTarget target;
 };

@@ -27,12 +27,6 @@ constexpr const char* anyPattern = "*";
 // Where the last file was looked for, of all windows; empty at first.
 std::string lastFolder;
 
-// What an open dialogue has to do. Goes with its widget.
-struct Question {
-    Widget parent;
-    OpenFile open;
-};
-
 void enterFolder(Widget dialogue, const std::filesystem::path& path)
 {
     lastFolder = path.string();
@@ -58,7 +52,7 @@ std::vector<std::string> selectedFiles(Widget dialogue)
 void filesChosen(Widget dialogue, XtPointer client, XtPointer call)
 {
     const auto* choice = static_cast<XmFileSelectionBoxCallbackStruct*>(call);
-    const auto& question = *static_cast<Question*>(client);
+    const auto& entrance = *static_cast<Entrance*>(client); // goes with its widget
     const std::filesystem::path path = text::plainText(choice->value);
     std::error_code error;
     if (path.empty())
@@ -69,7 +63,7 @@ void filesChosen(Widget dialogue, XtPointer client, XtPointer call)
     std::vector<std::string> files = selectedFiles(dialogue);
     if (files.size() < 2) // the name may have been typed
         files = {path.string()};
-    if (openAll(question.parent, question.open, files))
+    if (openAll(entrance, files))
         XtUnmanageChild(dialogue);
 }
 
@@ -100,9 +94,9 @@ void destroyDialogue(Widget dialogue, XtPointer /*client*/, XtPointer /*call*/)
     XtDestroyWidget(XtParent(dialogue));
 }
 
-void freeQuestion(Widget, XtPointer client, XtPointer)
+void freeEntrance(Widget, XtPointer client, XtPointer)
 {
-    const std::unique_ptr<Question> owned(static_cast<Question*>(client));
+    const std::unique_ptr<Entrance> owned(static_cast<Entrance*>(client));
 }
 
 Widget makeDialogue(Widget parent)
@@ -124,13 +118,13 @@ Widget makeDialogue(Widget parent)
 
 } // namespace
 
-void chooseFiles(Widget parent, const std::filesystem::path& start, OpenFile open)
+void chooseFiles(const Entrance& entrance, const std::filesystem::path& start)
 {
     std::error_code error;
     if (lastFolder.empty())
         lastFolder = start.empty() ? std::filesystem::current_path(error).string() : start.string();
-    Widget dialogue = makeDialogue(parent);
-    auto question = std::make_unique<Question>(Question{parent, std::move(open)});
+    Widget dialogue = makeDialogue(entrance.shell);
+    auto owned = std::make_unique<Entrance>(entrance);
     XtUnmanageChild(XtNameToWidget(dialogue, "Help"));
     text::fixFileBoxWidth(dialogue);
     Widget list = XtNameToWidget(dialogue, "*ItemsList");
@@ -140,10 +134,10 @@ void chooseFiles(Widget parent, const std::filesystem::path& start, OpenFile ope
     Widget toggle = XtVaCreateManagedWidget("allFiles", xmToggleButtonWidgetClass, dialogue, XmNlabelString,
                                             all.get(), XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
     XtAddCallback(toggle, XmNvalueChangedCallback, allFilesToggled, nullptr);
-    XtAddCallback(dialogue, XmNokCallback, filesChosen, question.get());
+    XtAddCallback(dialogue, XmNokCallback, filesChosen, owned.get());
     XtAddCallback(dialogue, XmNcancelCallback, unmanage, nullptr);
     XtAddCallback(dialogue, XmNunmapCallback, destroyDialogue, nullptr);
-    XtAddCallback(dialogue, XmNdestroyCallback, freeQuestion, question.release());
+    XtAddCallback(dialogue, XmNdestroyCallback, freeEntrance, owned.release());
     XtManageChild(dialogue);
 }
 

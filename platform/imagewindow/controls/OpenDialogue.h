@@ -4,14 +4,12 @@
 
 #include "platform/imagewindow/controls/Intake.h"
 
-#include <X11/Intrinsic.h>
-
 #include <filesystem>
 
 namespace viewer {
 
 // Opens what is chosen, several files at a time if they are. Stays until all could be opened; the next time
 // it starts in the same folder. folder: where it starts the first time, empty: the process's.
-void chooseFiles(Widget parent, const std::filesystem::path& folder, OpenFile open);
+void chooseFiles(const Entrance& entrance, const std::filesystem::path& folder);
 
 } // namespace viewer

@@ -97,6 +97,17 @@ void drawScaleBar(cairo_t* cairo, const Box& panel, const ScaleBar& bar, bool ca
              bar.color);
 }
 
+// Inside the panel's edge.
+void drawPlotted(cairo_t* cairo, const Box& panel, double scale)
+{
+    const double line = std::max(1.0, std::round(scale));
+    setColor(cairo, base::annotationRgb);
+    cairo_set_line_width(cairo, line);
+    cairo_set_line_join(cairo, CAIRO_LINE_JOIN_MITER);
+    cairo_rectangle(cairo, panel.x + line / 2, panel.y + line / 2, panel.width - line, panel.height - line);
+    cairo_stroke(cairo);
+}
+
 } // namespace
 
 void paintLabels(cairo_t* cairo, const Scene& scene)
@@ -110,6 +121,8 @@ void paintLabels(cairo_t* cairo, const Scene& scene)
         cairo_save(cairo);
         cairo_rectangle(cairo, box.x, box.y, box.width, box.height);
         cairo_clip(cairo);
+        if (std::count(scene.plotted.begin(), scene.plotted.end(), panel) > 0)
+            drawPlotted(cairo, box, scene.screenScale);
         if (!caption.empty())
             drawCaption(cairo, box, caption, scene.screenScale);
         if (scene.bar)

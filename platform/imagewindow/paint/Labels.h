@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Captions of panels and scale bars on any surface of cairo. Pure.
+// Captions of panels, scale bars, and frames around the panels that a tool plots, on any surface of cairo.
+// Pure.
 #pragma once
 
 #include "platform/imagewindow/paint/Scene.h"

@@ -19,6 +19,7 @@ struct Scene {
     const OverlayStore& store;
     std::optional<ScaleBar> bar; // nothing: shows none
     double screenScale = 1;      // of texts, marks and margins: 1 at 96 dots per inch
+    std::vector<int> plotted{};  // panels with a frame: a tool plots what they show
 };
 
 } // namespace viewer

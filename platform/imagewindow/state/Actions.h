@@ -62,7 +62,11 @@ public:
     // Tells what could not be done.
     void refuse(const std::string& sentence) { shown.answer(sentence); }
     // For the list of messages alone, where the user has been told already.
-    void note(const std::string& sentence) { shown.log.add(sentence, std::time(nullptr)); }
+    void note(const std::string& sentence)
+    {
+        shown.log.add(sentence, std::time(nullptr));
+        shown.stale.mark(Part::Readout);
+    }
     void setContrastLinked(bool linked);
     void setGrey(bool grey);
     // Each number of a label image in another colour; refused, with a sentence, where that means nothing.

@@ -95,10 +95,27 @@ protocol::DisplayRecord recordOf(const Shown& shown)
     return record;
 }
 
+std::vector<int> plottedPanels(const Shown& shown, const OverlayStore& overlays)
+{
+    const View& view = shown.view;
+    const Graphic* const segment = overlays.newestSegment();
+    std::vector<int> plotted;
+    if (!segment || view.style == protocol::SinglePanel)
+        return plotted;
+    const int z = view.style == protocol::ZPanels ? static_cast<int>(segment->command.z0) : view.z;
+    for (std::size_t i = 0; i < shown.panels.size(); ++i) {
+        const PanelContent& panel = shown.panels[i];
+        if (panel.z == z && panel.t == view.t && panel.p == view.p)
+            plotted.push_back(static_cast<int>(i));
+    }
+    return plotted;
+}
+
 Scene sceneOf(const Shown& shown, const OverlayStore& overlays, double screenScale)
 {
     const protocol::Geometry& geometry = shown.arrangement.geometry;
     Scene scene{geometry, shown.panels, overlays, std::nullopt, screenScale};
+    scene.plotted = plottedPanels(shown, overlays);
     if (shown.scaleBar)
         scene.bar = scaleBar(shown.barStyle, shown.life.scale().spacing[0], geometry, screenScale);
     return scene;

@@ -10,6 +10,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace viewer {
 
@@ -31,6 +32,10 @@ protocol::DisplayRecord recordOf(const Shown& shown);
 
 // As arranged and drawn last; it refers to both. screenScale: 1 at 96 dots per inch.
 Scene sceneOf(const Shown& shown, const OverlayStore& overlays, double screenScale);
+
+// The panels whose sections a tool plots along the segment that came last, where there are several panels:
+// the one of the segment's z section, the first of time points, all of wavelengths.
+std::vector<int> plottedPanels(const Shown& shown, const OverlayStore& overlays);
 
 // The overview as arranged last; nothing where it is switched off or all of the image is in sight. It keeps
 // out of the scale bar's corner.

@@ -224,3 +224,20 @@ TEST(Paint, TheScaleBarStandsInItsCornerInItsColour)
         EXPECT_EQ(count, 60) << row.name;
     }
 }
+
+TEST(Paint, APlottedPanelHasAFrameInsideItsEdge)
+{
+    for (const int scale : {1, 2}) {
+        Stage stage(2);
+        Scene scene = stage.scene(scale);
+        scene.plotted = {1};
+        Canvas picture;
+        picture.paint([&](cairo_t* cairo) { paintLabels(cairo, scene); });
+        const int left = stage.geometry.panelWidth + stage.geometry.gap;
+        EXPECT_EQ(picture.drawn().x, left);
+        EXPECT_EQ(picture.drawn().width, stage.geometry.panelWidth);
+        EXPECT_EQ(picture.drawn().height, canvas.height);
+        EXPECT_EQ(picture.at(left + scale - 1, 90), amber);
+        EXPECT_EQ(picture.at(left + scale, 90), grey);
+    }
+}

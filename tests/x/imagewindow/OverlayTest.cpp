@@ -136,3 +136,29 @@ TEST(Overlay, ABacklogIsTakenWhole)
     client.addLine(4, 5, 30, 20);
     EXPECT_TRUE(viewer.waitForPixel(20, 20, amber));
 }
+
+// The profile is that of the section under the segment: its panel has a frame, which goes along.
+TEST(Overlay, ThePanelThatAToolPlotsHasAFrame)
+{
+    Viewer viewer({"--panels", "z", "--geometry", "600x600", stackImage()});
+    const protocol::Geometry g =
+        viewer.waitForRecord([](const auto& r) { return r.geometry.panelCount == 4; }).geometry;
+    const auto isFramed = [&](int panel) {
+        return viewer.pixelAt(panel % g.columns * (g.panelWidth + g.gap) + g.panelWidth / 2,
+                              panel / g.columns * (g.panelHeight + g.gap)) == amber;
+    };
+    Client tool(viewer.canvas);
+    for (const int framed : {1, 3}) {
+        OverlayCommand line{.kind = OverlayKind::AddLine, .id = 1, .panel = framed, .width = 2};
+        line.x0 = 4, line.y0 = 20, line.x1 = 40, line.y1 = 30;
+        line.z0 = line.z1 = static_cast<float>(framed);
+        tool.send(line);
+        tool.redraw();
+        EXPECT_TRUE(drive::waitUntil([&] { return isFramed(framed); })) << framed;
+        for (int panel = 0; panel < 4; ++panel)
+            EXPECT_EQ(isFramed(panel), panel == framed) << panel;
+    }
+    tool.send({.kind = OverlayKind::Remove, .id = 1});
+    tool.redraw();
+    EXPECT_TRUE(drive::waitUntil([&] { return !isFramed(3); }));
+}
