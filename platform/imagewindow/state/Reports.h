@@ -37,7 +37,7 @@ Scene sceneOf(const Shown& shown, const OverlayStore& overlays, double screenSca
 // the one of the segment's z section, the first of time points, all of wavelengths.
 std::vector<int> plottedPanels(const Shown& shown, const OverlayStore& overlays);
 
-// The overview as arranged last; nothing where it is switched off or all of the image is in sight. It keeps
+// The overview as arranged last; nothing where it is switched off or nearly all is in sight. It keeps
 // out of the scale bar's corner.
 std::optional<Navigator> navigatorNow(const Shown& shown, double screenScale);
 

@@ -11,15 +11,17 @@ namespace viewer {
 namespace {
 
 constexpr double longestSide = 150, shortestSide = 48, margin = 10; // canvas pixels at 96 dots per inch
-constexpr double panelShare = 0.3;                                  // of a panel's shorter side, at most
+constexpr double mostInSight = 0.9; // of the image: beyond, the overview would hide more than is out of sight
+constexpr double panelShare = 0.3;  // of a panel's shorter side, at most
 
 } // namespace
 
 std::optional<Navigator> navigatorOf(const protocol::Geometry& geometry, bool low, double screenScale)
 {
     const protocol::Geometry& g = geometry;
-    if (scaledSide(g.imageWidth, g.zoom) <= g.panelWidth &&
-        scaledSide(g.imageHeight, g.zoom) <= g.panelHeight)
+    const double shown = std::min(1.0, g.panelWidth / (g.zoom * g.imageWidth)) *
+                         std::min(1.0, g.panelHeight / (g.zoom * g.imageHeight));
+    if (shown > mostInSight)
         return std::nullopt;
     const double side =
         std::min(longestSide * screenScale, panelShare * std::min(g.panelWidth, g.panelHeight));

@@ -242,7 +242,7 @@ TEST(Save, AFigureShowsTheProfileAlongTheSegmentOfATool)
 
 TEST(Clipboard, OffersThePictureInPartsAndSurvivesAPeerThatDoesNotRead)
 {
-    Viewer viewer({largeImage()});
+    Viewer viewer({"--zoom", "2", largeImage()});
     viewer.focus();
     viewer.screen.key(XK_o); // the overview is in no picture
     drive::waitUntilCalm(viewer.screen);
