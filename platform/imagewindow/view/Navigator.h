@@ -24,8 +24,8 @@ struct Navigator {
     double dataY(double canvasY) const { return (canvasY - y) / scale; }
 };
 
-// Nothing while nearly all of the image is in sight, or where the panel has no room for it. low: in the lower right
-// corner instead of the upper right one. screenScale: 1 at 96 dots per inch.
+// Nothing while nearly all of the image is in sight, or where the panel has no room for it. low: in the lower
+// right corner instead of the upper right one. screenScale: 1 at 96 dots per inch.
 std::optional<Navigator> navigatorOf(const protocol::Geometry& geometry, bool low, double screenScale);
 
 } // namespace viewer
