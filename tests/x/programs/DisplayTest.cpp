@@ -121,14 +121,15 @@ protected:
         const Point at = whole(pair.canvasOf(data.x, data.y, panel));
         screen.moveTo(pair.canvas, at.x, at.y);
     }
-    // Whether the segment is drawn in the panel.
+    // Whether the segment is drawn in the panel, whose edge may have the frame of panels that are plotted.
     bool drawnIn(Pair& pair, int panel)
     {
+        constexpr int edge = 2;
         const protocol::Geometry geometry = pair.display().geometry;
         const Point corner = whole(pair.canvasOf(geometry.originX, geometry.originY, panel));
         const drive::Rect canvas = screen.geometry(pair.canvas);
-        const drive::Rect place{canvas.x + corner.x, canvas.y + corner.y, geometry.panelWidth,
-                                geometry.panelHeight};
+        const drive::Rect place{canvas.x + corner.x + edge, canvas.y + corner.y + edge,
+                                geometry.panelWidth - 2 * edge, geometry.panelHeight - 2 * edge};
         return count(screen.capture(place), annotation) > 20;
     }
 };
