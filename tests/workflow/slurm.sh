@@ -98,9 +98,12 @@ chmod +x program
 job=$(BATCHPROFILE=$folder/program sbatch --parsable --array=1-4 --output="$folder/task-%a.log" --chdir="$folder" \
     "$sources/workflow/batchprofile.slurm" r lines.csv images.txt --quiet --samples csv)
 # Slurm begins a requeued task after two minutes; the test does not wait for that.
-requeued() { [ -e killed ] && scontrol update JobId="${job}_2" StartTime=now; }
-await requeued
-finished() { [ -e killed ] && [ -z "$(squeue -h -j "$job" 2>/dev/null)" ]; }
+hurried() {
+    [ -e killed ] && [ -n "$(squeue -h -j "${job}_2" -t PENDING 2>/dev/null)" ] &&
+        scontrol update JobId="${job}_2" StartTime=now
+}
+await hurried
+finished() { [ -z "$(squeue -h -j "$job" 2>/dev/null)" ]; }
 await finished
 "$bin/batchprofile" merge --quiet --out r || [ $? -eq 2 ] || { cat "$folder"/task-*.log "$folder"/slurmctld.log; exit 1; }
 compare_results r
