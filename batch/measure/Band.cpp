@@ -175,8 +175,8 @@ void BandCollector::collectPolyline(SectionPixels& section, const Path& path)
     std::ranges::sort(candidates, [](const Candidate& a, const Candidate& b) {
         return std::tie(a.pixel, a.distance, a.order) < std::tie(b.pixel, b.distance, b.order);
     });
-    const auto same = std::ranges::unique(candidates, {}, &Candidate::pixel);
-    candidates.erase(same.begin(), same.end());
+    const auto same = [](const Candidate& a, const Candidate& b) { return a.pixel == b.pixel; };
+    candidates.erase(std::unique(candidates.begin(), candidates.end(), same), candidates.end());
     std::ranges::sort(candidates, {}, &Candidate::order);
     for (const Candidate& candidate : candidates)
         entries.push_back({candidate.bin, section.data()[candidate.pixel]});

@@ -16,12 +16,8 @@ image::ImageFile::BlockSize grouped(image::ImageFile::BlockSize size, int width,
 {
     const auto enough = [&] { return std::int64_t{size.width} * size.height >= leastPixels; };
     while (!enough() && (size.width < width || size.height < height)) {
-        if (size.width < width && size.width <= size.height)
-            size.width *= 2;
-        else if (size.height < height)
-            size.height *= 2;
-        else
-            size.width *= 2;
+        const bool wider = size.width < width && (size.width <= size.height || size.height >= height);
+        (wider ? size.width : size.height) *= 2;
     }
     return {std::min(size.width, width), std::min(size.height, height)};
 }

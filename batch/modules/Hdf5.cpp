@@ -210,6 +210,8 @@ void writeSamples(const std::string& path, const std::vector<batch::FinishedUnit
 
 } // namespace
 
+// C linkage for a plain name alone: program and module are both of this C++.
+// NOLINTNEXTLINE(clang-diagnostic-return-type-c-linkage)
 extern "C" std::string batchWriteSamples(const std::filesystem::path& path,
                                          const std::vector<batch::FinishedUnit>& units)
 {

@@ -121,6 +121,8 @@ std::vector<std::byte> encoded(const batch::PlotOrder& order)
 
 } // namespace
 
+// C linkage for a plain name alone: program and module are both of this C++.
+// NOLINTNEXTLINE(clang-diagnostic-return-type-c-linkage)
 extern "C" std::string batchWritePlot(const batch::PlotOrder& order)
 {
     try {

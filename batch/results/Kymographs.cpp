@@ -143,14 +143,16 @@ void writeKymographs(const std::filesystem::path& folder, const std::vector<Fini
                      KymographAxis axis)
 {
     makeFolder(folder);
-    for (const auto& [key, stack] : stacksOf(units, axis)) {
+    for (const auto& [key, unitsOfKey] : stacksOf(units, axis)) {
+        const Stack& stack = unitsOfKey;
         const auto [image, p, other, w] = key;
         const std::string where = "_p" + std::to_string(p + 1) + (axis == KymographAxis::Time ? "_z" : "_t") +
                                   std::to_string(other + 1) + "_c" + std::to_string(w + 1) + ".tif";
-        forEachLineOf(stack.units, [&](const LineRecords& records) {
-            const Kymograph kymograph{axis, records, stack.first, stack.last - stack.first + 1};
-            writeKymograph(folder / (resultName(image, *records.front()) + where), kymograph);
-        });
+        forEachLineOf(stack.units,
+                      [&, image = image](const LineRecords& records) { // clang 14 captures no bindings
+                          const Kymograph kymograph{axis, records, stack.first, stack.last - stack.first + 1};
+                          writeKymograph(folder / (resultName(image, *records.front()) + where), kymograph);
+                      });
     }
 }
 

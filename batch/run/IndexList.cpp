@@ -56,7 +56,7 @@ std::vector<int> IndexList::indices(int count) const
         for (int index = first; index <= last; ++index)
             result.push_back(index - 1);
     std::ranges::sort(result);
-    result.erase(std::ranges::unique(result).begin(), result.end());
+    result.erase(std::unique(result.begin(), result.end()), result.end());
     return result;
 }
 
