@@ -183,9 +183,9 @@ Rect Screen::frameGeometry(Window window)
     return geometry(top);
 }
 
-// A window manager freezes the pointer at the press that gives a window the focus, and what comes before it
-// has thawed it gets mixed up: clicks are lost, drags end elsewhere. The server tells of what has been taken
-// only.
+// Waits until the server has taken the pointer event that was sent last. At the press that gives a window the
+// focus, a window manager freezes the pointer; events that are sent before it lets go are mixed up: clicks
+// are lost, drags end elsewhere. XQueryPointer tells only of events that were taken.
 void Screen::awaitPointer(const std::function<bool(int x, int y, unsigned buttons)>& condition)
 {
     constexpr Milliseconds longest{2000};
@@ -307,30 +307,31 @@ void Screen::key(KeySym key)
     keyUp(key);
 }
 
+void Screen::keyWith(KeySym modifier, KeySym key)
+{
+    keyDown(modifier);
+    this->key(key);
+    keyUp(modifier);
+}
+
 void Screen::type(const std::string& text)
 {
     for (const char character : text) {
         const KeySym symbol = static_cast<unsigned char>(character);
         const KeyCode code = XKeysymToKeycode(display, symbol);
         const bool shifted = XkbKeycodeToKeysym(display, code, 0, 0) != symbol;
-        if (shifted)
-            keyDown(XK_Shift_L);
-        key(symbol);
-        if (shifted)
-            keyUp(XK_Shift_L);
+        shifted ? keyWith(XK_Shift_L, symbol) : key(symbol);
     }
 }
 
 void Screen::replaceText(const std::string& text)
 {
-    keyDown(XK_Control_L);
-    key(XK_slash);
-    keyUp(XK_Control_L);
+    keyWith(XK_Control_L, XK_slash);
     key(XK_Delete);
     type(text);
 }
 
-// The text of the primary selection; nothing when it still is with another owner than wanted.
+// The text of the primary selection; nothing while notOwner, or nobody, owns it.
 std::optional<std::string> Screen::selection(Window notOwner)
 {
     const Window owner = XGetSelectionOwner(display, XA_PRIMARY);

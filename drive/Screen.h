@@ -81,6 +81,7 @@ public:
     void keyDown(KeySym key);
     void keyUp(KeySym key);
     void key(KeySym key);
+    void keyWith(KeySym modifier, KeySym key);
     // Types ASCII text with Shift where needed.
     void type(const std::string& text);
     // Puts text in place of what the Motif text field with the focus holds.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/base/UserFolders.h"
+#include "tests/Rows.h"
 
 #include <gtest/gtest.h>
 
@@ -57,6 +58,6 @@ INSTANTIATE_TEST_SUITE_P(
                    accountHome() + "/.local/share/kelvora"},
         FolderCase{"noHome", nullptr, nullptr, accountHome() + "/.config/kelvora",
                    accountHome() + "/.local/share/kelvora"}),
-    [](const auto& info) { return std::string(info.param.name); });
+    RowName{});
 
 } // namespace

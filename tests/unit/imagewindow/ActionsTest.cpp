@@ -3,6 +3,7 @@
 #include "platform/imagewindow/state/Actions.h"
 
 #include "platform/imagewindow/state/LabelProposal.h"
+#include "tests/Rows.h"
 #include "tests/unit/image/TempFolder.h"
 #include "tests/unit/image/TestFiles.h"
 
@@ -103,7 +104,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"AutomaticContrast", [](Shown&, Actions& a) { a.setAutomaticContrast(); }, "IR"},
                     Case{"Notice", [](Shown& s, Actions&) { s.tell("A tool has come."); }, "R"},
                     Case{"Graphics", [](Shown& s, Actions&) { s.stale.mark(Part::Overlays); }, "OPR"}),
-    [](const auto& row) { return row.param.name; });
+    RowName{});
 
 TEST(Actions, ZoomsBeforeTheNextDrawingGoOnFromEachOther)
 {

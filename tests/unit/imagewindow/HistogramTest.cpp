@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/imagewindow/render/Histogram.h"
 
+#include "tests/Rows.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>
@@ -41,31 +42,20 @@ TEST_P(HistogramCounts, AreInBinsOfEqualWidth)
 INSTANTIATE_TEST_SUITE_P(
     All, HistogramCounts,
     testing::Values(
-        CountCase{"one bin for each whole number", {3, 3, 4, 6}, {3, 6}, true, 256, {2, 1, 0, 1}, {3, 7}},
-        CountCase{"bins of two whole numbers", {0, 1, 2, 3, 4}, {0, 4}, true, 3, {2, 2, 1}, {0, 6}},
-        CountCase{"whole numbers between limits that are none",
-                  {1, 2, 3},
-                  {1.5F, 3.5F},
-                  true,
-                  8,
-                  {0, 1, 1},
-                  {1, 4}},
-        CountCase{"fractions", {0, 0.24F, 0.25F, 0.5F, 1}, {0, 1}, false, 4, {2, 1, 1, 1}, {0, 1}},
-        CountCase{"values beyond", {-5, 0, 99}, {0, 1}, false, 2, {1, 0}, {0, 1}},
-        CountCase{"no number is in no bin",
+        CountCase{"OneBinForEachWholeNumber", {3, 3, 4, 6}, {3, 6}, true, 256, {2, 1, 0, 1}, {3, 7}},
+        CountCase{"BinsOfTwoWholeNumbers", {0, 1, 2, 3, 4}, {0, 4}, true, 3, {2, 2, 1}, {0, 6}},
+        CountCase{"WholeNumbersBetweenFractions", {1, 2, 3}, {1.5F, 3.5F}, true, 8, {0, 1, 1}, {1, 4}},
+        CountCase{"Fractions", {0, 0.24F, 0.25F, 0.5F, 1}, {0, 1}, false, 4, {2, 1, 1, 1}, {0, 1}},
+        CountCase{"ValuesBeyond", {-5, 0, 99}, {0, 1}, false, 2, {1, 0}, {0, 1}},
+        CountCase{"NotANumberIsInNoBin",
                   {std::nanf(""), std::numeric_limits<float>::infinity(), 0.1F},
                   {0, 1},
                   false,
                   2,
                   {1, 0},
                   {0, 1}},
-        CountCase{"nothing", {}, {0, 1}, true, 4, {0, 0}, {0, 2}}),
-    [](const auto& row) {
-        std::string name;
-        for (const char c : std::string(row.param.name))
-            name += c == ' ' ? '_' : c;
-        return name;
-    });
+        CountCase{"Nothing", {}, {0, 1}, true, 4, {0, 0}, {0, 2}}),
+    RowName{});
 
 TEST(Histogram, BarsGrowWithTheCountAndOneIsSeenOnALogarithmicScale)
 {

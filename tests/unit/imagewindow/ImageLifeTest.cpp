@@ -3,6 +3,7 @@
 #include "platform/imagewindow/files/ImageLife.h"
 
 #include "platform/imagewindow/files/ScaleStore.h"
+#include "tests/Rows.h"
 #include "tests/unit/image/TempFolder.h"
 #include "tests/unit/image/TestFiles.h"
 
@@ -96,7 +97,7 @@ INSTANTIATE_TEST_SUITE_P(Changes, ChangedOnDisk,
                                          Change{"NewDimension", false, 2, 3, 8, false, anotherImage},
                                          Change{"FirstStepInZWhileGrowing", true, 2, 3, 8, true, ""},
                                          Change{"OtherSize", true, 1, 3, 9, false, anotherImage}),
-                         [](const auto& row) { return row.param.name; });
+                         RowName{});
 
 TEST(ImageLife, AFileThatCannotBeReadIsNoNewsWhileItGrows)
 {

@@ -5,6 +5,7 @@
 #include "platform/imagewindow/paint/NavigatorPaint.h"
 #include "platform/imagewindow/paint/Pixels.h"
 #include "platform/imagewindow/view/View.h"
+#include "tests/Rows.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>
@@ -72,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(Navigator, NavigatorPlace,
                                          Case{"FineScreen", {4000, 2000}, 1, {1600, 1200}, 2, {300, 150}},
                                          Case{"HighAndNarrow", {100, 4000}, 4, {400, 600}, 1, {3, 120}},
                                          Case{"SmallPanel", {4000, 4000}, 1, {150, 400}, 1, {}}),
-                         [](const auto& row) { return row.param.name; });
+                         RowName{});
 
 TEST(Navigator, IsPaintedInItsPlaceAlone)
 {

@@ -2,6 +2,7 @@
 // The texts of the status lines: what they hold in which state, and for how long.
 #include "platform/imagewindow/view/Status.h"
 
+#include "tests/Rows.h"
 #include "tests/unit/imagewindow/FakeImage.h"
 
 #include <gtest/gtest.h>
@@ -75,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
              "Cannot read /data/day 1/a.tif: gone.",
              false,
              {"", "Cannot read a.tif: gone.", {"30 x 20", "a fake"}, "", {"100 %"}}}),
-    [](const auto& row) { return row.param.name; });
+    RowName{});
 
 TEST(Status, TheWidestTextsHoldAnyPixelAndAnyActivity)
 {

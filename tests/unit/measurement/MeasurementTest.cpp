@@ -5,6 +5,7 @@
 #include "profile/Patch.h"
 #include "saved/Sylk.h"
 #include "segment/Geometry.h"
+#include "tests/Rows.h"
 
 #include <gtest/gtest.h>
 
@@ -78,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(Segments, Patches,
                                          PatchCase{"largestWhole", {0, 0}, {4095, 4095}, true},
                                          PatchCase{"oneColumnMore", {0, 0}, {4096, 4095}, false},
                                          PatchCase{"longDiagonalUpwards", {100, 6000}, {6100, 0}, false}),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         RowName{});
 
 std::string sheetOf(const std::vector<float>& samples, const std::vector<PixelPoint>& points, float fwhm)
 {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/text/Utf8.h"
+#include "tests/Rows.h"
 
 #include <gtest/gtest.h>
 
@@ -15,11 +16,6 @@ struct CutCase {
     std::string kept;
 };
 
-std::string nameOf(const testing::TestParamInfo<CutCase>& info)
-{
-    return info.param.name;
-}
-
 class Shortened : public testing::TestWithParam<CutCase> {};
 
 TEST_P(Shortened, countsWholeCharacters)
@@ -33,7 +29,7 @@ INSTANTIATE_TEST_SUITE_P(
                     CutCase{"wideCharacters", "\u00e9\u00e9\u00e9\u00e9\u00e9", 4, "\u00e9..."},
                     CutCase{"straysCountAsOne", "\xE9\xE9\xE9\xE9", 4, "\xE9\xE9\xE9\xE9"},
                     CutCase{"empty", "", 3, ""}),
-    nameOf);
+    RowName{});
 
 class CutToBytes : public testing::TestWithParam<CutCase> {};
 
@@ -48,6 +44,6 @@ INSTANTIATE_TEST_SUITE_P(Texts, CutToBytes,
                                          CutCase{"betweenSequences", "\u00e9\u00e9", 2, "\u00e9"},
                                          CutCase{"firstDoesNotFit", "\u00b5m", 1, ""},
                                          CutCase{"straysAreCut", "\x80\x80\x80", 2, "\x80\x80"}),
-                         nameOf);
+                         RowName{});
 
 } // namespace

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// What is written is read again, and files of other makers' habits are read.
+// What is written is read again, and so are files as other programs write them.
 #include "tests/unit/widgets/PictureTest.h"
 
+#include "tests/Rows.h"
 #include "tests/unit/image/TempFolder.h"
 
 #include <csignal>
@@ -50,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(Formats, RoundTrip,
                                          Kept{"gif", Format::Gif, {0, 0, 0, 0}, 0},
                                          Kept{"xpm", Format::Xpm, {0, 0, 0, 0}, 0},
                                          Kept{"xwd", Format::Xwd, {255, 255, 155, 255}, 0}),
-                         [](const auto& row) { return row.param.name; });
+                         RowName{});
 
 // 64 x 64 different colours: more than a GIF holds, more than one character of an XPM tells apart.
 Picture manyColors()

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Shows the axes of the tool at many ranges in one window, beside a stand-in for the plot, and saves the
 // picture. For the eye: run it after every change of layout or drawing. Large fonts need a large screen.
-#include "drive/Screen.h"
 #include "platform/text/Fonts.h"
 #include "platform/text/Locale.h"
 #include "tests/x/gauge/ToolAxes.h"
+#include "tests/x/support/ShellPicture.h"
 
 #include <X11/IntrinsicP.h>
 #include <Xm/BulletinB.h>
@@ -122,15 +122,7 @@ int run(int argc, char** argv)
                                            XmNmarginHeight, 8, nullptr);
     addSamples(board);
     XtRealizeWidget(shell);
-    drive::Screen screen;
-    drive::waitUntil([&] {
-        XSync(XtDisplay(shell), False);
-        const bool calm = XtAppPending(app) == 0;
-        while (XtAppPending(app))
-            XtAppProcessEvent(app, XtIMAll);
-        return calm && screen.viewable(XtWindow(shell));
-    });
-    return screen.capture(XtWindow(shell)).save(argv[1]) ? 0 : 1;
+    return savePicture(shell, argv[1]) ? 0 : 1;
 }
 
 } // namespace

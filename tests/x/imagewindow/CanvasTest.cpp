@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The kinds of canvas: shared memory, images through the connection, OpenGL.
+#include "tests/Rows.h"
 #include "tests/x/imagewindow/Viewer.h"
 #include "tests/x/iwl/Peers.h"
 
@@ -52,10 +53,7 @@ int greatestDifference(const drive::Picture& a, const drive::Picture& b)
 
 std::string cells()
 {
-    const fs::path path = scratchFolder() / "cells.ome.tif";
-    if (!fs::exists(path))
-        support::makeSample(path, "--size 400x300 --z 3 --channels 3 --time 1");
-    return path;
+    return madeOnce("cells.ome.tif", "--size 400x300 --z 3 --channels 3 --time 1");
 }
 
 // All that the canvas goes through: panels with captions, a tool's line that moves, zoom, scroll, another
@@ -160,7 +158,7 @@ private:
 };
 
 struct Row {
-    const char *extension, *kind, *sentence;
+    const char *name, *extension, *kind, *sentence;
 };
 
 } // namespace
@@ -169,7 +167,7 @@ class CanvasWithout : public testing::TestWithParam<Row> {};
 
 TEST_P(CanvasWithout, ShowsTheImageAndSaysWhatItDoesWithout)
 {
-    const auto [extension, kind, sentence] = GetParam();
+    const auto [name, extension, kind, sentence] = GetParam();
     const Server server({"-extension", extension});
     drive::Process viewer(
         {BIN_DIR "/imagewindow", "--display", server.name, "--canvas", kind, "--zoom", "1", rgbImage()},
@@ -196,6 +194,9 @@ TEST_P(CanvasWithout, ShowsTheImageAndSaysWhatItDoesWithout)
 }
 
 INSTANTIATE_TEST_SUITE_P(All, CanvasWithout,
-                         testing::Values(Row{"GLX", "gl", "OpenGL does not work on this display"},
-                                         Row{"GLX", "auto", ""}, Row{"MIT-SHM", "shm", "shares no memory"},
-                                         Row{"MIT-SHM", "auto", ""}));
+                         testing::Values(Row{"OpenGlAskedFor", "GLX", "gl",
+                                             "OpenGL does not work on this display"},
+                                         Row{"OpenGl", "GLX", "auto", ""},
+                                         Row{"SharedMemoryAskedFor", "MIT-SHM", "shm", "shares no memory"},
+                                         Row{"SharedMemory", "MIT-SHM", "auto", ""}),
+                         RowName{});

@@ -76,11 +76,9 @@ TEST(Commands, AWindowWithoutANumberStartsNoTool)
     ASSERT_NE(window, Window{None});
     viewer.screen.click(window, 10, viewer.screen.geometry(window).height - 10);
     ASSERT_TRUE(support::waitForFocus(viewer.screen, window));
-    viewer.screen.keyDown(XK_Control_L);
-    viewer.screen.key(XK_l);
-    viewer.screen.keyUp(XK_Control_L);
+    viewer.screen.keyWith(XK_Control_L, XK_l);
     drive::waitUntilCalm(viewer.screen);
-    viewer.screen.key(XK_F1); // has its turn after the other
+    viewer.screen.key(XK_F1); // is handled after Control+L, which has done by then all that it does
     ASSERT_NE(viewer.screen.findTitle("Mouse and keys"), Window{None});
     drive::waitUntilCalm(viewer.screen);
     EXPECT_EQ(viewer.screen.findTitleNow("Error"), Window{None}); // of a tool that cannot attach

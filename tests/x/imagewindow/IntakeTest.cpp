@@ -133,9 +133,7 @@ struct Empty {
     {
         screen.clickCentre(window); // between the controls
         support::waitForFocus(screen, window);
-        screen.keyDown(XK_Control_L);
-        screen.key(key);
-        screen.keyUp(XK_Control_L);
+        screen.keyWith(XK_Control_L, key);
     }
 
     drive::Screen screen;
@@ -194,7 +192,7 @@ TEST(EmptyStart, SourcesThatLieOrAreSilentDoNotBlock)
     EXPECT_FALSE(other.accepted);
     other.drop(start.window, "text/uri-list"); // too long
     EXPECT_TRUE(other.accepted);
-    // Forged: nobody has entered; a window that is none; words without sense.
+    // Forged messages: a drop without an enter before it, a window that does not exist, words without sense.
     other.send(start.window, "XdndDrop", {0, 0, 0, 0});
     other.send(start.window, "XdndEnter", {-1, -1, -1, -1});
     other.send(start.window, "XdndPosition", {-1, -1, -1, -1});
@@ -246,10 +244,7 @@ TEST(Intake, TheFileDialogueOpensSeveralFiles)
     for (const char* name : {"a.tif", "b.tif", "c.png"})
         fs::copy_file(rgbImage(), folder / name);
     Viewer viewer({folder / "a.tif"});
-    viewer.focus();
-    viewer.screen.keyDown(XK_Control_L);
-    viewer.screen.key(XK_o);
-    viewer.screen.keyUp(XK_Control_L);
+    viewer.control(XK_o);
     const Window dialogue = viewer.screen.findTitle("Open images");
     ASSERT_NE(dialogue, Window{None});
     drive::waitUntilCalm(viewer.screen);

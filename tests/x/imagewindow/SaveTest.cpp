@@ -18,14 +18,6 @@ using namespace viewertest;
 
 namespace {
 
-void control(Viewer& viewer, KeySym key)
-{
-    viewer.focus();
-    viewer.screen.keyDown(XK_Control_L);
-    viewer.screen.key(key);
-    viewer.screen.keyUp(XK_Control_L);
-}
-
 // What the canvas shows without the pointer.
 drive::Picture shownBy(Viewer& viewer)
 {
@@ -50,10 +42,7 @@ bool same(const picture::Picture& saved, const drive::Picture& shown)
 // Whose picture is larger than what the server takes at once.
 std::string largeImage()
 {
-    const fs::path path = scratchFolder() / "large.ome.tif";
-    if (!fs::exists(path))
-        support::makeSample(path, "--size 1000x800 --z 1 --channels 3 --time 1");
-    return path;
+    return madeOnce("large.ome.tif", "--size 1000x800 --z 1 --channels 3 --time 1");
 }
 
 // A program that asks for selections, and may be a clipboard manager.
@@ -151,7 +140,7 @@ Window focused(Viewer& viewer)
 // Types a name into the dialogue that Control+S opens, and presses Return.
 void saveAs(Viewer& viewer, const std::string& name)
 {
-    control(viewer, XK_s);
+    viewer.control(XK_s);
     const Window dialogue = viewer.screen.findTitle("Save picture");
     ASSERT_TRUE(support::waitForFocus(viewer.screen, dialogue));
     viewer.screen.replaceText(name);
@@ -183,7 +172,7 @@ TEST(Save, ProposesANameBesideTheImageAndAsksBeforeReplacing)
     drive::waitUntilCalm(viewer.screen);
     viewer.screen.key(XK_Escape);
     ASSERT_TRUE(drive::waitUntil([&] { return !viewer.screen.findTitleNow("Save picture"); }));
-    control(viewer, XK_s);
+    viewer.control(XK_s);
     ASSERT_TRUE(support::waitForFocus(viewer.screen, viewer.screen.findTitle("Save picture")));
     drive::waitUntilCalm(viewer.screen);
     viewer.screen.key(XK_Return);
@@ -205,7 +194,7 @@ TEST(Save, AFailureIsASentenceAndTheDialogueStays)
 TEST(Save, AFigureShowsTheProfileAlongTheSegmentOfATool)
 {
     Viewer viewer({stackImage()});
-    control(viewer, XK_g);
+    viewer.control(XK_g);
     drive::waitUntilCalm(viewer.screen);
     EXPECT_EQ(viewer.screen.findTitleNow("Save figure"), Window{None}); // there is no segment
     const Peer tool;
@@ -219,7 +208,7 @@ TEST(Save, AFigureShowsTheProfileAlongTheSegmentOfATool)
     ASSERT_TRUE(viewer.waitForPixel(25, 20, {255, 184, 28}));
     const fs::path figure = scratchFolder() / "figure.svg", table = scratchFolder() / "figure.csv";
     writeBytes(table, "precious");
-    control(viewer, XK_g);
+    viewer.control(XK_g);
     const Window dialogue = viewer.screen.findTitle("Save figure");
     ASSERT_TRUE(support::waitForFocus(viewer.screen, dialogue));
     viewer.screen.replaceText(figure);
@@ -250,7 +239,7 @@ TEST(Clipboard, OffersThePictureInPartsAndSurvivesAPeerThatDoesNotRead)
     viewer.screen.key(XK_o);
     drive::waitUntilCalm(viewer.screen);
     ASSERT_NE(shownBy(viewer).pixels, shown.pixels);
-    control(viewer, XK_c);
+    viewer.control(XK_c);
     Peer lazy, peer;
     const Atom clipboard = peer.atom("CLIPBOARD");
     ASSERT_TRUE(drive::waitUntil([&] { return XGetSelectionOwner(peer.connection, clipboard) != None; }));
@@ -281,7 +270,7 @@ TEST(Clipboard, IsHandedToAManagerAtTheEnd)
     Peer manager;
     manager.own("CLIPBOARD_MANAGER");
     Viewer viewer({rgbImage()});
-    control(viewer, XK_c);
+    viewer.control(XK_c);
     ASSERT_TRUE(drive::waitUntil(
         [&] { return XGetSelectionOwner(manager.connection, manager.atom("CLIPBOARD")) != None; }));
     viewer.screen.requestClose(viewer.screen.toplevel(viewer.canvas));
@@ -312,7 +301,7 @@ TEST(Clipboard, AManagerThatIsSilentDelaysTheEndALittle)
     Peer manager;
     manager.own("CLIPBOARD_MANAGER");
     Viewer viewer({rgbImage()});
-    control(viewer, XK_c);
+    viewer.control(XK_c);
     ASSERT_TRUE(drive::waitUntil(
         [&] { return XGetSelectionOwner(manager.connection, manager.atom("CLIPBOARD")) != None; }));
     viewer.screen.requestClose(viewer.screen.toplevel(viewer.canvas));

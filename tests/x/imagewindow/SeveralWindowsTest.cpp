@@ -13,14 +13,6 @@ using testing::HasSubstr;
 
 namespace {
 
-void pressControl(Viewer& viewer, KeySym key)
-{
-    viewer.focus();
-    viewer.screen.keyDown(XK_Control_L);
-    viewer.screen.key(key);
-    viewer.screen.keyUp(XK_Control_L);
-}
-
 bool hasShown(Viewer& viewer, const std::string& line)
 {
     return drive::waitUntil([&] { return viewer.process.output().find(line + "\n") != std::string::npos; });
@@ -44,15 +36,15 @@ TEST(SeveralWindows, TheNextImageTakesThePlaceOfThisOne)
     const Folder files;
     Viewer viewer({"--geometry", "500x400+120+90", files.folder / "z2.tif"});
     const drive::Rect place = viewer.screen.frameGeometry(viewer.screen.findTitle("Image window 1"));
-    pressControl(viewer, XK_Right);
+    viewer.control(XK_Right);
     ASSERT_TRUE(hasShown(viewer, "window 1: " + (files.folder / "z10.tif").string()))
         << viewer.process.output();
     const Window window = viewer.screen.findTitle("Image window 1: z10.tif");
     const drive::Rect now = viewer.screen.frameGeometry(window);
     EXPECT_EQ(std::tie(now.x, now.y, now.width, now.height),
               std::tie(place.x, place.y, place.width, place.height));
-    pressControl(viewer, XK_Right); // the last one
-    pressControl(viewer, XK_Left);
+    viewer.control(XK_Right); // the last one
+    viewer.control(XK_Left);
     ASSERT_NE(viewer.screen.findTitle("Image window 1: z2.tif"), Window{None});
     EXPECT_EQ(viewer.process.errors(), "");
 }
@@ -64,7 +56,7 @@ TEST(SeveralWindows, WithAToolTheNextImageGetsAWindowOfItsOwn)
     drive::Process tool({BIN_DIR "/lineprofile", "1"});
     ASSERT_TRUE(drive::waitUntil(
         [&] { return !protocol::announcedTools(viewer.screen.x(), viewer.canvas).empty(); }));
-    pressControl(viewer, XK_Right);
+    viewer.control(XK_Right);
     EXPECT_TRUE(hasShown(viewer, "window 2: " + (files.folder / "z10.tif").string()))
         << viewer.process.output();
     EXPECT_TRUE(tool.running());

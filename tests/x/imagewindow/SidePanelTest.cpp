@@ -30,17 +30,13 @@ std::vector<std::string> atTheLeft(std::vector<std::string> arguments)
 // A window with the panel on one of its tabs.
 class Panel : public Viewer {
 public:
-    explicit Panel(std::vector<std::string> arguments, KeySym letter, bool control = false)
+    explicit Panel(std::vector<std::string> arguments, KeySym letter, bool withControl = false)
         : Viewer(atTheLeft(std::move(arguments))),
           shell(screen.findTitle("Image window " + std::to_string(number))),
           narrow(screen.geometry(shell).width)
     {
         focus();
-        if (control)
-            screen.keyDown(XK_Control_L);
-        screen.key(letter);
-        if (control)
-            screen.keyUp(XK_Control_L);
+        withControl ? screen.keyWith(XK_Control_L, letter) : screen.key(letter);
         EXPECT_TRUE(drive::waitUntil([&] { return shown(); }));
         drive::waitUntilCalm(screen);
     }
@@ -119,10 +115,7 @@ public:
 
 std::string eightWavelengths()
 {
-    const fs::path path = scratchFolder() / "eight.ome.tif";
-    if (!fs::exists(path))
-        support::makeSample(path, "--pattern ramp --size 64x48 --z 1 --channels 8 --time 1");
-    return path;
+    return madeOnce("eight.ome.tif", "--pattern ramp --size 64x48 --z 1 --channels 8 --time 1");
 }
 
 int displayedCount(const protocol::DisplayRecord& record)

@@ -32,10 +32,7 @@ TEST(Tools, AnotherFileIsOpenedFromTheMenu)
 {
     Viewer viewer({rgbImage()});
     const auto choose = [&](const std::string& path) {
-        viewer.focus();
-        viewer.screen.keyDown(XK_Control_L);
-        viewer.screen.key(XK_o);
-        viewer.screen.keyUp(XK_Control_L);
+        viewer.control(XK_o);
         ASSERT_TRUE(support::waitForFocus(viewer.screen, viewer.screen.findTitle("Open image")));
         viewer.screen.replaceText(path);
         viewer.screen.key(XK_Return);

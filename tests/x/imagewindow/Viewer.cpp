@@ -3,6 +3,8 @@
 
 #include "tests/Folders.h"
 
+#include <X11/keysym.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <functional>
@@ -33,6 +35,8 @@ std::vector<std::string> command(const std::vector<std::string>& arguments, cons
     return words;
 }
 
+} // namespace
+
 std::string madeOnce(const std::string& name, const std::string& options)
 {
     const fs::path path = scratchFolder() / name;
@@ -40,8 +44,6 @@ std::string madeOnce(const std::string& name, const std::string& options)
         support::makeSample(path, options);
     return path;
 }
-
-} // namespace
 
 std::string rgbImage()
 {
@@ -98,6 +100,12 @@ void Viewer::focus()
     const Window window = screen.findTitle("Image window " + std::to_string(number));
     screen.click(window, 10, screen.geometry(window).height - 10); // on the status lines
     EXPECT_TRUE(support::waitForFocus(screen, window));
+}
+
+void Viewer::control(KeySym key)
+{
+    focus();
+    screen.keyWith(XK_Control_L, key);
 }
 
 Window Viewer::waitForMenu()

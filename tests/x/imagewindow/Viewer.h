@@ -27,6 +27,9 @@ const TempFolder& scratchFolder();
 std::string rgbImage();
 drive::Pixel rgbPixel(int x, int y);
 
+// An image with that name, made by makesample with these options when it is first asked for.
+std::string madeOnce(const std::string& name, const std::string& options);
+
 // 64 x 48, 4 sections, 3 wavelengths, 2 time points, 16 bit.
 std::string stackImage();
 
@@ -49,6 +52,8 @@ public:
     drive::Pixel pixelAt(int x, int y) { return screen.capture(canvas).at(x, y); }
     // Gives the window the keyboard.
     void focus();
+    // The same, and presses a key with Control.
+    void control(KeySym key);
     // A menu that is posted. None: there is none.
     Window waitForMenu();
 };

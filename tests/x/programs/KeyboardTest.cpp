@@ -52,13 +52,7 @@ protected:
     {
         EXPECT_TRUE(waitUntil([&] { return focused() == control; })) << focused() << " for " << control;
     }
-    void withModifier(KeySym modifier, KeySym key)
-    {
-        screen.keyDown(modifier);
-        screen.key(key);
-        screen.keyUp(modifier);
-    }
-    void alt(KeySym key) { withModifier(XK_Alt_L, key); }
+    void alt(KeySym key) { screen.keyWith(XK_Alt_L, key); }
     void expectConfig(const std::string& line)
     {
         EXPECT_TRUE(waitUntil([&] { return readBytes(configFile()).find(line) != std::string::npos; }))
@@ -81,17 +75,18 @@ TEST_F(Keyboard, TabGoesRoundTheWindowInBothDirections)
             expectFocus(round[i % round.size()]);
         }
         for (size_t i = round.size(); i-- > 0;) {
-            withModifier(XK_Shift_L, XK_Tab);
+            screen.keyWith(XK_Shift_L, XK_Tab);
             expectFocus(round[i]);
         }
         if (saved)
             break;
-        // With a saved profile the buttons for it join in; the counter, which nobody can edit, does not.
+        // With a saved profile Tab goes to "Clear" and "Write To File..." too, but not to the counter, which
+        // cannot be edited.
         alt(XK_s);
         expectFocus(Save);
-        withModifier(XK_Shift_L, XK_Tab);
+        screen.keyWith(XK_Shift_L, XK_Tab);
         for (int i = 0; i < 3; ++i)
-            withModifier(XK_Shift_L, XK_Tab);
+            screen.keyWith(XK_Shift_L, XK_Tab);
         expectFocus(Menu);
         round.insert(round.end() - 1, {Clear, Write});
     }

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "tests/x/widgets/Gallery.h"
 
-#include "drive/Screen.h"
 #include "platform/text/Fonts.h"
 #include "platform/text/Locale.h"
+#include "platform/text/MotifText.h"
+#include "tests/x/support/ShellPicture.h"
 #include "widgets/PixmapOf.h"
 #include "widgets/Scale.h"
 
@@ -70,20 +71,6 @@ Widget openShell(const char* page, int& argc, char** argv)
                               (std::string("Gallery: ") + page).c_str(), XmNallowShellResize, True, nullptr);
 }
 
-bool savePicture(Widget shell, const char* path)
-{
-    const XtAppContext app = XtWidgetToApplicationContext(shell);
-    drive::Screen screen;
-    drive::waitUntil([&] {
-        XSync(XtDisplay(shell), False);
-        const bool calm = XtAppPending(app) == 0;
-        while (XtAppPending(app))
-            XtAppProcessEvent(app, XtIMAll);
-        return calm && screen.viewable(XtWindow(shell));
-    });
-    return screen.capture(XtWindow(shell)).save(path);
-}
-
 } // namespace
 
 void tell(const std::string& line)
@@ -99,10 +86,8 @@ void tellCallback(Widget, XtPointer text, XtPointer)
 
 void addHeading(Widget parent, const char* text)
 {
-    XmString label = XmStringCreateLocalized(const_cast<char*>(text));
-    XtVaCreateManagedWidget("heading", xmLabelWidgetClass, parent, XmNlabelString, label, XmNalignment,
-                            XmALIGNMENT_BEGINNING, nullptr);
-    XmStringFree(label);
+    XtVaCreateManagedWidget("heading", xmLabelWidgetClass, parent, XmNlabelString,
+                            text::MotifString(text).get(), XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
 }
 
 Pixmap icon(Widget widget, const picture::Drawing& draw)

@@ -53,9 +53,7 @@ TEST_F(TabTest, keysSelectMoveAndClose)
     clickText(0);
     screen.key(XK_Right);
     ASSERT_TRUE(told("shown Contrast"));
-    screen.keyDown(XK_Control_L);
-    screen.key(XK_Right);
-    screen.keyUp(XK_Control_L);
+    screen.keyWith(XK_Control_L, XK_Right);
     ASSERT_TRUE(told("order Display Measurement Contrast Fixed"));
     screen.key(XK_Delete);
     ASSERT_TRUE(told("closed Contrast"));

@@ -175,9 +175,7 @@ TEST_F(ChooserTest, controlASelectsTheWholeName)
 {
     start();
     open();
-    screen.keyDown(XK_Control_L);
-    screen.key(XK_a);
-    screen.keyUp(XK_Control_L);
+    screen.keyWith(XK_Control_L, XK_a);
     screen.type("all");
     screen.key(XK_Return);
     expectChosen(1, "all.slk");
